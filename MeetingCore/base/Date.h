@@ -1,0 +1,21 @@
+#pragma once
+
+#include <compare>
+
+namespace varnet {
+
+/// An instant: seconds since 2001-01-01T00:00:00Z, which is also how dates stand in every JSON file.
+struct Date {
+    double secondsSinceReference = 0;
+
+    /// Seconds between 1970-01-01T00:00:00Z and the reference instant.
+    static constexpr double unixOffset = 978307200;
+
+    static Date now();
+    static constexpr Date fromUnix(double seconds) { return {seconds - unixOffset}; }
+    constexpr double toUnix() const { return secondsSinceReference + unixOffset; }
+
+    auto operator<=>(const Date&) const = default;
+};
+
+} // namespace varnet

@@ -1,0 +1,79 @@
+#include "MeetingCore/base/Uuid.h"
+
+#include "MeetingCore/base/Assert.h"
+
+#include <sys/random.h>
+
+#include <cerrno>
+#include <cstring>
+
+namespace varnet {
+
+namespace {
+
+/// Bytes after which the canonical text has a hyphen.
+constexpr bool hyphenAfter(std::size_t index) { return index == 3 || index == 5 || index == 7 || index == 9; }
+
+std::optional<std::uint8_t> hexDigit(char c) {
+    if (c >= '0' && c <= '9')
+        return static_cast<std::uint8_t>(c - '0');
+    if (c >= 'A' && c <= 'F')
+        return static_cast<std::uint8_t>(c - 'A' + 10);
+    if (c >= 'a' && c <= 'f')
+        return static_cast<std::uint8_t>(c - 'a' + 10);
+    return std::nullopt;
+}
+
+} // namespace
+
+Uuid Uuid::random() {
+    Uuid id;
+    std::size_t filled = 0;
+    while (filled < id.bytes.size()) {
+        const ssize_t got = getrandom(id.bytes.data() + filled, id.bytes.size() - filled, 0);
+        VARNET_ASSERT(got > 0 || errno == EINTR);
+        filled += got > 0 ? static_cast<std::size_t>(got) : 0;
+    }
+    id.bytes[6] = static_cast<std::uint8_t>((id.bytes[6] & 0x0F) | 0x40); // version 4
+    id.bytes[8] = static_cast<std::uint8_t>((id.bytes[8] & 0x3F) | 0x80); // RFC 9562 variant
+    return id;
+}
+
+std::optional<Uuid> Uuid::parse(std::string_view text) {
+    if (text.size() != 36)
+        return std::nullopt;
+    Uuid id;
+    std::size_t at = 0;
+    for (std::size_t index = 0; index < id.bytes.size(); ++index) {
+        const auto high = hexDigit(text[at]);
+        const auto low = hexDigit(text[at + 1]);
+        if (!high || !low)
+            return std::nullopt;
+        id.bytes[index] = static_cast<std::uint8_t>(*high << 4 | *low);
+        at += 2;
+        if (hyphenAfter(index) && text[at++] != '-')
+            return std::nullopt;
+    }
+    return id;
+}
+
+std::string Uuid::text() const {
+    static constexpr char digits[] = "0123456789ABCDEF";
+    std::string text;
+    text.reserve(36);
+    for (std::size_t index = 0; index < bytes.size(); ++index) {
+        text += digits[bytes[index] >> 4];
+        text += digits[bytes[index] & 0x0F];
+        if (hyphenAfter(index))
+            text += '-';
+    }
+    return text;
+}
+
+} // namespace varnet
+
+std::size_t std::hash<varnet::Uuid>::operator()(const varnet::Uuid& id) const noexcept {
+    std::size_t value = 0;
+    std::memcpy(&value, id.bytes.data(), sizeof value); // the bytes are random already
+    return value;
+}
