@@ -1,0 +1,55 @@
+#!/usr/bin/env bash
+# Checks of the sources that need no run of the program. `scripts/lint.sh BUILD`, after a build.
+# shellcheck disable=SC2317 # step calls the functions by name
+set -uo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.." || exit
+build=$1
+failed=0
+
+step() { # NAME FUNCTION
+    if "$2"; then echo "lint: $1: ok"; else
+        echo "lint: $1: FAILED" >&2
+        failed=1
+    fi
+}
+
+check_layers() { scripts/check-layers.py; }
+
+check_format() { git ls-files -z '*.cpp' '*.h' | xargs -0 clang-format-19 --dry-run -Werror; }
+
+check_scripts() {
+    { git ls-files '*.sh' && git grep -lI '^#!/usr/bin/env bash' -- . ':!*.sh'; } | sort -u | xargs shellcheck -x
+}
+
+# Colours, sizes and fonts stand in the theme only.
+check_theme() {
+    ! git grep -nE '"#[0-9a-fA-F]{3,8}"|font\.pixelSize: *[0-9]|font\.family: *"' -- '*.qml' ':!*Theme.qml'
+}
+
+check_qml() {
+    local problems
+    problems=$(git ls-files 'Varnet/screens/*.qml' | xargs -r /usr/lib/qt6/bin/qmllint -I "$build/Varnet" -I "$build" 2>&1)
+    if grep -q '^Error\|Failed to parse' <<<"$problems"; then
+        echo "$problems" >&2
+        return 1
+    fi
+}
+
+check_lengths() {
+    git ls-files 'Varnet/*.qml' | xargs -r wc -l |
+        awk '$2 != "total" && $1 > 150 {print "over 150 lines: " $2; bad = 1} END {exit bad}'
+}
+
+check_tidy() {
+    git ls-files '*.cpp' ':!bench' | xargs -P "$(nproc)" -n 4 clang-tidy-19 -p "$build" --quiet \
+        2> >(grep -v 'warnings generated\|Suppressed\|Use -header-filter' >&2)
+}
+
+step "layers" check_layers
+step "format" check_format
+step "scripts" check_scripts
+step "theme" check_theme
+step "QML" check_qml
+step "QML lengths" check_lengths
+step "clang-tidy" check_tidy
+exit $failed
