@@ -15,4 +15,6 @@ if(NOT VARNET_CORE_ONLY)
     pkg_check_modules(FFMPEG REQUIRED IMPORTED_TARGET libswresample libavutil)
     pkg_check_modules(POCKETSPHINX REQUIRED IMPORTED_TARGET pocketsphinx sphinxbase)
     qt_standard_project_setup()
+    # moc of Qt 6.4 cannot read libstdc++'s <concepts>, which <compare> includes.
+    set(CMAKE_AUTOMOC_MOC_OPTIONS -D_GLIBCXX_CONCEPTS)
 endif()

@@ -1,0 +1,189 @@
+#pragma once
+
+#include "MeetingCore/base/Uuid.h"
+#include "MeetingCore/records/Meeting.h"
+#include "MeetingCore/records/MeetingRepository.h"
+#include "MeetingCore/speech/SpeechEvent.h"
+#include "Varnet/async/Task.h"
+#include "Varnet/store/CaptureMode.h"
+#include "Varnet/store/StoreParts.h"
+
+#include <QObject>
+
+#include <exception>
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace varnet {
+
+class AudioRecorder;
+class CaptureLevels;
+class LiveSpeech;
+class LoopbackHTTP;
+class SleepInhibitor;
+class SystemAudioRecorder;
+class TaskScope;
+struct RecorderCallbacks;
+
+/// The library in memory and everything that changes it: the meetings, the selection, the running recording and the
+/// one message that the user sees. It alone writes meetings. One object lives for the whole run, on the main thread.
+///
+/// Every field has a signal that comes after the field has changed. Texts are UTF-8. A refused operation does nothing.
+class MeetingStore : public QObject {
+    Q_OBJECT
+public:
+    /// Opens the library at `storageRoot`, or at its place in the application's data folder. Repairs the audio of
+    /// recordings that a crash interrupted and marks them so: no other process may be using the library. A library that
+    /// cannot be opened leaves a store without meetings whose `error` tells why.
+    explicit MeetingStore(std::optional<std::filesystem::path> storageRoot = {}, StoreParts parts = {});
+
+    /// A running capture ends; its audio stays as the last block left it.
+    ~MeetingStore() override;
+
+    CaptureMode captureMode() const { return m_captureMode; }           ///< what the next recording captures
+    const std::vector<Meeting>& meetings() const { return m_meetings; } ///< newest first
+    const std::optional<Uuid>& selectedID() const { return m_selectedID; }
+    const std::set<Uuid>& librarySelection() const { return m_librarySelection; }
+    bool recording() const { return m_recording; }                 ///< capture is running
+    bool busy() const { return m_busy; }                           ///< a long operation holds the store
+    bool runtimeReady() const { return m_runtimeReady; }           ///< the speech engine answered its health check
+    bool notesRuntimeReady() const { return m_notesRuntimeReady; } ///< the notes engine answered its health check
+    const std::optional<Date>& recordingStartedAt() const { return m_recordingStartedAt; }
+    const std::string& partial() const { return m_partial; } ///< live text that is not final yet; never stored
+    const std::vector<TranscriptTurn>& partialTurns() const { return m_partialTurns; } ///< the same as turns
+    const std::optional<std::string>& error() const { return m_error; }                ///< the message of the banner
+    const std::map<Uuid, std::string>& saveFailures() const { return m_saveFailures; } ///< why a last save failed
+    /// The meeting being recorded, from the first moment of a start until a stop has ended.
+    const std::optional<Uuid>& recordingID() const { return m_recordingID; }
+    CaptureLevels& levels() const { return *m_levels; }
+
+    /// The meeting with that id, or null. Valid until the store is next called or control returns to the event loop.
+    const Meeting* meeting(const Uuid& id) const;
+    const Meeting* selected() const;
+    bool showingLiveMeeting() const { return m_selectedID && m_selectedID == m_recordingID; }
+
+    void setCaptureMode(CaptureMode mode);
+    void setError(std::optional<std::string> error);
+    /// A selected meeting outside the library's selection becomes that selection; none selected empties it.
+    void setSelectedID(std::optional<Uuid> id);
+    /// A single selected row is selected as the meeting on display; several or none leave that as it is.
+    void setLibrarySelection(std::set<Uuid> ids);
+
+    /// Asks the engine at its address and sets the field; at most two seconds.
+    Task<> checkRuntime();
+    Task<> checkNotesRuntime();
+
+    /// Saves one meeting. Never throws: a failure is kept in `saveFailures` and the meeting in memory stays.
+    void persist(Uuid id);
+
+    /// Saves every meeting whose last save failed. Whether no failure remains.
+    bool retrySaving();
+
+    /// Saves a new meeting, puts it first and selects it. Throws Failure or FileFailure with nothing changed.
+    Meeting create(std::string title);
+
+    /// The edits change the meeting, if there is one with that id, and save it; also during a recording.
+    void setNotes(std::string text); ///< of the selected meeting
+    void setNotes(std::string text, Uuid id);
+    void setTitle(std::string title, Uuid id); ///< white space at the ends is dropped; a blank title changes nothing
+    /// The text as recognised takes an earlier correction back; anything else is the correction as given.
+    void editTurn(Uuid turnID, std::string text, Uuid id);
+    /// A blank name, or the label itself, removes the name of that label.
+    void nameSpeaker(std::string label, std::string name, Uuid id);
+
+    /// The meeting's main audio file; absent when it has none, the name has a folder part, or no such file exists.
+    std::optional<std::filesystem::path> audioURL(const Meeting& meeting) const;
+
+    /// Starts a recording, into the selected calendar meeting if that has no audio yet, else into a new meeting. What
+    /// fails shows in `error` and in the meeting's status: without a speech engine it records without a transcript,
+    /// without the sound of the call it records the microphone. Refused while recording or busy, and without storage.
+    Task<> startRecording();
+
+    /// Closes the files, waits for the last words of the transcript and stores the final status. `captureError` is
+    /// what ended the capture, if it ended by itself. Refused unless recording.
+    Task<> stopRecording(std::exception_ptr captureError = {});
+
+    /// Takes one event of the live session; dropped unless that meeting is being recorded. Its text is UTF-8 and its
+    /// times are bounded, as SpeechEvent::decode leaves them.
+    void receive(const SpeechEvent& event, Uuid id);
+
+Q_SIGNALS:
+    void captureModeChanged();
+    void meetingsChanged();                         ///< the list as a whole is another one
+    void meetingInserted(varnet::Uuid id);          ///< at the front
+    void meetingChanged(varnet::Uuid id);           ///< anything of that meeting, apart from appended turns
+    void turnsAppended(varnet::Uuid id, int count); ///< its last `count` turns are new
+    void selectedIDChanged();
+    void librarySelectionChanged();
+    void recordingChanged();
+    void busyChanged();
+    void runtimeReadyChanged();
+    void notesRuntimeReadyChanged();
+    void recordingStartedAtChanged();
+    void partialChanged();
+    void partialTurnsChanged();
+    void errorChanged();
+    void saveFailuresChanged();
+    void recordingIDChanged();
+
+private:
+    using Signal = void (MeetingStore::*)();
+
+    template <class Field>
+    bool assign(Field& field, Field value, Signal changed);
+    template <class Change>
+    void update(Uuid id, Change change);
+    Meeting* find(const Uuid& id);
+    void open(const std::optional<std::filesystem::path>& storageRoot);
+    void recoverInterrupted();
+    Task<> checkHealth(QUrl baseURL, bool MeetingStore::* field, Signal changed);
+
+    Uuid meetingToRecord();
+    Task<> connectLive(Uuid id);
+    Task<> startCapture(Uuid id, CaptureMode mode);
+    Task<> startMicrophone(Uuid id);
+    Task<bool> startMeetingCapture(Uuid id);
+    Task<> abandonStart(std::optional<Uuid> id, std::exception_ptr cause);
+    Task<std::exception_ptr> closeCapture();
+    RecorderCallbacks captureCallbacks(Uuid id);
+    Task<> captureFailed(Uuid id, std::exception_ptr failure);
+    void liveFailed(Uuid id, const std::shared_ptr<LiveSpeech>& session, const std::exception_ptr& failure);
+    Task<> inhibitSleep(Uuid id);
+    void appendFinalizedTurns(std::vector<TranscriptTurn> turns, Uuid id);
+    void setStatus(Uuid id, std::string_view status);
+    void clearPartial();
+
+    StoreParts m_parts;
+    std::optional<MeetingRepository> m_repository; ///< absent when storage could not be opened
+
+    CaptureMode m_captureMode = CaptureMode::meeting;
+    std::vector<Meeting> m_meetings;
+    std::optional<Uuid> m_selectedID;
+    std::set<Uuid> m_librarySelection;
+    bool m_recording = false;
+    bool m_busy = false;
+    bool m_runtimeReady = false;
+    bool m_notesRuntimeReady = false;
+    std::optional<Date> m_recordingStartedAt;
+    std::string m_partial;
+    std::vector<TranscriptTurn> m_partialTurns;
+    std::optional<std::string> m_error;
+    std::map<Uuid, std::string> m_saveFailures;
+    std::optional<Uuid> m_recordingID;
+
+    // Shared with the coroutines that wait for them, which may outlive the store.
+    std::shared_ptr<AudioRecorder> m_recorder;
+    std::shared_ptr<SystemAudioRecorder> m_systemRecorder;
+    std::shared_ptr<LiveSpeech> m_live;
+    std::shared_ptr<LoopbackHTTP> m_http;
+    std::unique_ptr<SleepInhibitor> m_sleepInhibitor;
+    std::unique_ptr<CaptureLevels> m_levels;
+    std::unique_ptr<TaskScope> m_tasks;
+};
+
+} // namespace varnet
