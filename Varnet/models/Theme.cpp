@@ -1,0 +1,75 @@
+#include "Varnet/models/Theme.h"
+
+#include <QEvent>
+#include <QFontInfo>
+#include <QGuiApplication>
+#include <QPalette>
+#include <QQmlEngine>
+
+#include <algorithm>
+
+namespace varnet {
+
+namespace {
+
+/// The size that an untouched desktop gives its interface font, in pixels at a scale of one.
+constexpr qreal usualFontPixels = 13;
+
+qreal desktopFontScale() {
+    return std::clamp(QFontInfo(QGuiApplication::font()).pixelSize() / usualFontPixels, 1.0, 2.0);
+}
+
+} // namespace
+
+Theme& Theme::shared() {
+    static auto* const theme = new Theme; // lives as long as the process: engines of the last moment still read it
+    return *theme;
+}
+
+Theme* Theme::create(QQmlEngine*, QJSEngine*) {
+    QJSEngine::setObjectOwnership(&shared(), QJSEngine::CppOwnership);
+    return &shared();
+}
+
+Theme::Theme() {
+    QCoreApplication::instance()->installEventFilter(this);
+}
+
+void Theme::setAppearance(std::optional<Appearance> appearance) {
+    m_appearance = appearance;
+    Q_EMIT appearanceChanged();
+}
+
+bool Theme::dark() const {
+    if (m_appearance)
+        return *m_appearance == Appearance::dark;
+    return QGuiApplication::palette().color(QPalette::Window).lightnessF() < 0.5;
+}
+
+QList<QColor> Theme::speakers() const {
+    return {palette().speakers.begin(), palette().speakers.end()};
+}
+
+QList<QColor> Theme::tones() const {
+    return {rec(), amber(), ok(), faint()};
+}
+
+TypeStyle Theme::type(int pixels, int lineHeight, QFont::Weight weight) const {
+    const auto scale = desktopFontScale();
+    auto font = QGuiApplication::font();
+    font.setPixelSize(qRound(pixels * scale));
+    font.setWeight(weight);
+    return {font, qRound(lineHeight * scale) * 1.0};
+}
+
+bool Theme::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == QCoreApplication::instance()) {
+        if (event->type() == QEvent::ApplicationPaletteChange)
+            Q_EMIT appearanceChanged();
+        if (event->type() == QEvent::ApplicationFontChange)
+            Q_EMIT typeChanged();
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+} // namespace varnet

@@ -1,0 +1,122 @@
+#pragma once
+
+#include "Varnet/models/Palette.h"
+
+#include <QFont>
+#include <QObject>
+#include <QtQml/qqmlregistration.h>
+
+#include <optional>
+
+class QJSEngine;
+class QQmlEngine;
+
+namespace varnet {
+
+/// One step of the type scale.
+struct TypeStyle {
+    Q_GADGET
+    QML_ANONYMOUS
+    Q_PROPERTY(QFont font MEMBER font)
+    Q_PROPERTY(qreal lineHeight MEMBER lineHeight)
+
+public:
+    QFont font;
+    qreal lineHeight = 0; ///< pixels
+
+    bool operator==(const TypeStyle&) const = default;
+};
+
+/// The one place that names colours, type, spacing, radii and motion; QML reads everything from here. It follows the
+/// desktop's palette (a dark window ground means dark) and its font size. Main thread.
+class Theme : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
+    Q_PROPERTY(bool dark READ dark NOTIFY appearanceChanged)
+    Q_PROPERTY(QColor window READ window NOTIFY appearanceChanged)
+    Q_PROPERTY(QColor surface READ surface NOTIFY appearanceChanged)
+    Q_PROPERTY(QColor raised READ raised NOTIFY appearanceChanged)
+    Q_PROPERTY(QColor selection READ selection NOTIFY appearanceChanged)
+    Q_PROPERTY(QColor line READ line NOTIFY appearanceChanged)
+    Q_PROPERTY(QColor text READ text NOTIFY appearanceChanged)
+    Q_PROPERTY(QColor secondary READ secondary NOTIFY appearanceChanged)
+    Q_PROPERTY(QColor faint READ faint NOTIFY appearanceChanged)
+    Q_PROPERTY(QColor accent READ accent NOTIFY appearanceChanged)
+    Q_PROPERTY(QColor rec READ rec NOTIFY appearanceChanged)
+    Q_PROPERTY(QColor amber READ amber NOTIFY appearanceChanged)
+    Q_PROPERTY(QColor ok READ ok NOTIFY appearanceChanged)
+    Q_PROPERTY(QColor onAccent READ onAccent NOTIFY appearanceChanged)
+    Q_PROPERTY(QColor onRec READ onRec NOTIFY appearanceChanged)
+    Q_PROPERTY(QList<QColor> speakers READ speakers NOTIFY appearanceChanged)
+    Q_PROPERTY(QList<QColor> tones READ tones NOTIFY appearanceChanged)
+    Q_PROPERTY(varnet::TypeStyle caption READ caption NOTIFY typeChanged)
+    Q_PROPERTY(varnet::TypeStyle body READ body NOTIFY typeChanged)
+    Q_PROPERTY(varnet::TypeStyle emphasis READ emphasis NOTIFY typeChanged)
+    Q_PROPERTY(varnet::TypeStyle reading READ reading NOTIFY typeChanged)
+    Q_PROPERTY(varnet::TypeStyle heading READ heading NOTIFY typeChanged)
+    Q_PROPERTY(varnet::TypeStyle title READ title NOTIFY typeChanged)
+    Q_PROPERTY(int unit READ unit CONSTANT)
+    Q_PROPERTY(int cardRadius READ cardRadius CONSTANT)
+    Q_PROPERTY(int controlRadius READ controlRadius CONSTANT)
+    Q_PROPERTY(int motion READ motion CONSTANT)
+
+public:
+    enum class Appearance { light, dark };
+
+    /// The colour of a badge or a status dot; an index into `tones`.
+    enum class Tone { rec, amber, ok, faint };
+    Q_ENUM(Tone)
+
+    /// The application's theme; made with the first call, which must come after the application object.
+    static Theme& shared();
+    static Theme* create(QQmlEngine*, QJSEngine*);
+
+    /// Fixes the appearance; absent follows the desktop again.
+    void setAppearance(std::optional<Appearance> appearance);
+
+    bool dark() const;
+    const Palette& palette() const { return dark() ? Palette::dark() : Palette::light(); }
+    QColor window() const { return palette().window; }
+    QColor surface() const { return palette().surface; }
+    QColor raised() const { return palette().raised; }
+    QColor selection() const { return palette().selection; }
+    QColor line() const { return palette().line; }
+    QColor text() const { return palette().text; }
+    QColor secondary() const { return palette().secondary; }
+    QColor faint() const { return palette().faint; }
+    QColor accent() const { return palette().accent; }
+    QColor rec() const { return palette().rec; }
+    QColor amber() const { return palette().amber; }
+    QColor ok() const { return palette().ok; }
+    QColor onAccent() const { return palette().onAccent; }
+    QColor onRec() const { return palette().onRec; }
+    QList<QColor> speakers() const;
+    QList<QColor> tones() const;
+
+    TypeStyle caption() const { return type(12, 16); }
+    TypeStyle body() const { return type(13, 20); }
+    TypeStyle emphasis() const { return type(13, 20, QFont::DemiBold); }
+    TypeStyle reading() const { return type(15, 24); }
+    TypeStyle heading() const { return type(18, 24, QFont::DemiBold); }
+    TypeStyle title() const { return type(24, 32, QFont::DemiBold); }
+
+    int unit() const { return 4; }
+    int cardRadius() const { return 8; }
+    int controlRadius() const { return 6; }
+    int motion() const { return 140; } ///< milliseconds
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+Q_SIGNALS:
+    void appearanceChanged();
+    void typeChanged();
+
+private:
+    Theme();
+    TypeStyle type(int pixels, int lineHeight, QFont::Weight weight = QFont::Normal) const;
+
+    std::optional<Appearance> m_appearance;
+};
+
+} // namespace varnet

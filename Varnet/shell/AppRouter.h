@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QObject>
+#include <QtQml/qqmlregistration.h>
+
+namespace varnet {
+
+/// The whole navigation state: which page is up, and what the main window is asked to present. Main thread.
+class AppRouter : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("The application makes its one router")
+    Q_PROPERTY(Page page READ page WRITE setPage NOTIFY pageChanged)
+    Q_PROPERTY(bool importing READ importing WRITE setImporting NOTIFY importingChanged)
+    Q_PROPERTY(int searchFocusRequest READ searchFocusRequest NOTIFY searchFocusRequestChanged)
+
+public:
+    enum class Page { library, deleted, meeting };
+    Q_ENUM(Page)
+
+    using QObject::QObject;
+
+    Page page() const { return m_page; }
+    void setPage(Page page);
+
+    /// True asks the main window to present the audio file picker.
+    bool importing() const { return m_importing; }
+    void setImporting(bool importing);
+
+    /// Every increment asks the library's search field to take focus.
+    int searchFocusRequest() const { return m_searchFocusRequest; }
+    void requestSearchFocus();
+
+Q_SIGNALS:
+    void pageChanged();
+    void importingChanged();
+    void searchFocusRequestChanged();
+
+private:
+    Page m_page = Page::library;
+    bool m_importing = false;
+    int m_searchFocusRequest = 0;
+};
+
+} // namespace varnet
