@@ -28,7 +28,8 @@ public:
     Cancelled() : Failure("The operation was cancelled.") {}
 };
 
-/// A file operation that failed. `what()` names the file and the system's reason in one sentence.
+/// A file operation that failed. `what()` names the file and the system's reason in one sentence, such as
+/// “meeting.json” could not be written: No space left on device.
 class FileFailure : public Failure {
 public:
     enum class Kind {
@@ -41,6 +42,11 @@ public:
 
     /// `error` is an errno value, or 0 where the system gave none.
     FileFailure(Kind kind, std::filesystem::path path, int error = 0);
+
+    /// The failure of a system call that wrote (a full disk and a used-up quota are out of space) or read (a missing
+    /// file is fileReadNoSuchFile). `error` is its errno value.
+    static FileFailure writing(std::filesystem::path path, int error);
+    static FileFailure reading(std::filesystem::path path, int error);
 
     Kind kind() const { return m_kind; }
     const std::filesystem::path& path() const { return m_path; }

@@ -12,7 +12,9 @@ namespace varnet {
 namespace {
 
 /// Bytes after which the canonical text has a hyphen.
-constexpr bool hyphenAfter(std::size_t index) { return index == 3 || index == 5 || index == 7 || index == 9; }
+constexpr bool hyphenAfter(std::size_t index) {
+    return index == 3 || index == 5 || index == 7 || index == 9;
+}
 
 std::optional<std::uint8_t> hexDigit(char c) {
     if (c >= '0' && c <= '9')

@@ -1,0 +1,120 @@
+#include "MeetingCore/base/AtomicFile.h"
+
+#include "MeetingCore/base/Failures.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <utility>
+
+namespace varnet {
+
+namespace {
+
+class FileDescriptor {
+public:
+    explicit FileDescriptor(int fd) : m_fd(fd) {}
+    FileDescriptor(const FileDescriptor&) = delete;
+    FileDescriptor& operator=(const FileDescriptor&) = delete;
+    ~FileDescriptor() {
+        if (m_fd >= 0)
+            ::close(m_fd);
+    }
+
+    int get() const { return m_fd; }
+    bool opened() const { return m_fd >= 0; }
+
+    /// Closes now; false with errno set when the system reports a late write error.
+    bool close() { return ::close(std::exchange(m_fd, -1)) == 0 || errno == EINTR; }
+
+private:
+    int m_fd;
+};
+
+template <class Call>
+auto uninterrupted(Call call) {
+    auto result = call();
+    while (result < 0 && errno == EINTR)
+        result = call();
+    return result;
+}
+
+bool writeAll(int fd, std::string_view bytes) {
+    while (!bytes.empty()) {
+        const ssize_t written = uninterrupted([&] { return ::write(fd, bytes.data(), bytes.size()); });
+        if (written < 0)
+            return false;
+        bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return true;
+}
+
+bool isDirectory(const std::filesystem::path& path) {
+    struct stat status{};
+    return ::stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+} // namespace
+
+void writeFileAtomically(const std::filesystem::path& path, std::string_view bytes, mode_t mode) {
+    std::string temporary = path.parent_path() / ("." + path.filename().native() + ".XXXXXX");
+    FileDescriptor file(::mkostemp(temporary.data(), O_CLOEXEC));
+    if (!file.opened())
+        throw FileFailure::writing(path, errno);
+
+    const bool replaced = writeAll(file.get(), bytes) && (mode == 0600 || ::fchmod(file.get(), mode) == 0) &&
+                          uninterrupted([&] { return ::fdatasync(file.get()); }) == 0 && file.close() &&
+                          ::rename(temporary.c_str(), path.c_str()) == 0;
+    if (!replaced) {
+        const int error = errno;
+        ::unlink(temporary.c_str());
+        throw FileFailure::writing(path, error);
+    }
+}
+
+std::string readFile(const std::filesystem::path& path, std::size_t maximumBytes) {
+    // Without O_NONBLOCK the opening of a pipe would wait for a writer.
+    const FileDescriptor file(
+        uninterrupted([&] { return ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY); }));
+    struct stat status{};
+    if (!file.opened() || ::fstat(file.get(), &status) != 0)
+        throw FileFailure::reading(path, errno);
+    if (S_ISDIR(status.st_mode))
+        throw FileFailure::reading(path, EISDIR);
+    if (!S_ISREG(status.st_mode))
+        throw FileFailure(FileFailure::Kind::fileReadCorruptFile, path);
+    if (static_cast<std::uintmax_t>(status.st_size) > maximumBytes)
+        throw FileFailure::reading(path, EFBIG);
+
+    std::string bytes(static_cast<std::size_t>(status.st_size), '\0');
+    std::size_t filled = 0;
+    while (filled < bytes.size()) {
+        const ssize_t got =
+            uninterrupted([&] { return ::read(file.get(), bytes.data() + filled, bytes.size() - filled); });
+        if (got < 0)
+            throw FileFailure::reading(path, errno);
+        if (got == 0)
+            break; // it became shorter meanwhile
+        filled += static_cast<std::size_t>(got);
+    }
+    bytes.resize(filled);
+    return bytes;
+}
+
+void makePrivateDirectories(const std::filesystem::path& path) {
+    if (::mkdir(path.c_str(), 0700) == 0)
+        return;
+    if (errno == ENOENT && path.has_parent_path() && path.parent_path() != path) {
+        makePrivateDirectories(path.parent_path());
+        if (::mkdir(path.c_str(), 0700) == 0)
+            return;
+    }
+    if (errno != EEXIST)
+        throw FileFailure::writing(path, errno);
+    if (!isDirectory(path))
+        throw FileFailure::writing(path, ENOTDIR);
+}
+
+} // namespace varnet

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+/// Operations on UTF-8 text. Pure functions; any thread.
+namespace varnet {
+
+/// The text without the characters at both ends that have Unicode's White_Space property, among them the no-break space
+/// and the line separators. Bytes that are not UTF-8 count as text.
+std::string trimmed(std::string_view text);
+
+/// The text as valid UTF-8: each maximal ill-formed sequence becomes one U+FFFD, the rest is unchanged.
+std::string validUtf8(std::string_view text);
+
+} // namespace varnet

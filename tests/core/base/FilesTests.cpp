@@ -1,0 +1,146 @@
+#include "MeetingCore/base/AtomicFile.h"
+#include "MeetingCore/base/Failures.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <csignal>
+
+namespace fs = std::filesystem;
+using namespace varnet;
+using test::TemporaryFolder;
+using Kind = FileFailure::Kind;
+
+namespace {
+
+mode_t modeOf(const fs::path& path) {
+    struct stat status{};
+    return ::stat(path.c_str(), &status) == 0 ? status.st_mode & 07777 : 0;
+}
+
+std::size_t entriesIn(const fs::path& folder) {
+    return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder), fs::directory_iterator()));
+}
+
+/// The failure of a call that must fail.
+template <class Call>
+FileFailure failureOf(Call call) {
+    try {
+        call();
+    } catch (const FileFailure& failure) {
+        return failure;
+    }
+    throw std::logic_error("did not fail");
+}
+
+} // namespace
+
+TEST(Failures, FileFailureIsAFinishedSentence) {
+    const struct {
+        FileFailure failure;
+        std::string sentence;
+    } rows[] = {
+        {FileFailure::writing("/a/meeting.json", ENOSPC),
+         "“meeting.json” could not be written: No space left on device."},
+        {FileFailure::writing("/a/folder/", EACCES), "“folder” could not be written: Permission denied."},
+        {FileFailure::reading("/a/meeting.json", ENOENT), "“meeting.json” could not be found."},
+        {FileFailure::reading("/a/meeting.json", EIO), "“meeting.json” could not be read: Input/output error."},
+        {FileFailure(Kind::fileWriteOutOfSpace, "a.wav"), "“a.wav” could not be written: No space left on device."},
+        {FileFailure(Kind::fileWriteUnknown, "a.wav"), "“a.wav” could not be written."},
+        {FileFailure(Kind::fileReadCorruptFile, "a.wav"), "“a.wav” is damaged and could not be read."},
+        {FileFailure(Kind::fileReadUnknown, "caf\xE9.wav"), "“caf\uFFFD.wav” could not be read."},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(row.failure.what(), row.sentence);
+    EXPECT_EQ(FileFailure::writing("a", EDQUOT).kind(), Kind::fileWriteOutOfSpace);
+    EXPECT_EQ(FileFailure::writing("a", EIO).kind(), Kind::fileWriteUnknown);
+}
+
+TEST(Failures, EveryExceptionCanBeDescribed) {
+    EXPECT_EQ(describe(std::make_exception_ptr(SpeechFailure("The engine left."))), "The engine left.");
+    EXPECT_EQ(describe(std::make_exception_ptr(42)), "Unknown error");
+    EXPECT_EQ(describe(nullptr), "Unknown error");
+}
+
+TEST(AtomicFile, ReplacesContentAndKeepsItPrivate) {
+    const TemporaryFolder folder;
+    const fs::path file = folder / "meeting.json";
+    writeFileAtomically(file, "first, and longer");
+    fs::permissions(file, fs::perms::all);
+    writeFileAtomically(file, std::string("se\0cond", 7));
+    EXPECT_EQ(readFile(file), std::string("se\0cond", 7));
+    EXPECT_EQ(modeOf(file), 0600u);
+    writeFileAtomically(file, "", 0644);
+    EXPECT_EQ(readFile(file), "");
+    EXPECT_EQ(modeOf(file), 0644u);
+    EXPECT_EQ(entriesIn(folder.path()), 1u);
+}
+
+TEST(AtomicFile, FailedWriteLeavesTheOldFileAndNothingElse) {
+    const TemporaryFolder folder;
+    const fs::path file = folder / "meeting.json";
+    writeFileAtomically(file, "old");
+
+    // A limit on file sizes makes the second of two short writes fail, as a full disk does.
+    rlimit old{};
+    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &old), 0);
+    const rlimit small{4096, old.rlim_max};
+    const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN);
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &small), 0);
+    std::optional<FileFailure> failure;
+    try {
+        writeFileAtomically(file, std::string(10000, 'x'));
+    } catch (const FileFailure& caught) {
+        failure = caught;
+    }
+    ::setrlimit(RLIMIT_FSIZE, &old);
+    std::signal(SIGXFSZ, oldHandler);
+
+    ASSERT_TRUE(failure);
+    EXPECT_EQ(failure->error(), EFBIG);
+    EXPECT_EQ(failure->path(), file);
+    EXPECT_EQ(readFile(file), "old");
+    EXPECT_EQ(entriesIn(folder.path()), 1u);
+
+    fs::create_directory(folder / "taken");
+    EXPECT_EQ(failureOf([&] { writeFileAtomically(folder / "taken", "x"); }).error(), EISDIR);
+    EXPECT_EQ(failureOf([&] { writeFileAtomically(folder / "absent" / "a", "x"); }).error(), ENOENT);
+    EXPECT_EQ(entriesIn(folder.path()), 2u);
+}
+
+TEST(AtomicFile, RefusesWhatIsNotARegularFileOfReasonableSize) {
+    const TemporaryFolder folder;
+    ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
+    fs::create_symlink(folder / "loop", folder / "loop");
+    writeFileAtomically(folder / "five", "12345");
+    fs::create_symlink(folder / "five", folder / "link");
+
+    EXPECT_EQ(failureOf([&] { readFile(folder / "pipe"); }).kind(), Kind::fileReadCorruptFile);
+    EXPECT_EQ(failureOf([&] { readFile("/dev/zero"); }).kind(), Kind::fileReadCorruptFile);
+    EXPECT_EQ(failureOf([&] { readFile(folder / "absent"); }).kind(), Kind::fileReadNoSuchFile);
+    EXPECT_EQ(failureOf([&] { readFile(folder.path()); }).error(), EISDIR);
+    EXPECT_EQ(failureOf([&] { readFile(folder / "loop"); }).error(), ELOOP);
+    EXPECT_EQ(failureOf([&] { readFile(folder / "five", 4); }).error(), EFBIG);
+    EXPECT_EQ(readFile(folder / "link", 5), "12345");
+}
+
+TEST(AtomicFile, FoldersArePrivateAllTheWayDown) {
+    const TemporaryFolder folder;
+    const mode_t oldMask = ::umask(0);
+    makePrivateDirectories(folder / "a/b/c");
+    ::umask(oldMask);
+    for (const char* made : {"a", "a/b", "a/b/c"})
+        EXPECT_EQ(modeOf(folder / made), 0700u) << made;
+
+    fs::permissions(folder / "a", fs::perms(0750));
+    makePrivateDirectories(folder / "a/b/");
+    EXPECT_EQ(modeOf(folder / "a"), 0750u);
+
+    writeFileAtomically(folder / "file", "x");
+    EXPECT_EQ(failureOf([&] { makePrivateDirectories(folder / "file"); }).error(), ENOTDIR);
+    EXPECT_EQ(failureOf([&] { makePrivateDirectories(folder / "file/below"); }).error(), ENOTDIR);
+}

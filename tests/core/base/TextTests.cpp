@@ -1,0 +1,40 @@
+#include "MeetingCore/base/Text.h"
+
+#include <gtest/gtest.h>
+
+using namespace varnet;
+
+TEST(Text, TrimsUnicodeWhiteSpaceAtBothEndsOnly) {
+    const struct {
+        std::string text, expected;
+    } rows[] = {
+        {"", ""},
+        {" \t\r\n\v\f", ""},
+        {"  a b\n", "a b"},
+        {"\u00A0\u2003\u3000Weekly\u2028sync\u2029\u0085\u202F", "Weekly\u2028sync"},
+        {"\u200Bzero width stays\uFEFF", "\u200Bzero width stays\uFEFF"},
+        {" \xFF ", "\xFF"},
+        {"\x85", "\x85"},
+        {"é ", "é"},
+        {"\u3000", ""},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(trimmed(row.text), row.expected) << testing::PrintToString(row.text);
+}
+
+TEST(Text, BadBytesBecomeReplacementCharacters) {
+    const struct {
+        std::string text, expected;
+    } rows[] = {
+        {"Grüße 日本 \U0001F600", "Grüße 日本 \U0001F600"},
+        {"caf\xE9", "caf\uFFFD"},
+        {"\xC0\xAF", "\uFFFD\uFFFD"},                     // overlong slash
+        {"\xED\xA0\x80", "\uFFFD\uFFFD\uFFFD"},           // a surrogate
+        {"\xF4\x90\x80\x80", "\uFFFD\uFFFD\uFFFD\uFFFD"}, // beyond U+10FFFF
+        {"\xF0\x9F\x98", "\uFFFD"},                       // cut off: one character
+        {"a\x80z", "a\uFFFDz"},
+        {std::string("a\0b", 3), std::string("a\0b", 3)},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(validUtf8(row.text), row.expected) << testing::PrintToString(row.text);
+}
