@@ -34,11 +34,11 @@ struct CaptureBuffer {
 class CaptureUnavailable : public Failure {
 public:
     enum class Reason {
-        accessDenied,  ///< the sound server refuses this program
-        noServer,      ///< no sound server answers
-        noMicrophone,  ///< there is no audio source
-        noOutput,      ///< there is no audio sink whose sound could be captured
-        streamFailed,  ///< a stream did not come up in time, or on the wrong kind of node
+        accessDenied, ///< the sound server refuses this program
+        noServer,     ///< no sound server answers
+        noMicrophone, ///< there is no audio source
+        noOutput,     ///< there is no audio sink whose sound could be captured
+        streamFailed, ///< a stream did not come up in time, or on the wrong kind of node
     };
 
     CaptureUnavailable(Reason reason, std::string message) : Failure(std::move(message)), m_reason(reason) {}

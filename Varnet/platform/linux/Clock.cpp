@@ -14,8 +14,12 @@ std::int64_t nanoseconds(clockid_t clock) {
 
 } // namespace
 
-std::int64_t monotonicNanoseconds() { return nanoseconds(CLOCK_MONOTONIC); }
+std::int64_t monotonicNanoseconds() {
+    return nanoseconds(CLOCK_MONOTONIC);
+}
 
-std::int64_t continuousNanoseconds() { return nanoseconds(CLOCK_BOOTTIME); }
+std::int64_t continuousNanoseconds() {
+    return nanoseconds(CLOCK_BOOTTIME);
+}
 
 } // namespace varnet
