@@ -1,0 +1,139 @@
+#!/usr/bin/python3
+"""What a recording keeps when the disk, its folder or the speech engine fails. Needs a mount namespace of its own.
+
+usage: failures.py PROGRAM SPEECH.wav
+"""
+import pathlib
+import subprocess
+import sys
+import time
+
+SUPPORT = pathlib.Path(__file__).resolve().parent.parent / "support"
+sys.path.insert(0, str(SUPPORT))
+import driver  # noqa: E402
+
+TRACKS = ("meeting.wav", "microphone.wav", "system.wav")
+RETRY = "Audio saved · retry transcription"
+INTERRUPTED = "Interrupted · check saved audio and retry"
+
+
+def run(*command):
+    subprocess.run(command, check=True)
+
+
+class Recording:
+    """One start of the program with one recording in it."""
+
+    def __init__(self, program, name, **environment):
+        self.log = driver.data_home() / f"{name}.log"
+        self.program = driver.Application(program, log=self.log, environment=environment)
+        known = set(driver.meetings(driver.default_root()))
+        self.program.action("toggle-recording")
+        driver.wait_for("a recording", lambda: self.started(known))
+
+    def started(self, known):
+        for name, record in driver.meetings(driver.default_root()).items():
+            if name not in known and record["status"].startswith("Recording ·"):
+                self.folder = driver.default_root() / name
+                return True
+        return False
+
+    def record(self):
+        return driver.meetings(driver.default_root())[self.folder.name]
+
+    def status_is(self, status, seconds=20):
+        driver.wait_for(f"the status '{status}'", lambda: self.record()["status"] == status, seconds)
+
+    def bytes(self):
+        return (self.folder / "meeting.wav").stat().st_size
+
+    def grows(self, seconds=2):
+        goal = self.bytes() + int(seconds * 32000)
+        driver.wait_for("more audio", lambda: self.bytes() >= goal, seconds + 10)
+
+    def logged(self, text):
+        return text in self.log.read_text(encoding="utf-8", errors="replace")
+
+    def stop(self):
+        self.program.action("toggle-recording")
+
+    def tracks_are_whole(self):
+        lengths = {driver.wav_samples(self.folder / track) for track in TRACKS}
+        assert len(lengths) == 1, f"the tracks differ: {lengths}"
+        return lengths.pop()
+
+
+def disk_full(program):
+    root = driver.data_home() / "Varnet"
+    root.mkdir(parents=True)
+    run("mount", "-t", "tmpfs", "-o", "size=1m", "tmpfs", str(root))
+    recording = Recording(program, "disk-full", VARNET_NO_ENGINES="1")
+    driver.wait_for("the message", lambda: recording.logged("Recording error: "), 60)
+    assert recording.logged("No space left on device"), "the message does not tell the reason"
+    kept = recording.bytes()
+    assert kept > 150_000, f"only {kept} bytes of audio fitted"
+    recording.program.kill()
+
+    run("mount", "-o", "remount,size=8m", str(root))
+    again = driver.Application(program, log=recording.log, environment={"VARNET_NO_ENGINES": "1"})
+    recording.status_is(INTERRUPTED)
+    for track in TRACKS:
+        driver.wav_samples(recording.folder / track)
+    assert recording.bytes() >= kept - 1, "audio was lost by the repair"
+    assert again.quit() == 0
+    run("umount", str(root))
+
+
+def folder_read_only(program):
+    recording = Recording(program, "read-only", VARNET_NO_ENGINES="1")
+    folder = str(recording.folder)
+    run("mount", "--bind", folder, folder)
+    run("mount", "-o", "remount,bind,ro", folder)
+    recording.grows()
+    recording.stop()
+    driver.wait_for("the failed save", lambda: recording.logged("could not be"), 20)
+    run("umount", folder)
+    assert recording.program.quit() == 0, "the edits could be saved again, so the program must quit"
+    assert recording.record()["status"] == RETRY, recording.record()["status"]
+    assert recording.tracks_are_whole() > 32000
+
+
+def engine_fails(program, mode, final, message):
+    engine = subprocess.Popen([sys.executable, str(SUPPORT / "misbehaving_engine.py"), mode])
+    driver.wait_for("the engine", driver.engine_ready)
+    recording = Recording(program, f"engine-{mode}")
+    driver.wait_for("the engine's first words", lambda: recording.record()["turns"], 20)
+    if mode != "hangs":
+        driver.wait_for("the message", lambda: recording.logged(message), 60)
+    recording.grows()
+    recording.stop()
+    recording.status_is(final, 60)
+    assert recording.logged(message), f"'{message}' was not said"
+    assert [turn["originalText"] for turn in recording.record()["turns"]] == ["fine"], "the finished words were lost"
+    assert recording.tracks_are_whole() > 32000
+    assert recording.program.quit() == 0
+    engine.kill()
+    engine.wait()
+
+
+def main():
+    program, speech = sys.argv[1], sys.argv[2]
+    player = driver.play(speech, "speakers")
+    interrupted = "Live transcription interrupted: "
+    cases = {
+        "disk full": lambda: disk_full(program),
+        "folder read-only": lambda: folder_read_only(program),
+        "engine dies": lambda: engine_fails(program, "dies", RETRY, interrupted),
+        "engine answers garbage": lambda: engine_fails(program, "garbage", RETRY, interrupted),
+        "engine gives absurd times": lambda: engine_fails(program, "absurd", RETRY, interrupted),
+        "engine floods": lambda: engine_fails(program, "floods", RETRY, interrupted),
+        "engine hangs": lambda: engine_fails(program, "hangs", RETRY, "Audio was saved. Live transcript may be incomplete: "),
+    }
+    for name, case in cases.items():
+        began = time.monotonic()
+        case()
+        print(f"ok: {name} ({time.monotonic() - began:.1f} s)", flush=True)
+    player.kill()
+
+
+main()
