@@ -53,7 +53,7 @@ def main():
 
     root = driver.default_root()
     application = driver.Application(build / "Varnet" / "varnet", log=out / "application.log", environment={
-        "VARNET_RUNTIME": str(ROOT / "build" / "runtime"), "QT_QUICK_BACKEND": "software"})
+        "VARNET_RUNTIME": str(build / "runtime"), "QT_QUICK_BACKEND": "software"})
     driver.wait_for("the speech engine", driver.engine_ready)
     picture(out / "library-empty.png")
 
