@@ -1,0 +1,48 @@
+#pragma once
+
+#include "Varnet/async/Wait.h"
+
+#include <exception>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <type_traits>
+#include <utility>
+
+namespace varnet {
+
+/// Runs `work` on the one worker thread, after what was given to it before. Any thread; `work` throws nothing.
+void postToWorker(std::function<void()> work);
+
+/// Runs heavy pure work off the main thread and returns its result or rethrows what it threw. `work` owns what it
+/// reads, is destroyed on either thread, and cannot be called off; after it, look up again by id what the result is
+/// for. Main thread.
+template <class F>
+Task<std::invoke_result_t<F>> onWorker(F work) {
+    using Result = std::invoke_result_t<F>;
+    struct Job {
+        F work;
+        std::optional<std::conditional_t<std::is_void_v<Result>, bool, Result>> result;
+        std::exception_ptr failure;
+    };
+    const auto job = std::make_shared<Job>(Job{std::move(work), {}, {}});
+    const auto wait = std::make_shared<Wait>();
+    postToWorker([job, wait] {
+        try {
+            if constexpr (std::is_void_v<Result>)
+                job->work();
+            else
+                job->result.emplace(job->work());
+        } catch (...) {
+            job->failure = std::current_exception();
+        }
+        wait->finish(WaitOutcome::fired);
+    });
+    co_await Wait::ended(wait);
+    if (job->failure)
+        std::rethrow_exception(job->failure);
+    if constexpr (!std::is_void_v<Result>)
+        co_return std::move(*job->result);
+}
+
+} // namespace varnet
