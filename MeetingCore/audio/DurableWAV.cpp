@@ -1,0 +1,229 @@
+#include "MeetingCore/audio/DurableWAV.h"
+
+#include "MeetingCore/base/Failures.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cerrno>
+#include <cmath>
+#include <cstring>
+#include <utility>
+
+// The widest loop that the processor has is chosen when the program starts.
+#if defined(__x86_64__) && defined(__linux__)
+#define VARNET_PROCESSOR_CLONES __attribute__((target_clones("avx2", "default")))
+#else
+#define VARNET_PROCESSOR_CLONES
+#endif
+
+namespace varnet {
+
+namespace {
+
+using Kind = FileFailure::Kind;
+using Header = std::array<std::byte, DurableWAV::headerSize>;
+
+constexpr std::size_t riffSizeOffset = 4;
+constexpr std::size_t formatOffset = 8;
+constexpr std::size_t dataSizeOffset = 40;
+
+void putNumber(Header& header, std::size_t offset, std::size_t size, std::uint32_t value) {
+    for (std::size_t i = 0; i < size; ++i)
+        header[offset + i] = static_cast<std::byte>(value >> (8 * i));
+}
+
+Header makeHeader(std::uint64_t dataBytes) {
+    Header header{};
+    std::memcpy(&header[0], "RIFF", 4);
+    putNumber(header, riffSizeOffset, 4, static_cast<std::uint32_t>(dataBytes + 36));
+    std::memcpy(&header[formatOffset], "WAVEfmt ", 8);
+    putNumber(header, 16, 4, 16);     // size of the format chunk
+    putNumber(header, 20, 2, 1);      // integer PCM
+    putNumber(header, 22, 2, 1);      // channels
+    putNumber(header, 24, 4, 16'000); // frames a second
+    putNumber(header, 28, 4, 32'000); // bytes a second
+    putNumber(header, 32, 2, 2);      // bytes a frame
+    putNumber(header, 34, 2, 16);     // bits a sample
+    std::memcpy(&header[36], "data", 4);
+    putNumber(header, dataSizeOffset, 4, static_cast<std::uint32_t>(dataBytes));
+    return header;
+}
+
+[[noreturn]] void throwWriteFailure(const std::filesystem::path& path, int error) {
+    const bool full = error == ENOSPC || error == EDQUOT;
+    throw FileFailure(full ? Kind::fileWriteOutOfSpace : Kind::fileWriteUnknown, path, error);
+}
+
+void writeAll(int descriptor, std::span<const std::byte> data, std::uint64_t offset,
+              const std::filesystem::path& path) {
+    while (!data.empty()) {
+        const ssize_t written = ::pwrite(descriptor, data.data(), data.size(), static_cast<off_t>(offset));
+        if (written < 0 && errno == EINTR)
+            continue;
+        if (written <= 0)
+            throwWriteFailure(path, written < 0 ? errno : EIO);
+        data = data.subspan(static_cast<std::size_t>(written));
+        offset += static_cast<std::uint64_t>(written);
+    }
+}
+
+void flushToStorage(int descriptor, const std::filesystem::path& path) {
+    while (::fdatasync(descriptor) != 0)
+        if (errno != EINTR)
+            throwWriteFailure(path, errno);
+}
+
+int openRetrying(const std::filesystem::path& path, int flags) {
+    int descriptor = -1;
+    do
+        descriptor = ::open(path.c_str(), flags | O_CLOEXEC, 0600);
+    while (descriptor < 0 && errno == EINTR);
+    return descriptor;
+}
+
+/// Closes a descriptor at the end of a block, whatever happens.
+struct Closer {
+    int descriptor;
+    explicit Closer(int open) : descriptor(open) {}
+    Closer(const Closer&) = delete;
+    Closer& operator=(const Closer&) = delete;
+    ~Closer() {
+        if (descriptor >= 0)
+            ::close(descriptor);
+    }
+};
+
+/// Makes the file with its header under a passing name and then gives it its own, so that a kill in between never
+/// leaves a file without a header. Returns its descriptor.
+int createWithHeader(const std::filesystem::path& path) {
+    std::filesystem::path passing = path;
+    passing += ".new";
+    Closer file(openRetrying(passing, O_RDWR | O_CREAT | O_TRUNC | O_NOFOLLOW));
+    if (file.descriptor < 0)
+        throw FileFailure(Kind::fileWriteUnknown, path, errno);
+    try {
+        writeAll(file.descriptor, makeHeader(0), 0, path);
+        flushToStorage(file.descriptor, path);
+    } catch (const FileFailure& failure) {
+        ::unlink(passing.c_str());
+        throw FileFailure(Kind::fileWriteUnknown, path, failure.error());
+    }
+    if (::fchmod(file.descriptor, 0600) != 0 || ::rename(passing.c_str(), path.c_str()) != 0) {
+        const int error = errno;
+        ::unlink(passing.c_str());
+        throw FileFailure(Kind::fileWriteUnknown, path, error);
+    }
+    return std::exchange(file.descriptor, -1);
+}
+
+std::size_t readHeader(int descriptor, Header& header, const std::filesystem::path& path) {
+    std::size_t count = 0;
+    while (count < header.size()) {
+        const ssize_t got =
+            ::pread(descriptor, header.data() + count, header.size() - count, static_cast<off_t>(count));
+        if (got < 0 && errno == EINTR)
+            continue;
+        if (got < 0)
+            throw FileFailure(Kind::fileReadUnknown, path, errno);
+        if (got == 0)
+            break;
+        count += static_cast<std::size_t>(got);
+    }
+    return count;
+}
+
+bool isOurs(const Header& header) {
+    const Header expected = makeHeader(0);
+    const auto equal = [&](std::size_t from, std::size_t to) {
+        return std::equal(header.begin() + from, header.begin() + to, expected.begin() + from);
+    };
+    return equal(0, riffSizeOffset) && equal(formatOffset, dataSizeOffset);
+}
+
+/// Limited before it is widened: what lies beyond the limits leaves the 16 bits anyway, and a float vector is cheaper
+/// to limit than two of doubles.
+VARNET_PROCESSOR_CLONES void convertToPCM(const float* samples, std::int16_t* target, std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i) {
+        const float finite = std::isfinite(samples[i]) ? samples[i] : 0.0F;
+        const float limited = std::min(std::max(finite, -1.5F), 1.5F);
+        const auto scaled = static_cast<std::int32_t>(static_cast<double>(limited) * 32767.0);
+        target[i] = static_cast<std::int16_t>(std::min(std::max(scaled, -32768), 32767));
+    }
+}
+
+} // namespace
+
+DurableWAV::DurableWAV(std::filesystem::path path) : m_path(std::move(path)), m_descriptor(createWithHeader(m_path)) {}
+
+DurableWAV::~DurableWAV() {
+    try {
+        close();
+    } catch (const FileFailure&) {
+        if (m_descriptor >= 0)
+            ::close(m_descriptor);
+    }
+}
+
+void DurableWAV::append(std::span<const std::byte> data) {
+    if (m_closed || m_descriptor < 0 || data.size() % 2 != 0 || data.size() > maximumDataBytes - m_bytes)
+        throw FileFailure(Kind::fileWriteOutOfSpace, m_path);
+    writeAll(m_descriptor, data, headerSize + m_bytes, m_path);
+    m_bytes += data.size();
+    if (m_bytes - m_checkpoint >= checkpointInterval) {
+        updateHeader();
+        m_checkpoint = m_bytes;
+    }
+}
+
+void DurableWAV::updateHeader() {
+    writeAll(m_descriptor, makeHeader(m_bytes), 0, m_path);
+    flushToStorage(m_descriptor, m_path);
+}
+
+void DurableWAV::close() {
+    if (m_closed)
+        return;
+    if (m_descriptor >= 0) {
+        updateHeader();
+        // Linux gives the descriptor back whatever close() answers; closing it again could hit another file's.
+        if (::close(std::exchange(m_descriptor, -1)) != 0 && errno != EINTR)
+            throwWriteFailure(m_path, errno);
+    }
+    m_closed = true;
+}
+
+std::vector<std::byte> DurableWAV::pcm(std::span<const float> samples) {
+    static_assert(std::endian::native == std::endian::little);
+    std::vector<std::byte> bytes(samples.size() * sizeof(std::int16_t));
+    convertToPCM(samples.data(), reinterpret_cast<std::int16_t*>(bytes.data()), samples.size());
+    return bytes;
+}
+
+void DurableWAV::repair(const std::filesystem::path& path) {
+    const Closer file(openRetrying(path, O_RDWR));
+    if (file.descriptor < 0)
+        throw FileFailure(errno == ENOENT ? Kind::fileReadNoSuchFile : Kind::fileReadUnknown, path, errno);
+    struct stat status{};
+    if (::fstat(file.descriptor, &status) != 0)
+        throw FileFailure(Kind::fileReadUnknown, path, errno);
+    const auto size = static_cast<std::uint64_t>(status.st_size);
+    if (!S_ISREG(status.st_mode) || size < headerSize || size - headerSize > maximumDataBytes)
+        throw FileFailure(Kind::fileReadCorruptFile, path);
+    Header header{};
+    if (readHeader(file.descriptor, header, path) != headerSize || !isOurs(header))
+        throw FileFailure(Kind::fileReadCorruptFile, path);
+
+    const std::uint64_t dataBytes = (size - headerSize) & ~std::uint64_t{1};
+    while (::ftruncate(file.descriptor, static_cast<off_t>(headerSize + dataBytes)) != 0)
+        if (errno != EINTR)
+            throwWriteFailure(path, errno);
+    writeAll(file.descriptor, makeHeader(dataBytes), 0, path);
+    flushToStorage(file.descriptor, path);
+}
+
+} // namespace varnet

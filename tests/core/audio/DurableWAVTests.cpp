@@ -1,0 +1,232 @@
+#include "MeetingCore/audio/DurableWAV.h"
+#include "MeetingCore/base/Failures.h"
+
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <cstring>
+#include <fstream>
+
+namespace varnet {
+namespace {
+
+namespace fs = std::filesystem;
+using Kind = FileFailure::Kind;
+
+class DurableWAVTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        std::string name = (fs::temp_directory_path() / "wav-XXXXXX").string();
+        ASSERT_NE(mkdtemp(name.data()), nullptr);
+        folder = name;
+        path = folder / "microphone.wav";
+    }
+    void TearDown() override { fs::remove_all(folder); }
+
+    std::string content() const {
+        std::ifstream file(path, std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+    void write(const std::string& bytes) const { std::ofstream(path, std::ios::binary) << bytes; }
+    std::uint32_t number(std::size_t offset) const {
+        const std::string bytes = content();
+        std::uint32_t value = 0;
+        std::memcpy(&value, bytes.data() + offset, 4);
+        return value;
+    }
+    std::uint32_t declared() const { return number(40); }
+
+    fs::path folder;
+    fs::path path;
+};
+
+std::vector<std::byte> silence(std::size_t count) {
+    return std::vector<std::byte>(count);
+}
+
+std::optional<Kind> failure(const std::function<void()>& call) {
+    try {
+        call();
+    } catch (const FileFailure& thrown) {
+        return thrown.kind();
+    }
+    return std::nullopt;
+}
+
+// RIFF + 36, WAVE, "fmt " 16: PCM 1, 1 channel, 16000 Hz, 32000 bytes a second, 2 bytes a frame, 16 bits, data 0.
+const std::string emptyFile("RIFF\x24\0\0\0WAVEfmt \x10\0\0\0\1\0\1\0\x80\x3E\0\0\0\x7D\0\0\2\0\x10\0data\0\0\0\0", 44);
+
+TEST_F(DurableWAVTest, StartsAsAWholeEmptyFile) {
+    write("an older recording that is longer than a header, and is replaced");
+    const DurableWAV file(path);
+    EXPECT_EQ(content(), emptyFile);
+    EXPECT_EQ(fs::status(path).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder), fs::directory_iterator()), 1);
+}
+
+TEST_F(DurableWAVTest, DeclaresItsLengthOnceASecond) {
+    DurableWAV file(path);
+    file.append(silence(31'998));
+    EXPECT_EQ(declared(), 0U);
+    file.append(silence(2));
+    EXPECT_EQ(declared(), 32'000U);
+    EXPECT_EQ(number(4), 32'036U);
+    file.append(silence(100'000));
+    EXPECT_EQ(declared(), 132'000U);
+    file.append(silence(31'998));
+    EXPECT_EQ(declared(), 132'000U);
+    file.append({});
+    file.append(silence(2));
+    EXPECT_EQ(declared(), 164'000U);
+    EXPECT_EQ(file.bytes(), 164'000U);
+}
+
+TEST_F(DurableWAVTest, ClosesWithTheExactLength) {
+    DurableWAV file(path);
+    file.append(silence(10));
+    file.close();
+    EXPECT_EQ(declared(), 10U);
+    EXPECT_EQ(content().size(), 54U);
+    EXPECT_NO_THROW(file.close());
+    EXPECT_EQ(failure([&] { file.append(silence(2)); }), Kind::fileWriteOutOfSpace);
+    EXPECT_EQ(file.bytes(), 10U);
+}
+
+TEST_F(DurableWAVTest, ClosesWhenItIsDropped) {
+    DurableWAV(path).append(silence(6));
+    EXPECT_EQ(declared(), 6U);
+}
+
+TEST_F(DurableWAVTest, RefusesHalfSamples) {
+    DurableWAV file(path);
+    EXPECT_EQ(failure([&] { file.append(silence(3)); }), Kind::fileWriteOutOfSpace);
+    EXPECT_EQ(file.bytes(), 0U);
+    EXPECT_EQ(content().size(), 44U);
+}
+
+TEST_F(DurableWAVTest, CannotBeMadeInAFolderThatIsNotThere) {
+    EXPECT_EQ(failure([&] { DurableWAV(folder / "missing" / "meeting.wav"); }), Kind::fileWriteUnknown);
+}
+
+TEST_F(DurableWAVTest, PassesAWriteErrorOnAndKeepsWhatIsWritten) {
+    // A limit on the file's size stands for a full disk: 1,000 bytes fit, of the next 100 only 56 do.
+    const auto previous = std::signal(SIGXFSZ, SIG_IGN);
+    rlimit old{};
+    getrlimit(RLIMIT_FSIZE, &old);
+    DurableWAV file(path);
+    const rlimit small{1'100, old.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &small);
+    file.append(silence(1'000));
+    int error = 0;
+    try {
+        file.append(silence(100));
+    } catch (const FileFailure& thrown) {
+        error = thrown.error();
+    }
+    setrlimit(RLIMIT_FSIZE, &old);
+    std::signal(SIGXFSZ, previous);
+    EXPECT_EQ(error, EFBIG);
+    EXPECT_EQ(file.bytes(), 1'000U);
+    file.close();
+    EXPECT_EQ(declared(), 1'000U);
+    DurableWAV::repair(path);
+    EXPECT_EQ(declared(), 1'056U) << "what reached the disk of the failed write";
+}
+
+TEST_F(DurableWAVTest, NeverLeavesAFileWithoutAHeader) {
+    // A child is killed while it makes the file again and again; the parent must never see it short.
+    const pid_t child = fork();
+    ASSERT_GE(child, 0);
+    if (child == 0)
+        for (;;)
+            DurableWAV(path).append(silence(4));
+    int seen = 0;
+    for (int look = 0; look < 2'000; ++look)
+        if (std::ifstream file(path, std::ios::binary); file) {
+            ++seen;
+            const std::string bytes(std::istreambuf_iterator<char>(file), {});
+            ASSERT_GE(bytes.size(), 44U);
+        }
+    EXPECT_GT(seen, 0);
+    kill(child, SIGKILL);
+    waitpid(child, nullptr, 0);
+    DurableWAV::repair(path);
+    EXPECT_EQ(content().substr(8, 32), emptyFile.substr(8, 32));
+}
+
+TEST_F(DurableWAVTest, AudioSurvivesKillAtAnyByte) {
+    const std::vector<float> samples{0.1F, 0.2F, 0.3F, 0.4F, 0.5F};
+    {
+        DurableWAV file(path);
+        file.append(DurableWAV::pcm(samples));
+    }
+    const std::string whole = content();
+    ASSERT_EQ(whole.size(), 54U);
+    for (std::size_t length = 0; length <= whole.size(); ++length) {
+        SCOPED_TRACE(length);
+        const std::string cut = emptyFile.substr(0, std::min<std::size_t>(length, 44)) +
+                                (length > 44 ? whole.substr(44, length - 44) : std::string());
+        write(cut);
+        if (length < 44) {
+            EXPECT_EQ(failure([&] { DurableWAV::repair(path); }), Kind::fileReadCorruptFile);
+            EXPECT_EQ(content(), cut);
+            continue;
+        }
+        const std::size_t kept = (length - 44) / 2 * 2;
+        for (int times = 0; times < 2; ++times) {
+            DurableWAV::repair(path);
+            EXPECT_EQ(declared(), kept);
+            EXPECT_EQ(number(4), kept + 36);
+            EXPECT_EQ(content().substr(44), whole.substr(44, kept));
+        }
+    }
+}
+
+TEST_F(DurableWAVTest, RepairTouchesOnlyItsOwnKindOfFile) {
+    std::string garbledSizes = emptyFile + "abcde";
+    garbledSizes.replace(4, 4, "####").replace(40, 4, "####");
+    write(garbledSizes);
+    DurableWAV::repair(path);
+    EXPECT_EQ(declared(), 4U);
+    EXPECT_EQ(number(4), 40U);
+
+    for (const std::size_t offset : {0, 8, 22, 24, 34, 39}) {
+        SCOPED_TRACE(offset);
+        std::string foreign = emptyFile + "abcde";
+        foreign[offset] ^= 0x44;
+        write(foreign);
+        EXPECT_EQ(failure([&] { DurableWAV::repair(path); }), Kind::fileReadCorruptFile);
+        EXPECT_EQ(content(), foreign);
+    }
+    EXPECT_EQ(failure([&] { DurableWAV::repair(folder / "missing.wav"); }), Kind::fileReadNoSuchFile);
+    write(emptyFile);
+    fs::resize_file(path, 44 + 4'294'967'260);
+    EXPECT_EQ(failure([&] { DurableWAV::repair(path); }), Kind::fileReadCorruptFile);
+}
+
+TEST(PCM, LimitsAndTruncatesTowardZero) {
+    // Long enough that every value goes through the wide loop as well as through its rest.
+    const std::vector<std::pair<float, std::int16_t>> rows{
+        {1.0F, 32'767},   {-1.0F, -32'767}, {2.0F, 32'767},       {-2.0F, -32'768},   {0.5F, 16'383},
+        {-0.5F, -16'383}, {NAN, 0},         {INFINITY, 0},        {-INFINITY, 0},     {0.00003F, 0},
+        {-0.00003F, 0},   {3e38F, 32'767},  {-1.00004F, -32'768}, {0.99999F, 32'766}, {1e-40F, 0},
+    };
+    std::vector<float> samples;
+    for (int times = 0; times < 9; ++times)
+        for (const auto& row : rows)
+            samples.push_back(row.first);
+    const auto bytes = DurableWAV::pcm(samples);
+    ASSERT_EQ(bytes.size(), samples.size() * 2);
+    for (std::size_t i = 0; i < samples.size(); ++i) {
+        const int value = std::to_integer<int>(bytes[2 * i]) | std::to_integer<int>(bytes[2 * i + 1]) << 8;
+        EXPECT_EQ(static_cast<std::int16_t>(value), rows[i % rows.size()].second) << samples[i];
+    }
+    EXPECT_TRUE(DurableWAV::pcm({}).empty());
+}
+
+} // namespace
+} // namespace varnet
