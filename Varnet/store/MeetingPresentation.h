@@ -36,6 +36,9 @@ namespace MeetingPresentation {
 
 StatusBadge badge(const Meeting& meeting, const MeetingStore& store);
 
+/// Whether the meeting stands for an event of a calendar.
+bool isFromCalendar(const Meeting& meeting);
+
 /// Where a meeting came from, how many spoke and what is to do, joined by " · "; else whether it has a transcript.
 std::string subtitle(const Meeting& meeting);
 

@@ -16,7 +16,10 @@
 #include <memory>
 #include <optional>
 #include <set>
+#include <stop_token>
 #include <string>
+#include <string_view>
+#include <type_traits>
 #include <vector>
 
 namespace varnet {
@@ -135,24 +138,30 @@ private:
     using Signal = void (MeetingStore::*)();
 
     template <class Field>
-    bool assign(Field& field, Field value, Signal changed);
+    void assign(Field& field, std::type_identity_t<Field> value, Signal changed);
     template <class Change>
     void update(Uuid id, Change change);
     Meeting* find(const Uuid& id);
     void open(const std::optional<std::filesystem::path>& storageRoot);
     void recoverInterrupted();
-    Task<> checkHealth(QUrl baseURL, bool MeetingStore::* field, Signal changed);
+    Task<> checkHealth(QUrl engine, bool MeetingStore::* field, Signal changed);
 
+    // The recording flow. Coroutines hold a stop token of m_tasks and leave the store alone once it is stopped.
     Uuid meetingToRecord();
+    Task<> beginCapture(Uuid id);
     Task<> connectLive(Uuid id);
-    Task<> startCapture(Uuid id, CaptureMode mode);
     Task<> startMicrophone(Uuid id);
-    Task<bool> startMeetingCapture(Uuid id);
+    Task<> startMeetingCapture(Uuid id);
+    void recordingStarted(Uuid id);
     Task<> abandonStart(std::optional<Uuid> id, std::exception_ptr cause);
-    Task<std::exception_ptr> closeCapture();
-    RecorderCallbacks captureCallbacks(Uuid id);
-    Task<> captureFailed(Uuid id, std::exception_ptr failure);
-    void liveFailed(Uuid id, const std::shared_ptr<LiveSpeech>& session, const std::exception_ptr& failure);
+    Task<bool> closeCapture();
+    Task<bool> finishTranscript(bool captureIncomplete);
+    RecorderCallbacks captureCallbacks(Uuid id, const std::shared_ptr<void>& recorder);
+    bool capturesWith(const std::weak_ptr<void>& recorder, Uuid id) const;
+    Task<> captureFailed(std::exception_ptr failure);
+    static Task<> deliver(MeetingStore* store, std::stop_token gone, SpeechEvent event, Uuid id);
+    void liveFailed(const std::weak_ptr<LiveSpeech>& session, const std::exception_ptr& failure, Uuid id);
+    void closeLive();
     Task<> inhibitSleep(Uuid id);
     void appendFinalizedTurns(std::vector<TranscriptTurn> turns, Uuid id);
     void setStatus(Uuid id, std::string_view status);
@@ -185,5 +194,23 @@ private:
     std::unique_ptr<CaptureLevels> m_levels;
     std::unique_ptr<TaskScope> m_tasks;
 };
+
+template <class Field>
+void MeetingStore::assign(Field& field, std::type_identity_t<Field> value, Signal changed) {
+    if (field == value)
+        return;
+    field = std::move(value);
+    (this->*changed)();
+}
+
+template <class Change>
+void MeetingStore::update(Uuid id, Change change) {
+    Meeting* meeting = find(id);
+    if (!meeting)
+        return;
+    change(*meeting);
+    persist(id);
+    Q_EMIT meetingChanged(id);
+}
 
 } // namespace varnet
