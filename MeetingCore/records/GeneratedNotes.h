@@ -3,9 +3,11 @@
 #include "MeetingCore/base/Date.h"
 #include "MeetingCore/base/Uuid.h"
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace varnet {
@@ -33,6 +35,8 @@ struct NoteEvidence {
 /// One point of a draft, with the quotes that carry it.
 struct NoteItem {
     enum class Kind { summary, decision, action };
+    /// The stored texts of the kinds, in their order.
+    static constexpr std::array<std::string_view, 3> kindNames{"summary", "decision", "action"};
 
     Kind kind = Kind::summary;
     std::string text;

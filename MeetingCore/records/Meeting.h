@@ -50,11 +50,11 @@ struct TranscriptTurn {
 struct Meeting {
     Uuid id = Uuid::random();
     std::string title;
-    Date createdAt; ///< the library sorts on it
-    std::vector<TranscriptTurn> turns; ///< in the order of arrival
-    std::string notes;                 ///< the user's own
+    Date createdAt;                           ///< the library sorts on it
+    std::vector<TranscriptTurn> turns;        ///< in the order of arrival
+    std::string notes;                        ///< the user's own
     std::optional<std::string> audioFilename; ///< bare name of the main audio file in the meeting's folder
-    std::string status = "Ready"; ///< progress text; see MeetingStatus.h for the vocabulary
+    std::string status = "Ready";             ///< progress text; see MeetingStatus.h for the vocabulary
     std::optional<std::map<std::string, std::string>> speakerNames; ///< label to display name
     std::optional<MeetingSource> source;
     std::optional<std::string> importedContent;

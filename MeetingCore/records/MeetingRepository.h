@@ -27,7 +27,8 @@ public:
     /// The folder of a meeting. Touches no disk.
     std::filesystem::path directory(const Uuid& id) const;
 
-    /// Writes the record so that a crash leaves the whole old or the whole new document. Throws FileFailure.
+    /// Writes the record so that a crash leaves the whole old or the whole new document. Throws FileFailure, and
+    /// JsonFailure for a record that could not be read again (see encodeMeeting).
     void save(const Meeting& meeting) const;
 
     /// Throws FileFailure when the record cannot be read, JsonFailure when it does not decode.
@@ -37,7 +38,7 @@ public:
     /// untouched. Throws FileFailure only when `root` cannot be listed.
     LoadedMeetings loadRecovering() const;
 
-    /// Keeps a copy of the record as a version in the meeting's "history" folder. Throws FileFailure.
+    /// Keeps a copy of the record as a version in the meeting's "history" folder. Throws as save does.
     void archiveBeforeTranscription(const Meeting& meeting) const;
 
 private:

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "MeetingCore/base/Failures.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace varnet {
+
+/// Data that is not the JSON of the record it should be, or a record that cannot stand in JSON. `detail` goes into the
+/// sentence: "The data is not valid: “status” is missing."
+class JsonFailure : public Failure {
+public:
+    explicit JsonFailure(std::string_view detail);
+};
+
+/// Bounds on what is read. Beyond them a document is refused, so that a hostile one costs no more than its size.
+namespace JsonLimits {
+inline constexpr std::size_t maximumBytes = std::size_t{64} << 20;
+inline constexpr std::size_t maximumElements = 1'000'000; ///< of one array or map
+inline constexpr int maximumDepth = 64;                   ///< of values under keys that nobody knows
+} // namespace JsonLimits
+
+/// Writes one pretty-printed document: two blanks of indentation, `"key": value`, empty containers on one line. Text is
+/// written as valid UTF-8 with bad bytes replaced by U+FFFD. The caller keeps the order of keys and puts a key() before
+/// every member of an object and an element() before every member of an array.
+class JsonWriter {
+public:
+    void beginObject() { open('{'); }
+    void endObject() { close('}'); }
+    void beginArray() { open('['); }
+    void endArray() { close(']'); }
+    void key(std::string_view name);
+    void element();
+
+    void text(std::string_view value);
+    /// The shortest text that reads back as the same bits. `value` must be finite.
+    void number(double value);
+    void integer(std::int64_t value);
+    void boolean(bool value);
+
+    /// The document, which ends with a line feed.
+    std::string take() &&;
+
+private:
+    void open(char bracket);
+    void close(char bracket);
+    void newLine();
+
+    std::string m_out;
+    std::size_t m_depth = 0;
+    bool m_empty = true; ///< nothing stands in the open container yet
+};
+
+} // namespace varnet

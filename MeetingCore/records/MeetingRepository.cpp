@@ -1,0 +1,134 @@
+#include "MeetingCore/records/MeetingRepository.h"
+
+#include "MeetingCore/base/AtomicFile.h"
+#include "MeetingCore/base/JsonRecord.h"
+#include "MeetingCore/base/Text.h"
+#include "MeetingCore/records/MeetingJson.h"
+
+#include <algorithm>
+#include <atomic>
+#include <mutex>
+#include <system_error>
+#include <thread>
+
+namespace fs = std::filesystem;
+
+namespace varnet {
+
+namespace {
+
+constexpr const char* recordName = "meeting.json";
+
+/// Results of one parallel pass, one slot per folder.
+class DecodeSlots {
+public:
+    explicit DecodeSlots(std::size_t count) : m_slots(count) {}
+
+    void fill(std::size_t index, Meeting meeting) {
+        const std::lock_guard lock(m_lock);
+        m_slots[index] = std::move(meeting);
+    }
+
+    /// Once all workers have ended.
+    std::vector<std::optional<Meeting>>& slots() { return m_slots; }
+
+private:
+    std::mutex m_lock;
+    std::vector<std::optional<Meeting>> m_slots;
+};
+
+Meeting readRecord(const fs::path& folder, JsonParser& parser) {
+    return decodeMeeting(readFile(folder / recordName, JsonLimits::maximumBytes), parser);
+}
+
+/// The entries of the root that hold a record, in the order of the file system.
+std::vector<fs::path> recordFolders(const fs::path& root) {
+    std::vector<fs::path> folders;
+    std::error_code error;
+    for (fs::directory_iterator entry(root, error), end; !error && entry != end; entry.increment(error)) {
+        std::error_code ignored; // a stray file has no record below it
+        if (fs::exists(entry->path() / recordName, ignored))
+            folders.push_back(entry->path());
+    }
+    if (error)
+        throw FileFailure::reading(root, error.value());
+    return folders;
+}
+
+/// Takes folders from the shared counter until none is left.
+void decodeFolders(const std::vector<fs::path>& folders, std::atomic<std::size_t>& next, DecodeSlots& slots) {
+    JsonParser parser;
+    for (std::size_t index = next++; index < folders.size(); index = next++) {
+        try {
+            slots.fill(index, readRecord(folders[index], parser));
+        } catch (const std::exception&) {
+            // The empty slot reports it.
+        }
+    }
+}
+
+void decodeInParallel(const std::vector<fs::path>& folders, DecodeSlots& slots) {
+    std::atomic<std::size_t> next = 0;
+    std::vector<std::jthread> helpers;
+    const std::size_t workers = std::min<std::size_t>(std::thread::hardware_concurrency(), folders.size());
+    try {
+        while (helpers.size() + 1 < workers)
+            helpers.emplace_back([&] { decodeFolders(folders, next, slots); });
+    } catch (const std::system_error&) {
+        // Without more threads the ones that run do the work.
+    }
+    decodeFolders(folders, next, slots);
+}
+
+} // namespace
+
+MeetingRepository::MeetingRepository(fs::path root) : m_root(std::move(root)) {
+    makePrivateDirectories(m_root);
+}
+
+fs::path MeetingRepository::directory(const Uuid& id) const {
+    return m_root / id.text();
+}
+
+void MeetingRepository::save(const Meeting& meeting) const {
+    const fs::path folder = directory(meeting.id);
+    makePrivateDirectories(folder);
+    writeFileAtomically(folder / recordName, encodeMeeting(meeting));
+}
+
+Meeting MeetingRepository::load(const Uuid& id) const {
+    JsonParser parser;
+    return readRecord(directory(id), parser);
+}
+
+LoadedMeetings MeetingRepository::loadRecovering() const {
+    const std::vector<fs::path> folders = recordFolders(m_root);
+    DecodeSlots decoded(folders.size());
+    decodeInParallel(folders, decoded);
+
+    LoadedMeetings loaded;
+    std::vector<std::size_t> readable;
+    auto& slots = decoded.slots();
+    for (std::size_t index = 0; index < folders.size(); ++index) {
+        if (slots[index])
+            readable.push_back(index);
+        else
+            loaded.unreadable.push_back(validUtf8(folders[index].filename().native()));
+    }
+    std::ranges::sort(readable, [&](std::size_t one, std::size_t other) {
+        const Date date = slots[one]->createdAt, otherDate = slots[other]->createdAt;
+        return date == otherDate ? one < other : date > otherDate;
+    });
+    loaded.meetings.reserve(readable.size());
+    for (const std::size_t index : readable)
+        loaded.meetings.push_back(std::move(*slots[index]));
+    return loaded;
+}
+
+void MeetingRepository::archiveBeforeTranscription(const Meeting& meeting) const {
+    const fs::path history = directory(meeting.id) / "history";
+    makePrivateDirectories(history);
+    writeFileAtomically(history / (Uuid::random().text() + ".json"), encodeMeeting(meeting));
+}
+
+} // namespace varnet

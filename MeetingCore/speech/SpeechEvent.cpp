@@ -1,0 +1,34 @@
+#include "MeetingCore/speech/SpeechEvent.h"
+
+#include "MeetingCore/base/JsonRecord.h"
+
+namespace varnet {
+
+template <>
+struct JsonRecord<TranscriptWord> {
+    static constexpr std::tuple fields{
+        JsonField{"end", &TranscriptWord::end, audioTime}, JsonField{"speaker", &TranscriptWord::speaker},
+        JsonField{"start", &TranscriptWord::start, audioTime}, JsonField{"word", &TranscriptWord::word}};
+};
+
+template <>
+struct JsonRecord<SpeechEvent::ServerError> {
+    static constexpr std::tuple fields{JsonField{"message", &SpeechEvent::ServerError::message}};
+};
+
+template <>
+struct JsonRecord<SpeechEvent> {
+    static constexpr std::tuple fields{JsonField{"audio_processed", &SpeechEvent::audio_processed, audioTime},
+                                       JsonField{"delta", &SpeechEvent::delta},
+                                       JsonField{"error", &SpeechEvent::error},
+                                       JsonField{"transcript", &SpeechEvent::transcript},
+                                       JsonField{"type", &SpeechEvent::type},
+                                       JsonField{"words", &SpeechEvent::words}};
+};
+
+SpeechEvent SpeechEvent::decode(std::string_view json) {
+    JsonParser parser;
+    return parser.decode<SpeechEvent>(json);
+}
+
+} // namespace varnet

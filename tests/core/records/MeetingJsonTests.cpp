@@ -1,0 +1,324 @@
+#include "MeetingCore/base/Json.h"
+#include "MeetingCore/records/MeetingJson.h"
+
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <limits>
+
+using namespace varnet;
+
+namespace {
+
+/// A record with every field, as it stands in the golden document.
+Meeting fullMeeting() {
+    Meeting meeting;
+    meeting.id = *Uuid::parse("1B4E28BA-2FA1-41D2-883F-2A5C8F3D9E11");
+    meeting.title = "Weekly sync · “Q3”";
+    meeting.createdAt = {794413800.25};
+    meeting.turns = {{*Uuid::parse("00000000-0000-4000-8000-000000000001"), 0, 1.1, "Speaker 1", "Hello there.", {}},
+                     {*Uuid::parse("00000000-0000-4000-8000-000000000002"), 3.5, 1e-7, "Unassigned", "um", ""}};
+    meeting.notes = "line\n\ttab \"quoted\" back\\slash / \x01";
+    meeting.audioFilename = "meeting.wav";
+    meeting.speakerNames = {{"Speaker 2", "Ben"}, {"Speaker 1", "Ana"}};
+    meeting.source = MeetingSource{"eventkit", "Work", "cal", "event", {1}, {}, "2026-03-05T14:30", {}, true};
+    meeting.importedContent = "";
+    GeneratedNotes notes;
+    notes.items = {{NoteItem::Kind::action, "Send the deck", "Ana", {}, {{"S1", "Hello there."}}}};
+    notes.sources = {{"S1", meeting.turns[0].id, 0, 1.1, "Ana", "Hello there."}};
+    notes.transcriptHash = "ab";
+    notes.model = "local";
+    notes.createdAt = {-0.5};
+    notes.chunks = 1;
+    notes.droppedItems = 0;
+    meeting.generatedNotes = notes;
+    meeting.attendees.emplace();
+    return meeting;
+}
+
+constexpr const char* goldenDocument = R"({
+  "attendees": [],
+  "audioFilename": "meeting.wav",
+  "createdAt": 794413800.25,
+  "generatedNotes": {
+    "chunks": 1,
+    "createdAt": -0.5,
+    "droppedItems": 0,
+    "items": [
+      {
+        "evidence": [
+          {
+            "quote": "Hello there.",
+            "source": "S1"
+          }
+        ],
+        "kind": "action",
+        "owner": "Ana",
+        "text": "Send the deck"
+      }
+    ],
+    "model": "local",
+    "promptVersion": "grounded-notes-v7-repaired-quotes",
+    "sources": [
+      {
+        "end": 1.1,
+        "id": "S1",
+        "speaker": "Ana",
+        "start": 0,
+        "text": "Hello there.",
+        "turnID": "00000000-0000-4000-8000-000000000001"
+      }
+    ],
+    "transcriptHash": "ab"
+  },
+  "id": "1B4E28BA-2FA1-41D2-883F-2A5C8F3D9E11",
+  "importedContent": "",
+  "notes": "line\n\ttab \"quoted\" back\\slash / \u0001",
+  "source": {
+    "accountID": "Work",
+    "cancelled": true,
+    "containerID": "cal",
+    "importedAt": 1,
+    "provider": "eventkit",
+    "recordID": "event",
+    "scheduledStart": "2026-03-05T14:30"
+  },
+  "speakerNames": {
+    "Speaker 1": "Ana",
+    "Speaker 2": "Ben"
+  },
+  "status": "Ready",
+  "title": "Weekly sync · “Q3”",
+  "turns": [
+    {
+      "end": 1.1,
+      "id": "00000000-0000-4000-8000-000000000001",
+      "originalText": "Hello there.",
+      "speaker": "Speaker 1",
+      "start": 0
+    },
+    {
+      "editedText": "",
+      "end": 1e-07,
+      "id": "00000000-0000-4000-8000-000000000002",
+      "originalText": "um",
+      "speaker": "Unassigned",
+      "start": 3.5
+    }
+  ]
+}
+)";
+
+constexpr const char* smallDocument = R"({"createdAt":0,"id":"1b4e28ba-2fa1-41d2-883f-2a5c8f3d9e11","notes":"",)"
+                                      R"("status":"Ready","title":"T","turns":[]})";
+
+/// The small document with one text replaced by another.
+std::string edited(std::string_view from, std::string_view to) {
+    std::string document = smallDocument;
+    return document.replace(document.find(from), from.size(), to);
+}
+
+/// The small document with one more member.
+std::string with(const std::string& member) {
+    return edited("{", "{" + member + ",");
+}
+
+std::string withTurn(const std::string& members) {
+    return edited("[]", R"([{"id":"1B4E28BA-2FA1-41D2-883F-2A5C8F3D9E11","originalText":"o","speaker":"s",)" + members +
+                            "}]");
+}
+
+std::string repeated(std::string_view text, int count) {
+    std::string out;
+    for (int i = 0; i < count; ++i)
+        out += text;
+    return out;
+}
+
+} // namespace
+
+TEST(MeetingJson, DocumentIsTheGoldenOne) {
+    EXPECT_EQ(encodeMeeting(fullMeeting()), goldenDocument);
+    EXPECT_EQ(decodeMeeting(goldenDocument), fullMeeting());
+}
+
+TEST(MeetingJson, NumbersSurviveBitForBit) {
+    Meeting meeting = Meeting::make("");
+    for (const double time :
+         {0.1, 0.1 + 0.2, -0.0, 5e-324, 2.2250738585072014e-308, 1.0 / 3, 123456789.123456789, 1e9, -1e9, 1e-7,
+          999999999.9999999, 4503.599627370497, std::numeric_limits<double>::epsilon(), 9007199.254740993})
+        meeting.turns.push_back({Uuid::random(), time, -time, "s", "t", {}});
+    meeting.createdAt = {252423993599};
+    const Meeting back = decodeMeeting(encodeMeeting(meeting));
+    EXPECT_EQ(back, meeting);
+    for (std::size_t i = 0; i < meeting.turns.size(); ++i) {
+        const auto bits = [](double value) { return std::bit_cast<std::uint64_t>(value); };
+        EXPECT_EQ(bits(back.turns[i].start), bits(meeting.turns[i].start)) << meeting.turns[i].start;
+        EXPECT_EQ(bits(back.turns[i].end), bits(meeting.turns[i].end)) << meeting.turns[i].end;
+    }
+    meeting.createdAt = {-63113904000};
+    meeting.generatedNotes.emplace().chunks = std::numeric_limits<std::int64_t>::min();
+    meeting.generatedNotes->droppedItems = std::numeric_limits<std::int64_t>::max();
+    EXPECT_EQ(decodeMeeting(encodeMeeting(meeting)), meeting);
+}
+
+TEST(MeetingJson, TextSurvivesAndBadBytesAreReplaced) {
+    const struct {
+        std::string text, expected;
+    } rows[] = {
+        {"日本 \U0001F600 \u2028 \x7F \uFFFF", "日本 \U0001F600 \u2028 \x7F \uFFFF"},
+        {std::string("a\0b\x1F\b\f", 6), std::string("a\0b\x1F\b\f", 6)},
+        {"caf\xE9", "caf\uFFFD"},
+        {"\xED\xA0\x80\"", "\uFFFD\uFFFD\uFFFD\""},
+        {"cut \xF0\x9F\x98", "cut \uFFFD"},
+    };
+    for (const auto& row : rows) {
+        Meeting meeting = Meeting::make(row.text);
+        meeting.speakerNames.emplace()[row.text] = row.text;
+        const Meeting back = decodeMeeting(encodeMeeting(meeting));
+        EXPECT_EQ(back.title, row.expected);
+        EXPECT_EQ(back.speakerNames, (std::map<std::string, std::string>{{row.expected, row.expected}}));
+    }
+}
+
+TEST(MeetingJson, AcceptsAnyValidDocument) {
+    const Meeting expected = decodeMeeting(smallDocument);
+    EXPECT_EQ(expected.title, "T");
+    EXPECT_EQ(expected.id.text(), "1B4E28BA-2FA1-41D2-883F-2A5C8F3D9E11");
+    EXPECT_FALSE(expected.attendees || expected.generatedNotes || expected.speakerNames);
+
+    const struct {
+        const char* name;
+        std::string document;
+    } rows[] = {
+        {"blanks around", " \r\n\t" + std::string(smallDocument) + "\n \n"},
+        {"null optionals", with(R"("attendees":null,"source":null,"speakerNames": null ,"audioFilename":null)")},
+        {"unknown keys", with(R"("next":{"a":[1,-2.5e3,{"b":[]},"\ud83d\ude00",true,false,null]},"":[[]])")},
+        {"a repeated key", with(R"("title":"other","attendees":["x"],"attendees":null)")},
+        {"escaped keys", edited("\"title\"", R"("\u0074itle")")},
+        {"date as a real number", edited("\"createdAt\":0", "\"createdAt\":0.0e5")},
+        {"unknown big numbers", with(R"("n":[123456789012345678901234567890,18446744073709551615])")},
+        {"63 deep", with("\"deep\":" + repeated("[", 63) + "1" + repeated("]", 63))},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(decodeMeeting(row.document), expected) << row.name;
+}
+
+TEST(MeetingJson, RefusesEverythingElse) {
+    const std::string small = smallDocument;
+    const struct {
+        const char* name;
+        std::string document;
+    } rows[] = {
+        {"nothing", ""},
+        {"blanks", " \n"},
+        {"zero bytes", std::string(100, '\0')},
+        {"null", "null"},
+        {"a number", "1"},
+        {"an array", "[" + small + "]"},
+        {"no keys", "{}"},
+        {"cut off", small.substr(0, small.size() - 1)},
+        {"one bracket more", small + "}"},
+        {"two documents", small + small},
+        {"trailing word", small + " x"},
+        {"trailing zero byte", small + std::string(1, '\0')},
+        {"trailing comma", edited("[]}", "[],}")},
+        {"comma for colon", edited("\"title\":", "\"title\",")},
+        {"unquoted key", edited("\"title\"", "title")},
+        {"a byte order mark", "\xEF\xBB\xBF" + small},
+        {"missing status", edited("\"status\":\"Ready\",", "")},
+        {"null status", edited("\"Ready\"", "null")},
+        {"status of numbers", edited("\"Ready\"", "1")},
+        {"title of lists", edited("\"T\"", "[]")},
+        {"key in another case", edited("\"title\"", "\"Title\"")},
+        {"turns as an object", edited("[]", "{}")},
+        {"turns as null", edited("[]", "null")},
+        {"empty turn", edited("[]", "[{}]")},
+        {"id that is none", edited("1b4e28ba-", "1b4e28ba")},
+        {"id in braces", edited("\"1b4e28ba-2fa1", "\"{b4e28ba-2fa1")},
+        {"date as text", edited("\"createdAt\":0", "\"createdAt\":\"2026-01-01T00:00:00Z\"")},
+        {"date of the year 10000", edited("\"createdAt\":0", "\"createdAt\":252423993600")},
+        {"date before the year 1", edited("\"createdAt\":0", "\"createdAt\":-63113904001")},
+        {"infinite date", edited("\"createdAt\":0", "\"createdAt\":1e400")},
+        {"date NaN", edited("\"createdAt\":0", "\"createdAt\":NaN")},
+        {"number with a leading zero", edited("\"createdAt\":0", "\"createdAt\":01")},
+        {"number with a leading plus", edited("\"createdAt\":0", "\"createdAt\":+1")},
+        {"number without digits", edited("\"createdAt\":0", "\"createdAt\":1.")},
+        {"number run into a word", edited("\"createdAt\":0", "\"createdAt\":0x")},
+        {"names with a number", with(R"("speakerNames":{"a":1})")},
+        {"names with null", with(R"("speakerNames":{"a":null})")},
+        {"attendees with null", with(R"("attendees":["a",null])")},
+        {"optional of the wrong type", with(R"("audioFilename":false)")},
+        {"misspelt null", with(R"("audioFilename":nul)")},
+        {"null run into a word", with(R"("audioFilename":nulls)")},
+        {"turn at 1e300", withTurn(R"("start":0,"end":1e300)")},
+        {"turn just too late", withTurn(R"("start":1000000000.1,"end":0)")},
+        {"turn too early", withTurn(R"("start":-1000000001,"end":0)")},
+        {"turn without an end", withTurn(R"("start":0)")},
+        {"turn with a null correction of the wrong type", withTurn(R"("start":0,"end":0,"editedText":0)")},
+        {"notes without items", with(R"("generatedNotes":{"chunks":1})")},
+        {"unknown: half a word", with(R"("x":tru)")},
+        {"unknown: no brackets match", with(R"("x":[1,2})")},
+        {"unknown: nested mess", with(R"("x":{"y":[{"z":1]}})")},
+        {"unknown: no value", with(R"("x":)")},
+        {"unknown: a bare word", with(R"("x":hello)")},
+        {"unknown: bad number", with(R"("x":[-])")},
+        {"unknown: bad escape", with(R"("x":"\q")")},
+        {"unknown: bad key", with(R"("x":{"\u12":1})")},
+        {"unknown: half a surrogate pair", with(R"("x":"\ud800")")},
+        {"control character in text", edited("\"T\"", "\"a\nb\"")},
+        {"Latin-1 text", edited("\"T\"", "\"caf\xE9\"")},
+        {"Latin-1 in an unknown value", with("\"x\":\"\xE9\"")},
+        {"a surrogate in UTF-8", edited("\"T\"", "\"\xED\xA0\x80\"")},
+        {"65 deep", with("\"deep\":" + repeated("[", 65) + repeated("]", 65))},
+        {"a million deep", with("\"deep\":" + repeated("[", 1'000'000) + repeated("]", 1'000'000))},
+        {"a million open", with("\"deep\":" + repeated("{\"a\":", 1'000'000))},
+        {"too many elements", with("\"attendees\":[\"\"" + repeated(",\"\"", 1'000'000) + "]")},
+    };
+    for (const auto& row : rows)
+        EXPECT_THROW(decodeMeeting(row.document), JsonFailure) << row.name;
+    EXPECT_THROW(decodeMeeting(small + std::string(JsonLimits::maximumBytes, ' ')), JsonFailure);
+}
+
+TEST(MeetingJson, AnyCutOrChangedByteIsAWholeRecordOrARefusal) {
+    const std::string golden = goldenDocument;
+    const std::size_t end = golden.rfind('}') + 1;
+    for (std::size_t length = 0; length < end; ++length)
+        EXPECT_THROW(decodeMeeting(golden.substr(0, length)), JsonFailure) << length;
+    for (std::size_t at = 0; at < golden.size(); ++at)
+        for (const char byte : {'\0', '"', '\\', '{', '}', ']', ',', '\xFF'}) {
+            std::string changed = golden;
+            changed[at] = byte;
+            try {
+                const Meeting meeting = decodeMeeting(changed);
+                EXPECT_EQ(decodeMeeting(encodeMeeting(meeting)), meeting) << at << ' ' << int(byte);
+            } catch (const JsonFailure&) {
+            }
+        }
+}
+
+TEST(MeetingJson, NeverWritesWhatItWouldNotRead) {
+    const double infinity = std::numeric_limits<double>::infinity();
+    for (const double time : {infinity, -infinity, std::numeric_limits<double>::quiet_NaN(), 1e300, 1.1e9}) {
+        Meeting meeting = Meeting::make("");
+        meeting.turns.push_back({Uuid::random(), 0, time, "s", "t", {}});
+        EXPECT_THROW(encodeMeeting(meeting), JsonFailure) << time;
+    }
+    Meeting meeting = Meeting::make("");
+    meeting.createdAt = {1e12};
+    EXPECT_THROW(encodeMeeting(meeting), JsonFailure);
+}
+
+TEST(MeetingJson, FailureNamesTheField) {
+    const auto failure = [](const std::string& document) -> std::string {
+        try {
+            decodeMeeting(document);
+        } catch (const JsonFailure& caught) {
+            return caught.what();
+        }
+        return "";
+    };
+    EXPECT_EQ(failure(edited("\"status\":\"Ready\",", "")), "The data is not valid: “status” is missing.");
+    EXPECT_EQ(failure(edited("[]", "[{\"start\":\"a\"}]")),
+              "The data is not valid: “start” has a value that is not valid.");
+}
