@@ -1,4 +1,5 @@
 #include "Varnet/platform/Paths.h"
+#include "tests/support/ScopedVariable.h"
 
 #include <gtest/gtest.h>
 
@@ -17,23 +18,16 @@ TEST(Paths, FollowTheEnvironmentAtEachCall) {
         {"XDG_STATE_HOME", Paths::logs, "/d/Varnet/logs", "/home/ann/.local/state/Varnet/logs"},
         {"XDG_CACHE_HOME", Paths::caches, "/d/Varnet", "/home/ann/.cache/Varnet"},
     };
-    const QByteArray home = qgetenv("HOME");
-    qputenv("HOME", "/home/ann");
+    const test::ScopedVariable home("HOME", "/home/ann");
     for (const Row& row : rows) {
         SCOPED_TRACE(row.variable);
-        const QByteArray saved = qgetenv(row.variable);
-        qputenv(row.variable, "/d");
+        test::ScopedVariable variable(row.variable, "/d");
         EXPECT_EQ(row.folder(), row.given);
-        qputenv(row.variable, "relative/folder");
+        variable.set("relative/folder");
         EXPECT_EQ(row.folder(), row.belowHome);
-        qputenv(row.variable, "");
+        variable.set("");
         EXPECT_EQ(row.folder(), row.belowHome);
-        if (saved.isEmpty())
-            qunsetenv(row.variable);
-        else
-            qputenv(row.variable, saved);
     }
-    qputenv("HOME", home);
 }
 
 TEST(Paths, BuildTreeHasNoResources) {

@@ -1,4 +1,5 @@
 #include "Varnet/platform/Settings.h"
+#include "tests/support/ScopedVariable.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -56,21 +57,14 @@ TEST_F(SettingsFile, FilesEditedByHandAreRead) {
 }
 
 TEST_F(SettingsFile, SystemWideValuesShowWhereTheUserHasNone) {
-    const QByteArray saved = qgetenv("XDG_CONFIG_HOME");
-    qputenv("XDG_CONFIG_HOME", folder.filePath("home").toUtf8());
+    const test::ScopedVariable home("XDG_CONFIG_HOME", folder.filePath("home").toStdString());
     QSettings::setPath(QSettings::NativeFormat, QSettings::SystemScope, folder.filePath("etc"));
     QSettings(QSettings::NativeFormat, QSettings::SystemScope, "Varnet", "Varnet").setValue("RuntimeRoot", "/opt");
-    {
-        Settings settings;
-        EXPECT_EQ(settings.text("RuntimeRoot"), "/opt");
-        settings.setText("RuntimeRoot", "/mine");
-        EXPECT_EQ(settings.text("RuntimeRoot"), "/mine");
-        settings.remove("RuntimeRoot");
-        EXPECT_EQ(settings.text("RuntimeRoot"), "/opt");
-        EXPECT_TRUE(QFile::exists(folder.filePath("home/Varnet/Varnet.conf")));
-    }
-    if (saved.isEmpty())
-        qunsetenv("XDG_CONFIG_HOME");
-    else
-        qputenv("XDG_CONFIG_HOME", saved);
+    Settings settings;
+    EXPECT_EQ(settings.text("RuntimeRoot"), "/opt");
+    settings.setText("RuntimeRoot", "/mine");
+    EXPECT_EQ(settings.text("RuntimeRoot"), "/mine");
+    settings.remove("RuntimeRoot");
+    EXPECT_EQ(settings.text("RuntimeRoot"), "/opt");
+    EXPECT_TRUE(QFile::exists(folder.filePath("home/Varnet/Varnet.conf")));
 }

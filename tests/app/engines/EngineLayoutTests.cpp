@@ -1,0 +1,187 @@
+#include "Varnet/engines/EngineLayout.h"
+#include "Varnet/engines/NotesModel.h"
+#include "Varnet/engines/SpeechModels.h"
+#include "tests/support/ScopedVariable.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+using namespace varnet;
+namespace fs = std::filesystem;
+
+namespace {
+
+const Machine fastARM{true, "arm64"};
+const Machine fastIntel{true, "x86_64"};
+const Machine slowIntel{false, "x86_64"};
+
+struct Layout : ::testing::Test {
+    test::TemporaryFolder folder;
+    fs::path root = folder / "root";
+    Settings settings{folder / "settings.conf"};
+    test::ScopedVariable dataHome{"XDG_DATA_HOME", (folder / "data").string()};
+    test::ScopedVariable runtime{"VARNET_RUNTIME", std::nullopt};
+
+    fs::path makeFile(const fs::path& path, bool executable = false) {
+        fs::create_directories(path.parent_path());
+        std::ofstream(path) << "x";
+        if (executable)
+            fs::permissions(path, fs::perms::owner_exec, fs::perm_options::add);
+        return path;
+    }
+    fs::path makeProgram(const char* name) { return makeFile(root / name, true); }
+    void makeNotesModel(std::int64_t bytes) {
+        fs::resize_file(makeFile(NotesModel::file()), static_cast<std::uintmax_t>(bytes));
+    }
+};
+
+} // namespace
+
+TEST_F(Layout, ResolvesInItsOrder) {
+    struct Row {
+        const char* name;
+        std::optional<std::string> variable;
+        std::optional<const char*> stored;
+        const char* resources;
+        std::optional<EngineLayout> expected;
+    };
+    makeFile(folder / "with/engine/arm64/file");
+    makeFile(folder / "without/notes-engine/llama-server", true);
+    const EngineLayout bundled{folder / "with", true};
+    const Row rows[] = {
+        {"variable before stored", "/variable", "/stored", "with", EngineLayout{"/variable", false}},
+        {"stored before resources", {}, "/stored", "with", EngineLayout{"/stored", false}},
+        {"empty variable hides stored", "", "/stored", "with", bundled},
+        {"empty stored is no folder", {}, "", "with", bundled},
+        {"nothing named", {}, {}, "with", bundled},
+        {"resources without engine", {}, {}, "without", std::nullopt},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        runtime.set(row.variable);
+        settings.remove("RuntimeRoot");
+        if (row.stored)
+            settings.setText("RuntimeRoot", *row.stored);
+        EXPECT_EQ(EngineLayout::resolve(settings, folder / row.resources), row.expected);
+    }
+    runtime.set("");
+    EXPECT_EQ(EngineLayout::resolve(settings, std::nullopt), std::nullopt);
+}
+
+TEST_F(Layout, DevelopmentSpeechTakesTheBuiltEngineFirst) {
+    const EngineLayout layout{root, false};
+    EXPECT_EQ(layout.speech(settings, fastARM), std::nullopt) << "nothing there is executable";
+    settings.setText("SpeechEngineProcessorOnlyVersion", EngineLayout::appVersion());
+
+    const fs::path released = makeProgram(".runtime/nemo-speech-0.2.0-macos-aarch64-metal/bin/nemo-speech");
+    EngineSpec expected;
+    expected.name = "Speech engine";
+    expected.executable = released;
+    expected.arguments = {"serve", "--config", "config/speech.yaml"};
+    expected.workingDirectory = root;
+    expected.port = 17863;
+    EXPECT_EQ(layout.speech(settings, fastARM), expected);
+    EXPECT_EQ(expected.healthURL(), "http://127.0.0.1:17863/health");
+
+    const fs::path built = makeFile(root / ".runtime/source/build/metal-asr/bin/nemo-speech");
+    EXPECT_EQ(layout.speech(settings, fastARM), expected) << "the built one is not executable yet";
+    fs::permissions(built, fs::perms::owner_exec, fs::perm_options::add);
+    EXPECT_EQ(layout.speech(settings, fastARM)->executable, built);
+}
+
+TEST_F(Layout, BundledSpeechFollowsTheProcessorAndTheFallback) {
+    const EngineLayout layout{root, true};
+    const fs::path intel = makeProgram("engine/x86_64/bin/nemo-speech");
+    EXPECT_EQ(layout.speech(settings, fastARM), std::nullopt);
+    EXPECT_EQ(layout.bundledBinary(slowIntel), intel);
+    EXPECT_EQ((EngineLayout{root, false}.bundledBinary(slowIntel)), std::nullopt);
+
+    EngineSpec expected;
+    expected.name = "Speech engine";
+    expected.executable = intel;
+    expected.arguments = {"serve", "--config", (root / "config/speech.yaml").string()};
+    expected.workingDirectory = root;
+    expected.port = 17863;
+    expected.environment = {{"NEMO_SPEECH_MODEL_DIR", (folder / "data/Varnet/models").string()}};
+    settings.setText("SpeechEngineProcessorOnlyVersion", "another build");
+    EXPECT_EQ(layout.speech(settings, fastIntel), expected);
+
+    settings.setText("SpeechEngineProcessorOnlyVersion", EngineLayout::appVersion());
+    expected.arguments.insert(expected.arguments.end(), {"--device", "cpu"});
+    EXPECT_EQ(layout.speech(settings, fastIntel), expected);
+}
+
+TEST_F(Layout, BundledNotesNeedAFastMachineAndTheWholeModel) {
+    const EngineLayout layout{root, true};
+    const fs::path program = makeProgram("notes-engine/llama-server");
+    EXPECT_EQ(layout.bundledNotesBinary(slowIntel), std::nullopt);
+    EXPECT_EQ(layout.bundledNotesBinary(fastIntel), program);
+    EXPECT_EQ(layout.notes("/key", fastARM), std::nullopt) << "no model yet";
+    makeNotesModel(2741986463);
+    EXPECT_EQ(layout.notes("/key", fastARM), std::nullopt) << "one byte short";
+    makeNotesModel(2741986464);
+    EXPECT_EQ(layout.notes("/key", slowIntel), std::nullopt);
+
+    const auto spec = layout.notes("/key", fastARM);
+    ASSERT_TRUE(spec);
+    EXPECT_EQ(spec->executable, program);
+    EXPECT_EQ(spec->workingDirectory, root / "notes-engine");
+    EXPECT_EQ(spec->arguments.at(1), (folder / "data/Varnet/notes-model/Qwen3.5-4B-Q4_K_M.gguf").string());
+}
+
+TEST_F(Layout, DevelopmentNotesHaveTheFixedCommandLine) {
+    const EngineLayout layout{root, false};
+    const fs::path program = makeProgram(".runtime/notes/runtime/llama-b11146/llama-server");
+    EXPECT_EQ(layout.notes("/key file", slowIntel), std::nullopt) << "no model";
+    const fs::path model = makeFile(root / ".runtime/notes/Qwen3.5-4B-Q4_K_M.gguf");
+
+    EngineSpec expected;
+    expected.name = "Notes engine";
+    expected.executable = program;
+    expected.workingDirectory = root;
+    expected.port = 17864;
+    expected.arguments = {"--model",
+                          model.string(),
+                          "--alias",
+                          "qwen3.5-4b-q4km",
+                          "--host",
+                          "127.0.0.1",
+                          "--port",
+                          "17864",
+                          "--ctx-size",
+                          "8192",
+                          "--parallel",
+                          "1",
+                          "--threads",
+                          "4",
+                          "--batch-size",
+                          "256",
+                          "--ubatch-size",
+                          "128",
+                          "--jinja",
+                          "--reasoning",
+                          "off",
+                          "--no-context-shift",
+                          "--api-key-file",
+                          "/key file"};
+    EXPECT_EQ(layout.notes("/key file", slowIntel), expected);
+}
+
+TEST_F(Layout, SpeechModelsAreInstalledOnceBothAreVerified) {
+    const fs::path models = SpeechModels::folder();
+    EXPECT_EQ(models, folder / "data/Varnet/models");
+    EXPECT_FALSE(SpeechModels::installed(models));
+    EXPECT_EQ(SpeechModels::bytesOnDisk(models), 0);
+    makeFile(models / "nvidia/nemotron-speech-streaming-en-0.6b/main/weights.verified");
+    EXPECT_FALSE(SpeechModels::installed(models)) << "one of the two";
+    makeFile(models / "nvidia/Nemotron-3-Diarization/weights.verified");
+    makeFile(models / "nvidia/Nemotron-3-Diarization/main/deeper/weights.verified");
+    makeFile(models / "nvidia/Nemotron-3-Diarization/main/weights.verified.part");
+    EXPECT_FALSE(SpeechModels::installed(models)) << "the mark stands elsewhere";
+    makeFile(models / "nvidia/Nemotron-3-Diarization/main/.verified");
+    EXPECT_TRUE(SpeechModels::installed(models));
+    EXPECT_EQ(SpeechModels::bytesOnDisk(models), 5);
+}
