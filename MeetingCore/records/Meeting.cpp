@@ -52,7 +52,7 @@ std::string Meeting::timestamp(double seconds) {
     return text;
 }
 
-const std::string& Meeting::speakerName(const std::string& label) const {
+std::string Meeting::speakerName(const std::string& label) const {
     if (!speakerNames)
         return label;
     const auto found = speakerNames->find(label);

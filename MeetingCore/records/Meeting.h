@@ -69,7 +69,7 @@ struct Meeting {
     static std::string timestamp(double seconds);
 
     /// The display name of a speaker label: its entry in `speakerNames`, else the label.
-    const std::string& speakerName(const std::string& label) const;
+    std::string speakerName(const std::string& label) const;
 
     bool operator==(const Meeting&) const = default;
 };

@@ -1,6 +1,7 @@
 #include "MeetingCore/records/MeetingJson.h"
 
-#include "MeetingCore/base/JsonRecord.h"
+#include "MeetingCore/base/JsonDecoding.h"
+#include "MeetingCore/base/JsonEncoding.h"
 
 namespace varnet {
 

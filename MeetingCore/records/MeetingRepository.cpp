@@ -1,7 +1,7 @@
 #include "MeetingCore/records/MeetingRepository.h"
 
 #include "MeetingCore/base/AtomicFile.h"
-#include "MeetingCore/base/JsonRecord.h"
+#include "MeetingCore/base/JsonDecoding.h"
 #include "MeetingCore/base/Text.h"
 #include "MeetingCore/records/MeetingJson.h"
 

@@ -1,6 +1,6 @@
 #include "MeetingCore/speech/SpeechEvent.h"
 
-#include "MeetingCore/base/JsonRecord.h"
+#include "MeetingCore/base/JsonDecoding.h"
 
 namespace varnet {
 

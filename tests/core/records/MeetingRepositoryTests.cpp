@@ -143,6 +143,7 @@ TEST(MeetingRepository, EqualDatesKeepTheOrderOfTheListing) {
             .push_back(entry.path().filename());
     newer.insert(newer.end(), older.begin(), older.end());
     std::vector<std::string> names;
+    names.reserve(loaded.meetings.size());
     for (const Meeting& meeting : loaded.meetings)
         names.push_back(meeting.id.text());
     EXPECT_EQ(names, newer);

@@ -1,4 +1,4 @@
-#include "MeetingCore/base/JsonRecord.h"
+#include "MeetingCore/base/JsonDecoding.h"
 
 namespace varnet::json {
 
@@ -46,12 +46,6 @@ Uuid readUuid(simdjson::ondemand::value value) {
     if (!id)
         throw simdjson::simdjson_error(simdjson::INCORRECT_TYPE);
     return *id;
-}
-
-double checkedNumber(double value, const JsonRange& range) {
-    if (!range.holds(value)) // also what is not a number
-        throw JsonFailure("a time is out of range");
-    return value;
 }
 
 void checkElementCount(std::size_t count) {

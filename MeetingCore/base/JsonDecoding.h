@@ -1,82 +1,19 @@
 #pragma once
 
 #include "MeetingCore/base/Date.h"
-#include "MeetingCore/base/Json.h"
+#include "MeetingCore/base/JsonFields.h"
 #include "MeetingCore/base/Uuid.h"
 
 #include <simdjson.h>
 
 #include <cstdint>
-#include <map>
-#include <optional>
-#include <string>
-#include <string_view>
-#include <tuple>
 #include <type_traits>
 #include <utility>
-#include <vector>
 
-/// Records to and from JSON by one table of their fields. Only sources include this header.
-///
-///     template <>
-///     struct JsonRecord<NoteEvidence> {
-///         static constexpr std::tuple fields{JsonField{"quote", &NoteEvidence::quote},
-///                                            JsonField{"source", &NoteEvidence::source}};
-///     };
-///
-/// The keys stand in ascending order. A field is optional exactly when its type is std::optional: its key may be
-/// missing or null and is not written when absent; any other key must be there. Unknown and repeated keys are allowed,
-/// the last one counts. Every value of the document is looked at, so one that is not JSON anywhere is refused. Reading
-/// and writing refuse the same numbers; both throw JsonFailure.
+/// Documents into records. It brings the whole of simdjson, so only sources include it.
 namespace varnet {
 
-/// Both ends belong to it.
-struct JsonRange {
-    double lowest;
-    double highest;
-
-    constexpr bool holds(double value) const { return value >= lowest && value <= highest; }
-};
-
-/// Times in seconds: far beyond any meeting, near enough for the clock text and for exact arithmetic.
-inline constexpr JsonRange anyTime{-1e9, 1e9};
-/// Times on a wire, which start with the audio.
-inline constexpr JsonRange audioTime{0, 1e9};
-/// The first instant of the year 1 to the last second of the year 9999 in UTC.
-inline constexpr JsonRange dateRange{-63113904000, 252423993599};
-
-template <class Record, class Value>
-struct JsonField {
-    std::string_view key;
-    Value Record::* member;
-    JsonRange range; ///< of its numbers that are seconds
-
-    constexpr JsonField(std::string_view fieldKey, Value Record::* fieldMember, JsonRange fieldRange = anyTime)
-        : key(fieldKey), member(fieldMember), range(fieldRange) {}
-};
-
-/// To be specialised with `fields`, and with `blank()` where the default value is expensive.
-template <class Record>
-struct JsonRecord;
-
-/// To be specialised with `names`, an array of texts by enumerator.
-template <class Enumeration>
-struct JsonNames;
-
 namespace json {
-
-template <class T>
-inline constexpr bool isOptional = false;
-template <class T>
-inline constexpr bool isOptional<std::optional<T>> = true;
-template <class T>
-inline constexpr bool isVector = false;
-template <class T>
-inline constexpr bool isVector<std::vector<T>> = true;
-template <class T>
-inline constexpr bool isMap = false;
-template <class T>
-inline constexpr bool isMap<std::map<std::string, T>> = true;
 
 /// Looks at every part of a value that nobody wants.
 void skip(simdjson::ondemand::value value, int depthLeft = JsonLimits::maximumDepth);
@@ -84,9 +21,6 @@ void skip(simdjson::ondemand::value value, int depthLeft = JsonLimits::maximumDe
 double readNumber(simdjson::ondemand::value value, const JsonRange& range);
 
 Uuid readUuid(simdjson::ondemand::value value);
-
-/// `value`, or a JsonFailure if it is not in the range.
-double checkedNumber(double value, const JsonRange& range);
 
 void checkElementCount(std::size_t count);
 
@@ -209,74 +143,6 @@ Record readRecord(simdjson::ondemand::object object) {
     return record;
 }
 
-template <class Record>
-void writeRecord(JsonWriter& writer, const Record& record);
-
-template <class T>
-void writeValue(JsonWriter& writer, const T& value, const JsonRange& range) {
-    if constexpr (std::is_same_v<T, std::string>) {
-        writer.text(value);
-    } else if constexpr (std::is_same_v<T, bool>) {
-        writer.boolean(value);
-    } else if constexpr (std::is_same_v<T, std::int64_t>) {
-        writer.integer(value);
-    } else if constexpr (std::is_same_v<T, double>) {
-        writer.number(checkedNumber(value, range));
-    } else if constexpr (std::is_same_v<T, Date>) {
-        writer.number(checkedNumber(value.secondsSinceReference, dateRange));
-    } else if constexpr (std::is_same_v<T, Uuid>) {
-        writer.text(value.text());
-    } else if constexpr (std::is_enum_v<T>) {
-        writer.text(JsonNames<T>::names[static_cast<std::size_t>(value)]);
-    } else if constexpr (isVector<T>) {
-        writer.beginArray();
-        for (const auto& element : value) {
-            writer.element();
-            writeValue(writer, element, range);
-        }
-        writer.endArray();
-    } else if constexpr (isMap<T>) {
-        writer.beginObject();
-        for (const auto& [key, mapped] : value) {
-            writer.key(key);
-            writeValue(writer, mapped, range);
-        }
-        writer.endObject();
-    } else {
-        writeRecord(writer, value);
-    }
-}
-
-template <class Record>
-constexpr bool hasSortedKeys() {
-    return std::apply(
-        [](const auto&... field) {
-            std::string_view last;
-            return ((std::exchange(last, field.key) < field.key) && ...);
-        },
-        JsonRecord<Record>::fields);
-}
-
-template <class Record>
-void writeRecord(JsonWriter& writer, const Record& record) {
-    static_assert(hasSortedKeys<Record>());
-    writer.beginObject();
-    const auto writeField = [&]<class Value>(const JsonField<Record, Value>& field) {
-        const Value& value = record.*field.member;
-        if constexpr (isOptional<Value>) {
-            if (!value)
-                return;
-            writer.key(field.key);
-            writeValue(writer, *value, field.range);
-        } else {
-            writer.key(field.key);
-            writeValue(writer, value, field.range);
-        }
-    };
-    std::apply([&](const auto&... field) { (writeField(field), ...); }, JsonRecord<Record>::fields);
-    writer.endObject();
-}
-
 } // namespace json
 
 /// Reads documents one after another and keeps its buffers between them. One thread at a time.
@@ -309,13 +175,5 @@ private:
     simdjson::ondemand::parser m_parser;
     std::string m_buffer;
 };
-
-/// The record as a document. Throws JsonFailure for a number that decoding would refuse.
-template <class Record>
-std::string encodeJson(const Record& record) {
-    JsonWriter writer;
-    json::writeRecord(writer, record);
-    return std::move(writer).take();
-}
 
 } // namespace varnet

@@ -1,0 +1,94 @@
+#pragma once
+
+#include "MeetingCore/base/Date.h"
+#include "MeetingCore/base/JsonFields.h"
+#include "MeetingCore/base/Uuid.h"
+
+#include <cstdint>
+#include <type_traits>
+#include <utility>
+
+/// Records into documents.
+namespace varnet {
+
+namespace json {
+
+template <class Record>
+void writeRecord(JsonWriter& writer, const Record& record);
+
+template <class T>
+void writeValue(JsonWriter& writer, const T& value, const JsonRange& range) {
+    if constexpr (std::is_same_v<T, std::string>) {
+        writer.text(value);
+    } else if constexpr (std::is_same_v<T, bool>) {
+        writer.boolean(value);
+    } else if constexpr (std::is_same_v<T, std::int64_t>) {
+        writer.integer(value);
+    } else if constexpr (std::is_same_v<T, double>) {
+        writer.number(checkedNumber(value, range));
+    } else if constexpr (std::is_same_v<T, Date>) {
+        writer.number(checkedNumber(value.secondsSinceReference, dateRange));
+    } else if constexpr (std::is_same_v<T, Uuid>) {
+        writer.text(value.text());
+    } else if constexpr (std::is_enum_v<T>) {
+        writer.text(JsonNames<T>::names[static_cast<std::size_t>(value)]);
+    } else if constexpr (isVector<T>) {
+        writer.beginArray();
+        for (const auto& element : value) {
+            writer.element();
+            writeValue(writer, element, range);
+        }
+        writer.endArray();
+    } else if constexpr (isMap<T>) {
+        writer.beginObject();
+        for (const auto& [key, mapped] : value) {
+            writer.key(key);
+            writeValue(writer, mapped, range);
+        }
+        writer.endObject();
+    } else {
+        writeRecord(writer, value);
+    }
+}
+
+template <class Record>
+constexpr bool hasSortedKeys() {
+    return std::apply(
+        [](const auto&... field) {
+            std::string_view last;
+            return ((std::exchange(last, field.key) < field.key) && ...);
+        },
+        JsonRecord<Record>::fields);
+}
+
+template <class Record>
+void writeRecord(JsonWriter& writer, const Record& record) {
+    static_assert(hasSortedKeys<Record>());
+    writer.beginObject();
+    const auto writeField = [&]<class Value>(const JsonField<Record, Value>& field) {
+        const Value& value = record.*field.member;
+        if constexpr (isOptional<Value>) {
+            if (!value)
+                return;
+            writer.key(field.key);
+            writeValue(writer, *value, field.range);
+        } else {
+            writer.key(field.key);
+            writeValue(writer, value, field.range);
+        }
+    };
+    std::apply([&](const auto&... field) { (writeField(field), ...); }, JsonRecord<Record>::fields);
+    writer.endObject();
+}
+
+} // namespace json
+
+/// The record as a document. Throws JsonFailure for a number that decoding would refuse.
+template <class Record>
+std::string encodeJson(const Record& record) {
+    JsonWriter writer;
+    json::writeRecord(writer, record);
+    return std::move(writer).take();
+}
+
+} // namespace varnet
