@@ -22,7 +22,7 @@ public:
     /// Keeps the task until it is done and logs what it throws, except Cancelled.
     void spawn(Task<> task);
 
-    /// Requested by `requestStop` and by the destruction of the scope.
+    /// Requested by `requestStop` and by the destruction of the scope. These two may be called on any thread.
     std::stop_token stopToken() const;
     void requestStop();
 

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "Varnet/async/Task.h"
+
+#include <QUrl>
+
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <stop_token>
+#include <string>
+
+class QNetworkAccessManager;
+
+namespace varnet {
+
+/// What a server answered, whatever the status says.
+struct HTTPReply {
+    int status = 0;
+    std::string body;
+
+    bool operator==(const HTTPReply&) const = default;
+};
+
+/// Whether the URL's host is this machine itself: 127.0.0.0/8, ::1 or "localhost". Asks no name service.
+bool isLoopback(const QUrl& url);
+
+/// The HTTP client for the engines of this machine. It follows no redirect (the redirect's status is the reply), uses
+/// no proxy, cookies, cache or stored credentials, and takes no body beyond its bound. Main thread.
+class LoopbackHTTP {
+public:
+    explicit LoopbackHTTP(std::int64_t maximumBodyBytes = 16 * 1024 * 1024);
+    ~LoopbackHTTP();
+    LoopbackHTTP(const LoopbackHTTP&) = delete;
+    LoopbackHTTP& operator=(const LoopbackHTTP&) = delete;
+
+    /// Fetches an http URL of a loopback host; `timeout` bounds the whole exchange. Throws Failure when the URL is of
+    /// another kind, the exchange fails or takes too long, or the body is too large; Cancelled when `stop` was
+    /// requested or this client is gone.
+    Task<HTTPReply> get(QUrl url, std::chrono::milliseconds timeout, std::stop_token stop = {});
+
+private:
+    std::int64_t m_maximumBodyBytes;
+    std::unique_ptr<QNetworkAccessManager> m_manager;
+};
+
+} // namespace varnet

@@ -1,0 +1,110 @@
+#include "MeetingCore/base/Failures.h"
+#include "Varnet/platform/LoopbackHTTP.h"
+#include "tests/support/Await.h"
+#include "tests/support/TestServer.h"
+
+#include <gtest/gtest.h>
+
+namespace varnet::test {
+namespace {
+
+using namespace std::chrono_literals;
+
+/// The sentence that the request fails with; empty when it succeeds.
+std::string failureOf(Task<HTTPReply> request) {
+    try {
+        await(std::move(request));
+        return {};
+    } catch (const Failure& failure) {
+        return failure.what();
+    }
+}
+
+TEST(LoopbackHTTP, AsksOnlyThisMachine) {
+    const std::pair<const char*, bool> hosts[] = {
+        {"http://127.0.0.1:17863/health", true},
+        {"http://127.8.9.10/", true},
+        {"http://[::1]:80/", true},
+        {"http://LocalHost/", true},
+        {"http://192.168.1.2/", false},
+        {"http://localhost.example.org/", false},
+        {"http://0.0.0.0/", false},
+        {"http://127.0.0.1.example.org/", false},
+    };
+    for (const auto& [url, loopback] : hosts)
+        EXPECT_EQ(isLoopback(QUrl(QString::fromUtf8(url))), loopback) << url;
+
+    LoopbackHTTP client;
+    EXPECT_EQ(failureOf(client.get(QUrl(QStringLiteral("http://192.168.1.2/health")), 1s)),
+              "http://192.168.1.2/health is not an address of this machine.");
+    EXPECT_NE(failureOf(client.get(QUrl(QStringLiteral("file:///etc/hostname")), 1s)), "");
+}
+
+TEST(LoopbackHTTP, EveryStatusIsAReplyAndNoRedirectIsFollowed) {
+    TestServer server;
+    LoopbackHTTP client;
+    for (const int status : {200, 204, 302, 401, 404, 500, 503}) {
+        const QByteArray body = status == 204 ? "" : "text";
+        server.answer(TestServer::response(
+            status, body, "Location: " + server.url(QStringLiteral("/elsewhere")).toEncoded() + "\r\n"));
+        EXPECT_EQ(await(client.get(server.url(QStringLiteral("/health")), 5s)),
+                  (HTTPReply{status, body.toStdString()}));
+    }
+    ASSERT_EQ(server.requests().size(), 7u);
+    for (const TestServer::Request& request : server.requests())
+        EXPECT_EQ(request.target, "/health");
+}
+
+TEST(LoopbackHTTP, BringsNoCookieBack) {
+    TestServer server;
+    LoopbackHTTP client;
+    server.answer(TestServer::response(200, "", "Set-Cookie: a=b\r\nCache-Control: max-age=1000\r\n"));
+    await(client.get(server.url(QStringLiteral("/")), 5s));
+    await(client.get(server.url(QStringLiteral("/")), 5s));
+    ASSERT_EQ(server.requests().size(), 2u);
+    EXPECT_FALSE(server.requests()[1].headers.contains("cookie"));
+}
+
+TEST(LoopbackHTTP, BrokenAnswersAreFailures) {
+    TestServer server;
+    LoopbackHTTP client(1000);
+    const std::pair<const char*, QByteArray> answers[] = {
+        {"nothing", ""},
+        {"no HTTP", "\x7f\x45\x4c\x46 what is this\r\n\r\n"},
+        {"a body cut off", "HTTP/1.1 200 OK\r\nContent-Length: 100\r\n\r\nhalf"},
+        {"a body over the bound", TestServer::response(200, QByteArray(1001, 'x'))},
+        {"an endless body", "HTTP/1.1 200 OK\r\n\r\n" + QByteArray(2'000'000, 'x')},
+    };
+    for (const auto& [name, raw] : answers) {
+        server.answer(raw);
+        EXPECT_NE(failureOf(client.get(server.url(QStringLiteral("/")), 5s)), "") << name;
+    }
+    server.answer(TestServer::response(200, QByteArray(1000, 'x')));
+    EXPECT_EQ(await(client.get(server.url(QStringLiteral("/")), 5s)).body.size(), 1000u);
+}
+
+TEST(LoopbackHTTP, AServerThatStaysSilentCostsTheTimeoutOnly) {
+    TestServer server;
+    server.setScript(
+        [](const auto&, QTcpSocket& socket) { socket.write("HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\nha"); });
+    LoopbackHTTP client;
+    const QUrl url = server.url(QStringLiteral("/health"));
+    EXPECT_EQ(failureOf(client.get(url, 30ms)), url.toString().toStdString() + " did not answer: it took too long.");
+}
+
+TEST(LoopbackHTTP, StopAndTheEndOfTheClientCallARequestOff) {
+    TestServer server;
+    server.setScript([](const auto&, QTcpSocket&) {});
+    auto client = std::make_unique<LoopbackHTTP>();
+    std::stop_source stop;
+    Task<HTTPReply> stopped = client->get(server.url(QStringLiteral("/")), 1h, stop.get_token());
+    Task<HTTPReply> orphan = client->get(server.url(QStringLiteral("/")), 1h);
+    EXPECT_TRUE(eventually([&] { return server.requests().size() == 2; }));
+    stop.request_stop();
+    EXPECT_THROW(await(std::move(stopped)), Cancelled);
+    client.reset();
+    EXPECT_THROW(await(std::move(orphan)), Cancelled);
+}
+
+} // namespace
+} // namespace varnet::test

@@ -1,0 +1,71 @@
+#pragma once
+
+#include "Varnet/async/AsyncQueue.h"
+#include "Varnet/async/Event.h"
+#include "Varnet/speech/LiveSpeech.h"
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace varnet::test {
+
+/// The engine's end of a fake connection. It outlives the socket, which the session owns. Main thread.
+class FakeSpeechEngine {
+public:
+    /// The client's end; one for each engine.
+    std::unique_ptr<SpeechSocket> makeSocket();
+
+    /// Answers "session.created", "session.updated" and "input_audio_buffer.committed" by itself.
+    static FakeSpeechEngine cooperative();
+
+    void say(std::string json);
+    void say(SpeechMessage message);
+    /// The next receive, after what was said, fails with this.
+    void breakWith(std::exception_ptr failure);
+    /// From now on sends wait until they are let through; those that wait are let through by `holdSends(false)`.
+    void holdSends(bool hold);
+
+    bool started() const { return m_state->started; }
+    std::optional<int> closeCode() const { return m_state->closeCode; }
+    const std::vector<SpeechMessage>& heard() const { return m_state->heard; }
+
+private:
+    friend class FakeSpeechSocket;
+    struct State {
+        AsyncQueue<std::variant<SpeechMessage, std::exception_ptr>> toClient{100000};
+        std::vector<SpeechMessage> heard;
+        Event sendsPass;
+        bool cooperative = false;
+        bool started = false;
+        std::optional<int> closeCode;
+
+        State() { sendsPass.set(); }
+        void say(SpeechMessage message) { toClient.offer(std::move(message)); }
+    };
+    std::shared_ptr<State> m_state = std::make_shared<State>();
+};
+
+/// Time that passes only by `advance`, for code that takes its clock and its sleep as functions.
+class FakeTime {
+public:
+    std::chrono::nanoseconds now() const { return m_state->now; }
+    std::function<Task<bool>(std::chrono::nanoseconds, std::stop_token)> sleeper();
+    /// The usual limits of a session, on this clock.
+    SpeechTiming timing();
+    /// Lets time pass in steps of `step`, running everything that becomes ready after each.
+    void advance(std::chrono::nanoseconds duration, std::chrono::nanoseconds step = std::chrono::milliseconds(250));
+
+private:
+    struct State {
+        std::chrono::nanoseconds now{std::chrono::hours(1)};
+        std::vector<std::pair<std::chrono::nanoseconds, std::shared_ptr<Wait>>> sleeping;
+    };
+    static Task<bool> sleep(std::shared_ptr<State> state, std::chrono::nanoseconds duration, std::stop_token stop);
+    std::shared_ptr<State> m_state = std::make_shared<State>();
+};
+
+} // namespace varnet::test
