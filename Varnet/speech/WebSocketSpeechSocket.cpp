@@ -36,18 +36,22 @@ void WebSocketSpeechSocket::observe() {
     QObject::connect(&m_socket, &QWebSocket::binaryMessageReceived, &m_socket,
                      [this](const QByteArray& bytes) { accept(Kind::binary, bytes); });
     QObject::connect(&m_socket, &QWebSocket::bytesWritten, &m_socket, [this] { m_written.set(); });
-    const auto failed = [this] {
-        const std::string reason = m_socket.errorString().toStdString();
-        end(std::make_exception_ptr(SpeechFailure("The connection to the speech engine failed: " + reason)));
-    };
+    const auto failed = [this](QAbstractSocket::SocketError error) { endBecauseOf(error); };
 #if QT_VERSION >= QT_VERSION_CHECK(6, 5, 0)
     QObject::connect(&m_socket, &QWebSocket::errorOccurred, &m_socket, failed);
 #else
-    QObject::connect(&m_socket, &QWebSocket::error, &m_socket, failed);
+    QObject::connect(&m_socket, qOverload<QAbstractSocket::SocketError>(&QWebSocket::error), &m_socket, failed);
 #endif
-    QObject::connect(&m_socket, &QWebSocket::disconnected, &m_socket, [this] {
-        end(std::make_exception_ptr(SpeechFailure("The speech engine closed the connection.")));
-    });
+    // A refused connection is reported as disconnected before it is as an error.
+    QObject::connect(&m_socket, &QWebSocket::disconnected, &m_socket, [this] { endBecauseOf(m_socket.error()); });
+}
+
+void WebSocketSpeechSocket::endBecauseOf(QAbstractSocket::SocketError error) {
+    const bool closed = error == QAbstractSocket::UnknownSocketError || error == QAbstractSocket::RemoteHostClosedError;
+    const QString reason = closed ? m_socket.closeReason() : m_socket.errorString();
+    end(std::make_exception_ptr(
+        SpeechFailure(reason.isEmpty() ? "The speech engine closed the connection."
+                                       : "The connection to the speech engine failed: " + reason.toStdString())));
 }
 
 void WebSocketSpeechSocket::start() {

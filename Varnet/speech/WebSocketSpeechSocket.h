@@ -35,6 +35,7 @@ public:
 private:
     static Limits defaultLimits() { return {}; }
     void observe();
+    void endBecauseOf(QAbstractSocket::SocketError error);
     void accept(SpeechMessage::Kind kind, const QByteArray& bytes);
     void end(std::exception_ptr failure);
     void throwIfEnded() const;
