@@ -225,7 +225,7 @@ std::shared_ptr<LiveSpeech::AudioQueue> LiveSpeech::beginFinish() {
     return m_queue;
 }
 
-void LiveSpeech::close(std::exception_ptr error, bool notify) {
+void LiveSpeech::close(const std::exception_ptr& error, bool notify) {
     VARNET_ASSERT(error);
     std::shared_ptr<AudioQueue> queue;
     ErrorHandler report;
@@ -291,7 +291,7 @@ bool LiveSpeech::isCommitted() {
     return m_committed;
 }
 
-std::exception_ptr LiveSpeech::terminalErrorOr(std::exception_ptr other) {
+std::exception_ptr LiveSpeech::terminalErrorOr(const std::exception_ptr& other) {
     const std::lock_guard lock(m_stateLock);
     return m_terminalError ? m_terminalError : other;
 }

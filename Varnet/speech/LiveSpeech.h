@@ -62,7 +62,7 @@ public:
     Task<> finish(std::stop_token stop = {});
 
     /// Ends the session with `error`, which `notify` tells the error handler; on a closed session nothing. Any thread.
-    void close(std::exception_ptr error, bool notify);
+    void close(const std::exception_ptr& error, bool notify);
 
 private:
     enum class Phase { idle, connecting, connected, finishing, closed };
@@ -82,7 +82,7 @@ private:
     std::shared_ptr<AudioQueue> beginFinish();
     void noteProgress();
     bool isCommitted();
-    std::exception_ptr terminalErrorOr(std::exception_ptr other);
+    std::exception_ptr terminalErrorOr(const std::exception_ptr& other);
 
     std::unique_ptr<SpeechSocket> m_socket; ///< never replaced; main thread
     const SpeechTiming m_timing;

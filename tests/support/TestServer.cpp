@@ -47,7 +47,7 @@ QUrl TestServer::url(const QString& path) const {
     return QUrl(QStringLiteral("http://127.0.0.1:%1%2").arg(port()).arg(path));
 }
 
-void TestServer::answer(QByteArray raw) {
+void TestServer::answer(const QByteArray& raw) {
     m_script = [raw](const Request&, QTcpSocket& socket) {
         socket.write(raw);
         socket.disconnectFromHost();

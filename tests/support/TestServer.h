@@ -32,7 +32,7 @@ public:
 
     void setScript(Script script) { m_script = std::move(script); }
     /// Every request gets these bytes, and the connection is closed after them.
-    void answer(QByteArray raw);
+    void answer(const QByteArray& raw);
 
     const std::vector<Request>& requests() const { return m_requests; }
 

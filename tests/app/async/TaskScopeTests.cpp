@@ -93,6 +93,7 @@ TEST(Worker, RunsOnePieceAfterTheOther) {
         return seen;
     };
     std::vector<Task<int>> tasks;
+    tasks.reserve(50);
     for (int i = 0; i < 50; ++i)
         tasks.push_back(onWorker(piece));
     for (Task<int>& task : tasks)

@@ -31,7 +31,8 @@ struct Session {
 
     Task<> connect(std::stop_token stop = {}) {
         return live->connect([this](SpeechEvent event) { return handle(this, std::move(event)); },
-                             [this](std::exception_ptr failure) { errors.push_back(describe(failure)); }, stop);
+                             [this](const std::exception_ptr& failure) { errors.push_back(describe(failure)); },
+                             std::move(stop));
     }
     static Task<> handle(Session* session, SpeechEvent event) {
         session->events.push_back(event.type);
@@ -220,8 +221,8 @@ TEST(LiveSpeech, AFailureOfTheEventHandlerEndsTheSession) {
         throw Failure("The disk is gone.");
         co_return;
     };
-    await(
-        session.live->connect(fail, [&](std::exception_ptr failure) { session.errors.push_back(describe(failure)); }));
+    await(session.live->connect(
+        fail, [&](const std::exception_ptr& failure) { session.errors.push_back(describe(failure)); }));
     session.engine.say(delta);
     EXPECT_TRUE(eventually([&] { return !session.errors.empty(); }));
     EXPECT_EQ(session.errors, std::vector<std::string>{"The disk is gone."});

@@ -54,7 +54,7 @@ private:
 };
 
 /// Does what an engine does; audio is answered with `onAudio`.
-Engine::Script cooperative(std::function<void(QWebSocket&)> onAudio = [](QWebSocket&) {}) {
+Engine::Script cooperative(const std::function<void(QWebSocket&)>& onAudio = [](QWebSocket&) {}) {
     return [onAudio](QWebSocket& socket, const QByteArray& message) {
         if (message.isEmpty())
             socket.sendTextMessage(QStringLiteral(R"({"type":"session.created"})"));
@@ -76,7 +76,7 @@ struct Session {
     }
     Task<> connect() {
         return live->connect([this](SpeechEvent event) { return handle(this, std::move(event)); },
-                             [this](std::exception_ptr failure) { errors.push_back(describe(failure)); });
+                             [this](const std::exception_ptr& failure) { errors.push_back(describe(failure)); });
     }
     static Task<> handle(Session* session, SpeechEvent event) {
         session->events.push_back(event.type);
