@@ -1,0 +1,29 @@
+#pragma once
+
+#include "MeetingCore/base/Failures.h"
+#include "Varnet/platform/AudioCapture.h"
+
+#include <exception>
+
+namespace varnet {
+
+/// Why audio cannot be recorded or converted.
+class AudioFailure : public Failure {
+public:
+    enum class Kind {
+        permission, ///< the program may not use the microphone
+        format,     ///< the input device gives no usable audio
+        conversion, ///< the audio cannot be brought to 16 kHz
+    };
+
+    explicit AudioFailure(Kind kind);
+    Kind kind() const { return m_kind; }
+
+private:
+    Kind m_kind;
+};
+
+/// What a recorder's `start` fails with when the platform's capture could not start.
+std::exception_ptr startFailure(const CaptureUnavailable& reason);
+
+} // namespace varnet

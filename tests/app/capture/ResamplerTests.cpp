@@ -1,0 +1,115 @@
+#include "Varnet/platform/Resampler.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <numbers>
+
+namespace varnet {
+namespace {
+
+constexpr double pi = std::numbers::pi;
+
+std::vector<float> tone(double frequency, int rate, std::size_t count) {
+    std::vector<float> samples(count);
+    for (std::size_t i = 0; i < count; ++i)
+        samples[i] = static_cast<float>(0.9 * std::sin(2 * pi * frequency * static_cast<double>(i) / rate));
+    return samples;
+}
+
+std::vector<float> convertInBuffers(Resampler& resampler, const std::vector<float>& input, std::size_t size) {
+    std::vector<float> output;
+    for (std::size_t i = 0; i < input.size(); i += size) {
+        const auto part = resampler.convert(std::span(input).subspan(i, std::min(size, input.size() - i)));
+        output.insert(output.end(), part.begin(), part.end());
+    }
+    const auto rest = resampler.finish();
+    output.insert(output.end(), rest.begin(), rest.end());
+    return output;
+}
+
+struct Fit {
+    double signalToNoise; // dB
+    double amplitude;
+    double phase; // of a sine that starts at frame 0, radians
+};
+
+/// The sine of that frequency that fits best, over whole periods.
+Fit fit(std::span<const float> samples, double frequency) {
+    const auto angle = [&](std::size_t i) { return 2 * pi * frequency * static_cast<double>(i) / 16'000; };
+    const double share = 2.0 / static_cast<double>(samples.size());
+    double sine = 0;
+    double cosine = 0;
+    for (std::size_t i = 0; i < samples.size(); ++i) {
+        sine += share * samples[i] * std::sin(angle(i));
+        cosine += share * samples[i] * std::cos(angle(i));
+    }
+    double noise = 0;
+    for (std::size_t i = 0; i < samples.size(); ++i)
+        noise += std::pow(samples[i] - sine * std::sin(angle(i)) - cosine * std::cos(angle(i)), 2);
+    const double power = (sine * sine + cosine * cosine) / share;
+    return {10 * std::log10(power / noise), std::hypot(sine, cosine), std::atan2(cosine, sine)};
+}
+
+TEST(Resampler, KeepsSpeechClearAndInItsPlace) {
+    for (const int rate : {8'000, 16'000, 44'100, 48'000, 96'000}) {
+        SCOPED_TRACE(rate);
+        Resampler resampler(rate, 1);
+        const auto output = convertInBuffers(resampler, tone(1'000, rate, static_cast<std::size_t>(rate) * 2), 1'024);
+        EXPECT_NEAR(static_cast<double>(output.size()), 32'000, 1);
+        const Fit result = fit(std::span(output).subspan(8'000, 16'000), 1'000);
+        EXPECT_GT(result.signalToNoise, 130);
+        EXPECT_NEAR(result.amplitude, 0.9, 1e-4);
+        EXPECT_NEAR(result.phase, 0, 4e-4) << "a thousandth of a frame";
+    }
+}
+
+TEST(Resampler, LetsNothingFoldBackIntoSpeech) {
+    for (const double frequency : {8'500.0, 10'000.0}) {
+        SCOPED_TRACE(frequency);
+        Resampler resampler(48'000, 1);
+        const auto output = convertInBuffers(resampler, tone(frequency, 48'000, 96'000), 1'024);
+        double power = 0;
+        for (std::size_t i = 8'000; i < 24'000; ++i)
+            power += output[i] * output[i] / 16'000;
+        EXPECT_LT(10 * std::log10(power / 0.405), -120); // 0.405 is the power of the tone
+    }
+}
+
+TEST(Resampler, AveragesTheChannels) {
+    Resampler resampler(16'000, 4);
+    std::vector<float> input;
+    for (int i = 0; i < 4'000; ++i)
+        input.insert(input.end(), {0.8F, 0.4F, -0.2F, 0.0F});
+    const auto output = resampler.convert(input);
+    ASSERT_GT(output.size(), 2'000U);
+    EXPECT_NEAR(output[2'000], 0.25F, 1e-5);
+}
+
+TEST(Resampler, KeepsABadSampleToItself) {
+    std::vector<float> input(16'000, 0.5F);
+    input[8'000] = NAN;
+    input[8'100] = INFINITY;
+    Resampler resampler(16'000, 1);
+    const auto output = convertInBuffers(resampler, input, 1'000);
+    for (const float sample : output)
+        ASSERT_TRUE(std::isfinite(sample));
+    EXPECT_NEAR(output[7'900], 0.5F, 0.01F);
+}
+
+TEST(Resampler, FollowsACorrectionWithoutABreak) {
+    // 200 ppm more output: after ten seconds 32 frames more, and the tone lower by as much and as clear.
+    Resampler resampler(48'000, 1);
+    resampler.setCorrection(0.0002);
+    const auto output = convertInBuffers(resampler, tone(1'000, 48'000, 480'000), 1'024);
+    EXPECT_NEAR(static_cast<double>(output.size()), 160'032, 1.5);
+    const auto middle = std::span(output).subspan(80'000, 16'000);
+    EXPECT_GT(fit(middle, 1'000 / 1.0002).signalToNoise, 50) << "limited by the rate's last millionth";
+    float steepest = 0;
+    for (std::size_t i = 1; i < middle.size(); ++i)
+        steepest = std::max(steepest, std::abs(middle[i] - middle[i - 1]));
+    EXPECT_LT(steepest, 0.3512F) << "no step beyond the tone's own, 0.9 * 2 sin(pi/16) = 0.35116";
+}
+
+} // namespace
+} // namespace varnet

@@ -1,0 +1,190 @@
+#include "Varnet/capture/AudioFailure.h"
+#include "Varnet/capture/SourceConverter.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <numbers>
+
+namespace varnet {
+namespace {
+
+constexpr std::int64_t origin = 77'000'000'000;
+constexpr std::int64_t farAhead = std::numeric_limits<std::int64_t>::max() / 2;
+constexpr CaptureFormat mono48{48'000, 1};
+constexpr double quantum = 1'024 / 48'000.0;
+
+CaptureBuffer buffer(std::span<const float> samples, double seconds, CaptureFormat format = mono48) {
+    return {CaptureSource::microphone, format, samples, origin + std::llround(seconds * 1e9)};
+}
+
+/// Puts what comes out on a track and remembers the holes; nothing may overlap.
+struct Track {
+    std::vector<float> samples;
+    std::int64_t start = 0;
+    std::vector<std::pair<std::int64_t, std::int64_t>> holes; // from, to
+
+    void add(const std::vector<PlacedSamples>& placed) {
+        for (const PlacedSamples& next : placed)
+            add(next);
+    }
+    void add(const PlacedSamples& next) {
+        if (samples.empty())
+            start = next.frame;
+        ASSERT_GE(next.frame, end());
+        if (next.frame > end())
+            holes.emplace_back(end(), next.frame);
+        samples.resize(static_cast<std::size_t>(next.frame - start));
+        samples.insert(samples.end(), next.samples.begin(), next.samples.end());
+    }
+    std::int64_t end() const { return start + static_cast<std::int64_t>(samples.size()); }
+};
+
+TEST(SourceConverter, AnchorsASourceAtItsRoundedFrame) {
+    const std::vector<float> samples(4'800, 0.5F);
+    const struct {
+        double seconds;
+        std::int64_t frame;
+    } rows[] = {{0.50004, 8'001}, {-0.00003, 0}, {-0.5, -8'000}, {0.00003125, 1}, {-0.00003125, -1}, {1.0, 16'000}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.seconds);
+        SourceConverter converter(origin);
+        const auto placed = converter.convert(buffer(samples, row.seconds), farAhead);
+        ASSERT_EQ(placed.size(), 1U);
+        EXPECT_EQ(placed[0].frame, row.frame);
+    }
+}
+
+TEST(SourceConverter, LeavesNoHoleBetweenBuffersWhoseTimesAreRounded) {
+    // A quantum of 1024 at 48 kHz is 341.33 frames of 16 kHz, so every buffer's own rounded place would tear holes.
+    SourceConverter converter(origin);
+    const std::vector<float> samples(1'024, 0.5F);
+    Track track;
+    for (int i = 0; i < 300; ++i)
+        track.add(converter.convert(buffer(samples, 0.1 + i * quantum), farAhead));
+    track.add(*converter.finish());
+    EXPECT_TRUE(track.holes.empty());
+    EXPECT_EQ(track.start, 1'600);
+    EXPECT_EQ(track.samples.size(), 102'400U);
+    for (std::size_t i = 200; i < track.samples.size() - 200; ++i)
+        ASSERT_NEAR(track.samples[i], 0.5F, 1e-5) << i;
+}
+
+TEST(SourceConverter, KeepsLostAudioSilentAtItsOwnPlace) {
+    // The buffer after the first ten is lost: frames 3413.33 to 3754.67.
+    SourceConverter converter(origin);
+    const std::vector<float> samples(1'024, 0.5F);
+    Track track;
+    for (const int i : {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 11, 12, 13})
+        track.add(converter.convert(buffer(samples, i * quantum), farAhead));
+    ASSERT_EQ(track.holes.size(), 1U);
+    EXPECT_NEAR(static_cast<double>(track.holes[0].first), 3'413.33, 1);
+    EXPECT_EQ(track.holes[0].second, 3'755);
+    EXPECT_GT(track.samples[3'410], 0.3F) << "the end before the gap is whole";
+    EXPECT_EQ(track.samples[3'500], 0) << "and does not reach into it";
+    EXPECT_GT(track.samples[3'760], 0.3F);
+}
+
+TEST(SourceConverter, HandsOutTheLastWordsOfASourceThatStops) {
+    SourceConverter converter(origin);
+    const std::vector<float> samples(4'800, 0.5F); // 0.1 s
+    Track track;
+    track.add(converter.convert(buffer(samples, 0), farAhead));
+    EXPECT_LT(track.samples.size(), 1'600U);
+    EXPECT_EQ(converter.finishIfQuietSince(origin + 99'000'000), std::nullopt);
+    track.add(converter.finishIfQuietSince(origin + 101'000'000).value());
+    EXPECT_EQ(track.samples.size(), 1'600U);
+    EXPECT_EQ(converter.finishIfQuietSince(origin + 200'000'000), std::nullopt);
+    track.add(converter.convert(buffer(samples, 0.1), farAhead));
+    EXPECT_TRUE(track.holes.empty()) << "it was only late";
+}
+
+TEST(SourceConverter, GoesOnThroughAChangeOfFormat) {
+    SourceConverter converter(origin);
+    Track track;
+    track.add(converter.convert(buffer(std::vector<float>(4'800, 0.5F), 0), farAhead));
+    track.add(converter.convert(buffer(std::vector<float>(8'820, 0.5F), 0.1, {44'100, 2}), farAhead));
+    track.add(*converter.finish());
+    EXPECT_TRUE(track.holes.empty());
+    EXPECT_NEAR(static_cast<double>(track.samples.size()), 3'200, 1);
+}
+
+TEST(SourceConverter, RefusesImpossibleTimesAndFormats) {
+    const std::vector<float> samples(96, 0.0F);
+    const std::int64_t now = origin + 10'000'000'000;
+    const auto kind = [&](double seconds) -> std::optional<TimelineFailure::Kind> {
+        SourceConverter converter(origin);
+        try {
+            converter.convert(buffer(samples, seconds), now);
+        } catch (const TimelineFailure& failure) {
+            return failure.kind();
+        }
+        return std::nullopt;
+    };
+    EXPECT_EQ(kind(-1.0), std::nullopt);
+    EXPECT_EQ(kind(-1.000001), TimelineFailure::Kind::invalidTimestamp);
+    EXPECT_EQ(kind(12.0), std::nullopt);
+    EXPECT_EQ(kind(12.000001), TimelineFailure::Kind::invalidTimestamp);
+    SourceConverter converter(origin);
+    EXPECT_THROW(converter.convert(buffer(samples, 0, {0, 1}), now), AudioFailure);
+    EXPECT_THROW(converter.convert(buffer(samples, 0, {48'000, 0}), now), AudioFailure);
+}
+
+/// How far a tone of 500 Hz in `placed` is from where it belongs, in frames; a period is 32 frames.
+double displacement(const PlacedSamples& placed) {
+    double sine = 0;
+    double cosine = 0;
+    for (std::size_t k = 0; k < placed.samples.size() / 32 * 32; ++k) {
+        const double angle =
+            2 * std::numbers::pi / 32 * static_cast<double>(placed.frame + static_cast<std::int64_t>(k));
+        sine += placed.samples[k] * std::sin(angle);
+        cosine += placed.samples[k] * std::cos(angle);
+    }
+    return std::abs(std::atan2(cosine, sine)) / (2 * std::numbers::pi) * 32;
+}
+
+/// Four hours of a device whose clock is fast or slow. It hears a tone that is exact in true time, during the first
+/// seconds, while the conversion finds its pace, and for a second every ten minutes; what comes out must be that tone
+/// in true time.
+void followsSkewedClock(double skew) {
+    constexpr std::int64_t size = 1'024;
+    const double deviceRate = 16'000 * (1 + skew);
+    SourceConverter converter(origin);
+    std::vector<float> samples(size);
+    std::int64_t next = 0;
+    double worst = 0;
+    int measured = 0;
+    const auto count = static_cast<std::int64_t>(4 * 3'600 * deviceRate) / size;
+    for (std::int64_t i = 0; i < count; ++i) {
+        const double time = static_cast<double>(i * size) / deviceRate;
+        const double inPeriod = time < 8 ? time : std::fmod(time, 600) - 590;
+        const bool sounding = inPeriod >= 0 && inPeriod < 8;
+        for (std::size_t k = 0; k < samples.size(); ++k)
+            samples[k] = !sounding ? 0.0F
+                                   : static_cast<float>(std::sin(2 * std::numbers::pi * 500 *
+                                                                 (time + static_cast<double>(k) / deviceRate)));
+        for (const PlacedSamples& placed : converter.convert(buffer(samples, time, {16'000, 1}), farAhead)) {
+            ASSERT_EQ(placed.frame, next) << "neither a hole nor an overlap";
+            next += static_cast<std::int64_t>(placed.samples.size());
+            if (inPeriod > 0.2 && inPeriod < 7.9) {
+                worst = std::max(worst, displacement(placed));
+                ++measured;
+            }
+        }
+    }
+    EXPECT_LT(worst, 0.5) << "the source began exactly on a frame";
+    EXPECT_GT(measured, 2'000);
+    EXPECT_NEAR(static_cast<double>(next), 4 * 3'600 * 16'000.0, 1'200) << "all but the last buffer";
+}
+
+TEST(SourceConverter, StaysWithAFastDeviceForHours) {
+    followsSkewedClock(100e-6);
+}
+
+TEST(SourceConverter, StaysWithASlowDeviceForHours) {
+    followsSkewedClock(-100e-6);
+}
+
+} // namespace
+} // namespace varnet
