@@ -1,0 +1,94 @@
+#include "Varnet/platform/linux/CaptureRing.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <thread>
+
+namespace varnet {
+namespace {
+
+using testing::ElementsAre;
+
+constexpr CaptureFormat mono{48'000, 1};
+
+std::vector<float> taken(CaptureRing& ring) {
+    const auto block = ring.front();
+    if (!block)
+        return {};
+    std::vector<float> samples(block->samples.begin(), block->samples.end());
+    ring.pop();
+    return samples;
+}
+
+TEST(CaptureRing, HandsBlocksOutInOrderWithTheirFormatAndTime) {
+    CaptureRing ring(8, 4);
+    EXPECT_FALSE(ring.front());
+    EXPECT_TRUE(ring.push({44'100, 2}, 100, std::vector{1.f, 2.f}));
+    EXPECT_TRUE(ring.push(mono, 200, std::vector{3.f}));
+    const auto first = ring.front();
+    ASSERT_TRUE(first);
+    EXPECT_EQ(first->format, (CaptureFormat{44'100, 2}));
+    EXPECT_EQ(first->time, 100);
+    EXPECT_THAT(taken(ring), ElementsAre(1, 2));
+    EXPECT_EQ(ring.front()->time, 200);
+    EXPECT_THAT(taken(ring), ElementsAre(3));
+    EXPECT_FALSE(ring.front());
+}
+
+TEST(CaptureRing, DropsAndCountsWhatDoesNotFitAndKeepsWhatItHas) {
+    CaptureRing samplesFull(4, 8);
+    EXPECT_TRUE(samplesFull.push(mono, 0, std::vector{1.f, 2.f, 3.f}));
+    EXPECT_FALSE(samplesFull.push(mono, 0, std::vector{4.f, 5.f}));
+    EXPECT_TRUE(samplesFull.push(mono, 0, std::vector{6.f}));
+    EXPECT_FALSE(samplesFull.push(mono, 0, std::vector{1.f, 2.f, 3.f, 4.f, 5.f}));
+    EXPECT_EQ(samplesFull.takeDroppedCount(), 2u);
+    EXPECT_EQ(samplesFull.takeDroppedCount(), 0u);
+    EXPECT_THAT(taken(samplesFull), ElementsAre(1, 2, 3));
+    EXPECT_THAT(taken(samplesFull), ElementsAre(6));
+
+    CaptureRing blocksFull(100, 2);
+    EXPECT_TRUE(blocksFull.push(mono, 0, std::vector{1.f}));
+    EXPECT_TRUE(blocksFull.push(mono, 0, std::vector{2.f}));
+    EXPECT_FALSE(blocksFull.push(mono, 0, std::vector{3.f}));
+}
+
+TEST(CaptureRing, BlockThatTheEndWouldCutStartsAtTheBeginning) {
+    CaptureRing ring(5, 8);
+    EXPECT_TRUE(ring.push(mono, 0, std::vector{1.f, 2.f, 3.f}));
+    EXPECT_FALSE(ring.push(mono, 0, std::vector{4.f, 5.f, 6.f})) << "the beginning is in use";
+    EXPECT_THAT(taken(ring), ElementsAre(1, 2, 3));
+    EXPECT_TRUE(ring.push(mono, 0, std::vector{4.f, 5.f, 6.f}));
+    EXPECT_TRUE(ring.push(mono, 0, std::vector{7.f, 8.f}));
+    EXPECT_FALSE(ring.push(mono, 0, std::vector{9.f}));
+    EXPECT_THAT(taken(ring), ElementsAre(4, 5, 6));
+    EXPECT_THAT(taken(ring), ElementsAre(7, 8));
+}
+
+TEST(CaptureRing, CarriesEveryBlockWholeFromOneThreadToAnother) {
+    CaptureRing ring(1'000, 16);
+    constexpr int blockCount = 20'000;
+    std::thread writer([&] {
+        for (int i = 0; i < blockCount; ++i) {
+            const std::vector<float> samples(static_cast<std::size_t>(1 + i % 97), static_cast<float>(i));
+            while (!ring.push(mono, i, samples))
+                std::this_thread::yield();
+        }
+    });
+    int damaged = 0;
+    for (int i = 0; i < blockCount; ++i) {
+        auto block = ring.front();
+        for (; !block; block = ring.front())
+            std::this_thread::yield();
+        const bool whole =
+            block->time == i && block->samples.size() == static_cast<std::size_t>(1 + i % 97) &&
+            std::ranges::all_of(block->samples, [&](float value) { return value == static_cast<float>(i); });
+        damaged += !whole;
+        ring.pop();
+    }
+    writer.join();
+    EXPECT_EQ(damaged, 0);
+}
+
+} // namespace
+} // namespace varnet

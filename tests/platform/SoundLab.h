@@ -1,0 +1,86 @@
+#pragma once
+
+#include "Varnet/platform/AudioCapture.h"
+#include "tests/support/Await.h"
+
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <chrono>
+#include <map>
+#include <mutex>
+
+namespace varnet::test {
+
+using namespace std::chrono_literals;
+
+/// Runs the event loop for as long as sound has to go on.
+void listen(std::chrono::milliseconds duration);
+
+/// Runs a command to its end and returns its output; a failure fails the test.
+std::string run(const QString& program, const QStringList& arguments);
+
+/// Processes of the session, ended with this object.
+class Background {
+public:
+    explicit Background(const QString& program, const QStringList& arguments);
+    ~Background();
+
+private:
+    QProcess m_process;
+};
+
+/// Writes 48 kHz float WAV; one vector for each channel.
+QString writeWAV(const QTemporaryDir& folder, const QString& name, const std::vector<std::vector<float>>& channels);
+
+std::vector<float> tone(double frequency, double seconds, float amplitude, int sampleRate = 48'000);
+
+/// Amplitude of one frequency in samples.
+double amplitude(std::span<const float> samples, double frequency, int sampleRate);
+
+/// Plays a tone into a device until it is destroyed.
+class Tone {
+public:
+    Tone(const QString& device, double frequency, float amplitude = 0.5f);
+
+private:
+    QTemporaryDir m_folder;
+    Background m_player;
+};
+
+/// A capture whose buffers are kept, as mono.
+class CaptureLab {
+public:
+    struct Piece {
+        std::int64_t time = 0;
+        int sampleRate = 0;
+        std::vector<float> samples;
+
+        std::int64_t end() const {
+            return time + static_cast<std::int64_t>(samples.size()) * 1'000'000'000 / sampleRate;
+        }
+    };
+
+    CaptureLab();
+    AudioCapture& capture() { return *m_capture; }
+    AudioCapture::Callbacks callbacks();
+    void start(std::vector<CaptureSource> sources = {CaptureSource::microphone, CaptureSource::system});
+    void stop();
+
+    std::vector<Piece> pieces(CaptureSource source) const;
+    std::size_t count(CaptureSource source) const;
+    std::vector<std::string> notices() const;
+    std::vector<std::string> errors() const;
+
+    /// Amplitude of `frequency` in the last 100 ms of a source; 0 before there is as much.
+    double hears(CaptureSource source, double frequency) const;
+
+private:
+    mutable std::mutex m_mutex;
+    std::map<CaptureSource, std::vector<Piece>> m_pieces;
+    std::vector<std::string> m_notices;
+    std::vector<std::string> m_errors;
+    std::unique_ptr<AudioCapture> m_capture;
+};
+
+} // namespace varnet::test
