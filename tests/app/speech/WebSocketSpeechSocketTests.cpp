@@ -24,6 +24,7 @@ public:
     explicit Engine(Script script = {}) : m_script(std::move(script)) {
         QObject::connect(&m_server, &QWebSocketServer::newConnection, &m_server, [this] {
             QWebSocket* socket = m_server.nextPendingConnection();
+            socket->setParent(&m_server);
             m_path = socket->requestUrl().path().toStdString();
             const auto hear = [this, socket](const QByteArray& message) {
                 m_heard.push_back(message);
@@ -47,10 +48,10 @@ public:
 
 private:
     Script m_script;
-    QWebSocketServer m_server{QStringLiteral("test"), QWebSocketServer::NonSecureMode};
     std::string m_path;
     std::vector<QByteArray> m_heard;
     std::optional<int> m_closeCode;
+    QWebSocketServer m_server{QStringLiteral("test"), QWebSocketServer::NonSecureMode};
 };
 
 /// Does what an engine does; audio is answered with `onAudio`.
