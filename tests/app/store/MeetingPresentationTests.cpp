@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 #include <unicode/timezone.h>
 
+#include <cmath>
+
 namespace varnet {
 namespace {
 

@@ -1,0 +1,378 @@
+#include "MeetingCore/audio/DurableWAV.h"
+#include "MeetingCore/base/AtomicFile.h"
+#include "MeetingCore/base/Failures.h"
+#include "Varnet/capture/CaptureLevels.h"
+#include "Varnet/store/MeetingPresentation.h"
+#include "tests/support/Await.h"
+#include "tests/support/StoreFixture.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+namespace varnet::test {
+namespace {
+
+namespace fs = std::filesystem;
+using Strings = std::vector<std::string>;
+
+constexpr auto microphoneOnly =
+    "Recording your microphone only. To also record the other people in the call, turn on Zelvik in System Settings › "
+    "Privacy & Security › Screen & System Audio Recording, then quit and reopen Zelvik.";
+constexpr auto hello =
+    R"({"type":"transcription.completed","transcript":"hello there","words":[{"word":"hello","start":0.1,"end":0.4,"speaker":1},)"
+    R"({"word":"there","start":0.5,"end":0.9,"speaker":1},{"word":"hi","start":1.0,"end":1.2,"speaker":2}]})";
+
+std::exception_ptr refusal(CaptureUnavailable::Reason reason) {
+    return std::make_exception_ptr(CaptureUnavailable(reason, "refused"));
+}
+
+class RecordingFlow : public StoreFixture {
+protected:
+    void start(CaptureMode mode) {
+        store().setCaptureMode(mode);
+        await(store().startRecording());
+    }
+    void stop() { await(store().stopRecording()); }
+
+    /// Speaks for a quarter of a second on each track that the capture has.
+    void speak() {
+        for (const auto source : sound.captures.back()->sources)
+            sound.deliver(source, 4000);
+    }
+
+    const Meeting& recorded() { return *store().meeting(*lastRecorded); }
+};
+
+TEST_F(RecordingFlow, TheFullRoadFromTwoTracksToAStoredTranscript) {
+    start(CaptureMode::meeting);
+    ASSERT_TRUE(store().recording());
+    EXPECT_FALSE(store().busy());
+    EXPECT_EQ(store().selectedID(), lastRecorded);
+    EXPECT_TRUE(store().showingLiveMeeting());
+    EXPECT_TRUE(store().recordingStartedAt());
+    EXPECT_EQ(store().levels().call(), 0.0F);
+    EXPECT_TRUE(onDisk().title.starts_with("Meeting · ")) << onDisk().title;
+    EXPECT_EQ(MeetingPresentation::badge(recorded(), store()).text, "Recording");
+
+    speak();
+    EXPECT_TRUE(eventually([&] { return engine.heard().size() > 1; })) << "no audio reached the engine";
+    EXPECT_EQ(engine.heard().at(1).kind, SpeechMessage::Kind::binary);
+    EXPECT_TRUE(eventually([&] { return store().levels().microphone() > 0; }));
+
+    engine.say(R"({"type":"t.delta","delta":"hel"})");
+    engine.say(R"({"type":"t.delta","delta":"lo","words":[{"word":"hello","start":0.1,"end":0.4,"speaker":1}]})");
+    EXPECT_TRUE(eventually([&] { return store().partial() == "hello"; }));
+    ASSERT_EQ(store().partialTurns().size(), 1U);
+    EXPECT_EQ(store().partialTurns()[0].speaker, "Speaker 1");
+    EXPECT_TRUE(onDisk().turns.empty()) << "partial text is never stored";
+
+    std::vector<int> appended;
+    QObject::connect(&store(), &MeetingStore::turnsAppended, &store(),
+                     [&](Uuid, int count) { appended.push_back(count); });
+    engine.say(hello);
+    EXPECT_TRUE(eventually([&] { return onDisk().turns.size() == 2; }));
+    EXPECT_EQ(onDisk().turns[0].originalText, "hello there");
+    EXPECT_EQ(onDisk().turns[0].end, 0.9);
+    EXPECT_EQ(onDisk().turns[1].speaker, "Speaker 2");
+    EXPECT_EQ(appended, std::vector{2});
+    EXPECT_EQ(store().partial(), "");
+    EXPECT_TRUE(store().partialTurns().empty());
+
+    const Task<> stopping = store().stopRecording();
+    EXPECT_FALSE(store().recording());
+    EXPECT_TRUE(store().busy());
+    EXPECT_TRUE(store().recordingID());
+    engine.say(R"({"type":"t.completed","transcript":"goodbye","audio_processed":2.5})");
+    stop();
+    EXPECT_TRUE(eventually([&] { return !store().busy(); }));
+    EXPECT_EQ(statusesOnDisk, (Strings{"Preparing microphone", "Recording · live transcript", "Finishing transcript",
+                                       "Audio saved · live transcript"}));
+    ASSERT_EQ(onDisk().turns.size(), 3U) << "the last words come in while the session finishes";
+    EXPECT_EQ(onDisk().turns[2].originalText, "goodbye");
+    EXPECT_EQ(recorded(), onDisk());
+    EXPECT_EQ(store().error(), std::nullopt);
+    EXPECT_EQ(store().recordingID(), std::nullopt);
+    EXPECT_EQ(store().recordingStartedAt(), std::nullopt);
+    EXPECT_FALSE(sound.captures.back()->running);
+
+    EXPECT_EQ(onDisk().audioFilename, "meeting.wav");
+    EXPECT_EQ(filesOnDisk(),
+              (Strings{"capture-diagnostics.json", "meeting.json", "meeting.wav", "microphone.wav", "system.wav"}));
+    const auto size = fs::file_size(meetingFolder() / "meeting.wav");
+    EXPECT_GE(size, 8044U);
+    EXPECT_EQ(fs::file_size(meetingFolder() / "microphone.wav"), size);
+    EXPECT_EQ(fs::file_size(meetingFolder() / "system.wav"), size);
+}
+
+TEST_F(RecordingFlow, WithoutTheCallTheMicrophoneIsRecordedWithItsTranscript) {
+    sound.callFailure = refusal(CaptureUnavailable::Reason::noOutput);
+    sound.failuresAreReportedToo = true;
+    start(CaptureMode::meeting);
+    settle();
+    ASSERT_TRUE(store().recording()) << "the failure of the capture that was given up must not end this one";
+    EXPECT_EQ(store().error(), microphoneOnly);
+    EXPECT_EQ(store().levels().call(), std::nullopt);
+    EXPECT_EQ(onDisk().audioFilename, "microphone.wav");
+    EXPECT_EQ(filesOnDisk(), (Strings{"meeting.json", "microphone.wav"}));
+
+    speak();
+    EXPECT_TRUE(eventually([&] { return engine.heard().size() > 1; }));
+    engine.say(hello);
+    EXPECT_TRUE(eventually([&] { return onDisk().turns.size() == 2; }));
+    stop();
+    EXPECT_EQ(statusesOnDisk, (Strings{"Preparing microphone", "Recording · live transcript", "Finishing transcript",
+                                       "Audio saved · live transcript"}));
+    EXPECT_GE(fs::file_size(meetingFolder() / "microphone.wav"), 8044U);
+}
+
+TEST_F(RecordingFlow, WithoutTheEngineItRecordsInSilence) {
+    health.answer(TestServer::response(503, "loading"));
+    start(CaptureMode::microphone);
+    EXPECT_TRUE(store().recording());
+    EXPECT_FALSE(engine.started());
+    stop();
+    EXPECT_EQ(store().error(), std::nullopt);
+    EXPECT_EQ(statusesOnDisk, (Strings{"Preparing microphone", "Recording · transcription offline",
+                                       "Finishing transcript", "Audio saved · retry transcription"}));
+}
+
+TEST_F(RecordingFlow, AnEngineThatAnswersGarbageCostsOnlyTheTranscript) {
+    engine = FakeSpeechEngine();
+    engine.say("garbage");
+    start(CaptureMode::microphone);
+    EXPECT_EQ(store().error(), "Live transcription unavailable. Audio will still be recorded locally.");
+    EXPECT_EQ(engine.closeCode(), 1001);
+    speak();
+    stop();
+    EXPECT_EQ(onDisk().status, "Audio saved · retry transcription");
+    EXPECT_GE(fs::file_size(meetingFolder() / "microphone.wav"), 8044U);
+}
+
+TEST_F(RecordingFlow, AFailedStartLeavesTheStoreReadyForTheNext) {
+    sound.callFailure = sound.microphoneFailure = refusal(CaptureUnavailable::Reason::accessDenied);
+    for (const auto mode : {CaptureMode::meeting, CaptureMode::microphone}) {
+        statusesOnDisk.clear();
+        engine = FakeSpeechEngine::cooperative();
+        start(mode);
+        EXPECT_FALSE(store().recording());
+        EXPECT_FALSE(store().busy());
+        EXPECT_EQ(store().recordingID(), std::nullopt);
+        EXPECT_EQ(store().error(), "Microphone access is needed to record. Enable Zelvik in System Settings → Privacy "
+                                   "& Security → Microphone.");
+        EXPECT_EQ(statusesOnDisk, (Strings{"Preparing microphone", "Recording did not start"}));
+        EXPECT_EQ(engine.closeCode(), 1001);
+    }
+    sound.microphoneFailure = nullptr;
+    engine = FakeSpeechEngine::cooperative();
+    start(CaptureMode::microphone);
+    EXPECT_TRUE(store().recording());
+    EXPECT_EQ(store().error(), std::nullopt);
+}
+
+TEST_F(RecordingFlow, WithoutARecordThereIsNoRecording) {
+    fs::remove_all(root);
+    std::ofstream(root) << "a file where the library should be";
+    start(CaptureMode::microphone);
+    EXPECT_TRUE(store().error());
+    EXPECT_FALSE(store().busy());
+    EXPECT_TRUE(store().meetings().empty());
+    EXPECT_TRUE(sound.captures.empty());
+}
+
+TEST_F(RecordingFlow, ALiveSessionThatFailsLeavesTheRecordingRunning) {
+    start(CaptureMode::microphone);
+    engine.say(hello);
+    engine.say(R"({"type":"t.delta","transcript":"and then"})");
+    EXPECT_TRUE(eventually([&] { return store().partial() == "and then"; }));
+    engine.breakWith(std::make_exception_ptr(Failure("it is gone")));
+    EXPECT_TRUE(eventually([&] { return store().error().has_value(); }));
+    EXPECT_EQ(store().error(), "Live transcription interrupted: it is gone. Recording continues locally.");
+    EXPECT_TRUE(store().recording());
+    EXPECT_EQ(store().partial(), "");
+    EXPECT_EQ(onDisk().status, "Recording · transcription offline");
+
+    speak();
+    stop();
+    EXPECT_EQ(onDisk().status, "Audio saved · retry transcription");
+    EXPECT_EQ(onDisk().turns.size(), 2U);
+    EXPECT_GE(fs::file_size(meetingFolder() / "microphone.wav"), 8044U);
+}
+
+TEST_F(RecordingFlow, ASessionThatCannotFinishSaysThatTheAudioIsSaved) {
+    start(CaptureMode::microphone);
+    engine.holdSends(true);
+    const Task<> stopping = store().stopRecording();
+    EXPECT_TRUE(eventually([&] { return onDisk().status == "Finishing transcript"; }));
+    engine.breakWith(std::make_exception_ptr(Failure("it is gone")));
+    EXPECT_TRUE(eventually([&] { return !store().busy(); }));
+    settle();
+    EXPECT_EQ(store().error(), "Audio was saved. Live transcript may be incomplete: it is gone");
+    EXPECT_EQ(onDisk().status, "Audio saved · retry transcription");
+}
+
+TEST_F(RecordingFlow, ACaptureThatEndsByItselfStopsTheRecording) {
+    start(CaptureMode::microphone);
+    speak();
+    engine.holdSends(true);
+    sound.fail("The sound server is gone.");
+    EXPECT_TRUE(eventually([&] { return onDisk().status == "Finishing transcript"; }));
+    EXPECT_FALSE(store().recording());
+    const std::string finalisation =
+        "Microphone capture could not be finalized. Saved audio may be incomplete: The sound server is gone.";
+    EXPECT_EQ(store().error(), finalisation);
+    engine.breakWith(std::make_exception_ptr(Failure("no answer")));
+    EXPECT_TRUE(eventually([&] { return !store().busy(); }));
+    EXPECT_EQ(store().error(), finalisation + "\nLive transcript may be incomplete: no answer");
+    EXPECT_EQ(onDisk().status, "Capture incomplete · check saved audio");
+    EXPECT_GT(fs::file_size(meetingFolder() / "microphone.wav"), 7800U);
+}
+
+TEST_F(RecordingFlow, ATrackThatStayedEmptyIsTold) {
+    start(CaptureMode::meeting);
+    sound.deliver(CaptureSource::system, 4000);
+    stop();
+    EXPECT_EQ(store().error(), "Capture stopped with an error. Saved audio remains available: No microphone buffers "
+                               "were received. Check microphone access and the selected device.");
+    EXPECT_EQ(onDisk().status, "Capture incomplete · check saved audio");
+}
+
+TEST_F(RecordingFlow, EventsBecomeTurnsAsTheyComplete) {
+    start(CaptureMode::microphone);
+    const Uuid id = *lastRecorded;
+    const auto receive = [&](const char* json) { store().receive(SpeechEvent::decode(json), id); };
+
+    receive(R"({"type":"t.completed"})");
+    receive(R"({"type":"t.completed","transcript":"","words":[]})");
+    EXPECT_TRUE(onDisk().turns.empty());
+    receive(R"({"type":"t.completed","transcript":"first","audio_processed":3})");
+    receive(R"({"type":"t.completed","transcript":"second"})");
+    ASSERT_EQ(onDisk().turns.size(), 2U);
+    EXPECT_EQ(onDisk().turns[0].start, 0);
+    EXPECT_EQ(onDisk().turns[0].end, 3);
+    EXPECT_EQ(onDisk().turns[0].speaker, "Unassigned");
+    EXPECT_EQ(onDisk().turns[1].start, 3);
+    EXPECT_EQ(onDisk().turns[1].end, 0);
+
+    receive(R"({"type":"t.delta","transcript":"a"})");
+    receive(R"({"type":"t.delta","delta":"b"})");
+    EXPECT_EQ(store().partial(), "ab");
+    receive(R"({"type":"t.delta","transcript":"c","delta":"d"})");
+    EXPECT_EQ(store().partial(), "c");
+    receive(R"({"type":"session.idle","transcript":"e"})");
+    store().receive(SpeechEvent::decode(hello), Uuid::random());
+    EXPECT_EQ(store().partial(), "c");
+    receive(R"({"type":"t.completed"})");
+    EXPECT_EQ(store().partial(), "");
+    EXPECT_EQ(onDisk().turns.size(), 2U);
+
+    stop();
+    receive(hello);
+    EXPECT_EQ(onDisk().turns.size(), 2U) << "an event after the end is dropped";
+}
+
+TEST_F(RecordingFlow, RecordsIntoTheSelectedCalendarMeetingOnlyWhileItHasNoAudio) {
+    struct Row {
+        const char* name;
+        const char* provider;
+        bool cancelled, audio, reused;
+    };
+    for (const auto& row :
+         {Row{"scheduled", "googlecalendar", false, false, true}, Row{"scheduled here", "eventkit", false, false, true},
+          Row{"cancelled", "eventkit", true, false, false}, Row{"recorded", "googlecalendar", false, true, false},
+          Row{"imported", "granola", false, false, false}}) {
+        const Uuid id = store().create(row.name).id;
+        Meeting meeting = onDisk(id);
+        meeting.source.emplace().provider = row.provider;
+        meeting.source->cancelled = row.cancelled;
+        if (row.audio)
+            meeting.audioFilename = "meeting.wav";
+        repository.save(meeting);
+        openStore();
+        store().setSelectedID(id);
+        engine = FakeSpeechEngine::cooperative();
+        start(CaptureMode::microphone);
+        EXPECT_EQ(store().recordingID() == id, row.reused) << row.name;
+        EXPECT_EQ(onDisk(id).title, row.name);
+        stop();
+    }
+}
+
+TEST_F(RecordingFlow, ABusyStoreRefusesSilently) {
+    sound.startsPass.reset();
+    store().setCaptureMode(CaptureMode::microphone);
+    const Task<> starting = store().startRecording();
+    EXPECT_TRUE(eventually([&] { return !sound.captures.empty(); }));
+    EXPECT_TRUE(store().busy());
+    await(store().startRecording());
+    await(store().stopRecording());
+    EXPECT_EQ(store().meetings().size(), 1U);
+    EXPECT_EQ(onDisk().status, "Preparing microphone");
+
+    store().setCaptureMode(CaptureMode::meeting);
+    store().setTitle("Renamed meanwhile", *lastRecorded);
+    sound.startsPass.set();
+    EXPECT_TRUE(eventually([&] { return store().recording(); }));
+    EXPECT_EQ(onDisk().title, "Renamed meanwhile");
+    EXPECT_EQ(onDisk().audioFilename, "microphone.wav");
+
+    const Task<> stopping = store().stopRecording();
+    stop();
+    EXPECT_TRUE(eventually([&] { return !store().busy(); }));
+    EXPECT_EQ(onDisk().status, "Audio saved · live transcript");
+    EXPECT_EQ(store().error(), std::nullopt);
+}
+
+TEST_F(RecordingFlow, ANoticeOfTheCaptureIsShown) {
+    start(CaptureMode::microphone);
+    sound.notify("The microphone has been unplugged. It is silent until another one is there.");
+    EXPECT_TRUE(eventually([&] { return store().error().has_value(); }));
+    EXPECT_EQ(store().error(), "The microphone has been unplugged. It is silent until another one is there.");
+    EXPECT_TRUE(store().recording());
+}
+
+TEST_F(RecordingFlow, RecordsOnWhenTheRecordCannotBeSaved) {
+    start(CaptureMode::microphone);
+    fs::rename(meetingFolder(), folder / "aside");
+    std::ofstream(meetingFolder()) << "a file where the folder should be";
+    engine.say(hello);
+    EXPECT_TRUE(eventually([&] { return store().saveFailures().contains(*lastRecorded); }));
+    EXPECT_TRUE(store().recording());
+    speak();
+
+    fs::remove(meetingFolder());
+    fs::rename(folder / "aside", meetingFolder());
+    EXPECT_TRUE(store().retrySaving());
+    EXPECT_EQ(onDisk().turns.size(), 2U);
+    stop();
+    EXPECT_EQ(onDisk().status, "Audio saved · live transcript");
+    EXPECT_GE(fs::file_size(meetingFolder() / "microphone.wav"), 8044U);
+}
+
+TEST_F(RecordingFlow, TheStoreMayGoAtAnyMoment) {
+    sound.startsPass.reset();
+    const Task<> starting = store().startRecording();
+    EXPECT_TRUE(eventually([&] { return !sound.captures.empty(); }));
+    closeStore();
+    sound.startsPass.set();
+    EXPECT_TRUE(eventually([&] { return starting.isReady(); }));
+    EXPECT_TRUE(eventually([&] { return !sound.captures.back()->running; })) << "nobody would stop that capture";
+    EXPECT_EQ(sound.captures.size(), 1U);
+    EXPECT_EQ(engine.closeCode(), 1001);
+
+    openStore();
+    EXPECT_EQ(store().selected()->status, "Interrupted · check saved audio and retry");
+    engine = FakeSpeechEngine::cooperative();
+    start(CaptureMode::microphone);
+    speak();
+    closeStore();
+    EXPECT_TRUE(eventually([&] { return engine.closeCode().has_value(); }));
+    EXPECT_FALSE(sound.captures.back()->running);
+
+    openStore();
+    EXPECT_EQ(onDisk().status, "Interrupted · check saved audio and retry");
+    EXPECT_EQ(store().error(), std::nullopt);
+}
+
+} // namespace
+} // namespace varnet::test

@@ -1,0 +1,72 @@
+#pragma once
+
+#include "MeetingCore/records/MeetingRepository.h"
+#include "Varnet/async/Event.h"
+#include "Varnet/platform/AudioCapture.h"
+#include "Varnet/store/MeetingStore.h"
+#include "tests/support/FakeSpeechSocket.h"
+#include "tests/support/TemporaryFolder.h"
+#include "tests/support/TestServer.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace varnet::test {
+
+/// A sound server by script: which captures come up, and what they deliver. Main thread.
+struct FakeSoundServer {
+    struct Capture {
+        std::vector<CaptureSource> sources;
+        AudioCapture::Callbacks callbacks;
+        bool running = false;
+    };
+
+    std::exception_ptr callFailure;                 ///< a capture of both sources does not start
+    std::exception_ptr microphoneFailure;           ///< a capture of the microphone alone does not start
+    bool failuresAreReportedToo = false;            ///< such a start also reports its failure through onError
+    Event startsPass;                               ///< a start waits for it; set at first
+    std::vector<std::shared_ptr<Capture>> captures; ///< in the order of their starts
+
+    FakeSoundServer() { startsPass.set(); }
+    std::unique_ptr<AudioCapture> makeCapture();
+
+    /// Delivers `frameCount` frames of 16 kHz mono from the newest capture, the first of them captured now.
+    void deliver(CaptureSource source, std::size_t frameCount);
+    void fail(const std::string& message) { report(std::make_exception_ptr(Failure(message))); }
+    void report(std::exception_ptr failure);
+    void notify(const std::string& notice);
+};
+
+/// A store on a folder of its own, with a scripted sound server and speech engine.
+class StoreFixture : public ::testing::Test {
+protected:
+    StoreFixture();
+    ~StoreFixture() override;
+
+    MeetingStore& store() { return *m_store; }
+    void closeStore() { m_store.reset(); }
+    void openStore(); ///< anew, as a next start of the program does
+
+    /// The stored record of a meeting, or of the one that was recorded last.
+    Meeting onDisk(const Uuid& id) const { return repository.load(id); }
+    Meeting onDisk() const { return onDisk(*lastRecorded); }
+    std::filesystem::path meetingFolder() const { return repository.directory(*lastRecorded); }
+    std::vector<std::string> filesOnDisk() const; ///< in that meeting's folder, sorted
+
+    FakeSpeechEngine engine = FakeSpeechEngine::cooperative(); ///< what the next session talks to
+    FakeSoundServer sound;
+    TestServer health; ///< answers that the speech engine is there
+    TemporaryFolder folder;
+    std::filesystem::path root = folder / "meetings";
+    MeetingRepository repository{root};
+    std::optional<Uuid> lastRecorded;
+    std::vector<std::string> statusesOnDisk; ///< each status of recorded meetings, as it was read back from the disk
+
+private:
+    std::unique_ptr<MeetingStore> m_store;
+};
+
+} // namespace varnet::test
