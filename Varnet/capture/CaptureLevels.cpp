@@ -51,3 +51,5 @@ void CaptureLevels::setCallMissing(bool missing) {
 }
 
 } // namespace varnet
+
+#include "moc_CaptureLevels.cpp"

@@ -40,6 +40,7 @@ private:
     struct Free {
         void operator()(SwrContext* context) const;
     };
+    int m_sampleRate;
     std::size_t m_channelCount;
     std::unique_ptr<SwrContext, Free> m_context;
     std::vector<float> m_mono; ///< kept between calls for its memory

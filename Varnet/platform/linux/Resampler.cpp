@@ -41,7 +41,7 @@ void Resampler::Free::operator()(SwrContext* context) const {
 }
 
 Resampler::Resampler(int sampleRate, int channelCount)
-    : m_channelCount(static_cast<std::size_t>(channelCount)) {
+    : m_sampleRate(sampleRate), m_channelCount(static_cast<std::size_t>(channelCount)) {
     VARNET_ASSERT(sampleRate > 0 && channelCount > 0);
     AVChannelLayout mono{};
     av_channel_layout_default(&mono, 1);
@@ -71,18 +71,22 @@ std::vector<float> Resampler::convert(std::span<const float> samples) {
 }
 
 std::vector<float> Resampler::finish() {
-    return run({});
+    const auto owed = static_cast<std::size_t>(std::llround(pendingFrames()));
+    // Silence pushes out what the filter holds back. The library's own way of ending swallows a stretch that is shorter
+    // than its filter.
+    m_mono.assign(static_cast<std::size_t>(std::max(m_sampleRate / 20, 1'000)), 0.0F);
+    std::vector<float> output = run(m_mono);
+    output.resize(owed);
+    return output;
 }
 
-/// Without samples the library gives out what it holds back.
 std::vector<float> Resampler::run(std::span<const float> mono) {
     const int room = swr_get_out_samples(m_context.get(), static_cast<int>(mono.size()));
     check(room);
-    std::vector<float> output(static_cast<std::size_t>(room) + 1);
+    std::vector<float> output(static_cast<std::size_t>(room));
     auto* target = reinterpret_cast<std::uint8_t*>(output.data());
     const auto* source = reinterpret_cast<const std::uint8_t*>(mono.data());
-    const int count = swr_convert(m_context.get(), &target, static_cast<int>(output.size()),
-                                  mono.empty() ? nullptr : &source, static_cast<int>(mono.size()));
+    const int count = swr_convert(m_context.get(), &target, room, &source, static_cast<int>(mono.size()));
     check(count);
     output.resize(static_cast<std::size_t>(count));
     return output;

@@ -76,6 +76,18 @@ TEST(Resampler, LetsNothingFoldBackIntoSpeech) {
     }
 }
 
+TEST(Resampler, GivesAllOfAShortStretch) {
+    for (const int rate : {8'000, 44'100, 48'000})
+        for (const int milliseconds : {1, 5, 10, 21}) {
+            SCOPED_TRACE(std::to_string(rate) + " Hz, " + std::to_string(milliseconds) + " ms");
+            Resampler resampler(rate, 1);
+            const std::vector<float> input(static_cast<std::size_t>(rate * milliseconds / 1'000), 0.5F);
+            const auto output = convertInBuffers(resampler, input, 64);
+            EXPECT_NEAR(static_cast<double>(output.size()), 16.0 * milliseconds, 0.6);
+            EXPECT_NEAR(output[output.size() / 2], 0.5F, 0.1F);
+        }
+}
+
 TEST(Resampler, AveragesTheChannels) {
     Resampler resampler(16'000, 4);
     std::vector<float> input;

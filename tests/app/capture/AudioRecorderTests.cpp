@@ -1,0 +1,133 @@
+#include "Varnet/capture/AudioFailure.h"
+#include "Varnet/capture/AudioRecorder.h"
+#include "tests/app/capture/RecorderFixture.h"
+
+#include <sys/resource.h>
+
+#include <csignal>
+
+namespace varnet {
+namespace {
+
+using enum CaptureSource;
+using test::half;
+
+class AudioRecorderTest : public test::RecorderFixture<AudioRecorder> {
+protected:
+    void start() { RecorderFixture::start("microphone.wav"); }
+    std::vector<std::int16_t> track() { return samples("microphone.wav"); }
+    void deliver(double seconds, std::size_t count) { RecorderFixture::deliver(microphone, seconds, count); }
+};
+
+TEST_F(AudioRecorderTest, WritesTheMicrophoneAndTellsWhatItWrote) {
+    start();
+    EXPECT_EQ(capture->startedSources, std::vector{microphone});
+    for (int i = 0; i < 10; ++i)
+        deliver(0.1 * i, 1'600);
+    EXPECT_EQ(stop(), "");
+    const auto written = track();
+    ASSERT_EQ(written.size(), 16'000U);
+    for (std::size_t i = 200; i < 15'800; ++i)
+        ASSERT_NEAR(written[i], half, 2) << i;
+    EXPECT_EQ(std::string(reinterpret_cast<const char*>(heard.data()), heard.size()),
+              readFile(folder / "microphone.wav").substr(44));
+    EXPECT_NEAR(levels.at(2).first, 0.5F, 0.01F);
+    EXPECT_EQ(levels.at(2).second, std::nullopt);
+    EXPECT_EQ(stop(), "");
+}
+
+TEST_F(AudioRecorderTest, BeginsAtTheStart) {
+    start();
+    deliver(-0.05, 1'600); // the first half lies before the start
+    deliver(0.2, 1'600);
+    EXPECT_EQ(stop(), "");
+    const auto written = track();
+    ASSERT_EQ(written.size(), 4'800U);
+    EXPECT_NEAR(written[400], half, 2);
+    EXPECT_EQ(written[800], 0);
+    EXPECT_EQ(written[3'199], 0);
+    EXPECT_NEAR(written[3'700], half, 2);
+}
+
+TEST_F(AudioRecorderTest, FillsAGapWithSilenceWhileItLasts) {
+    start();
+    deliver(0.0, 8'000);
+    clock.setSeconds(60); // filled up to half a second behind the clock
+    capture->deliver(microphone, 60, {}, format);
+    ASSERT_TRUE(waitForHeard(59 * 16'000 + 8'000));
+    deliver(60.0, 8'000);
+    EXPECT_EQ(stop(), "");
+    const auto written = track();
+    ASSERT_EQ(written.size(), 60U * 16'000 + 8'000);
+    EXPECT_NEAR(written[7'950], half, 2'000) << "the end before the gap is whole";
+    EXPECT_EQ(written[8'000], 0);
+    EXPECT_EQ(written[60 * 16'000 - 1], 0);
+    EXPECT_NEAR(written[60 * 16'000 + 4'000], half, 2);
+    EXPECT_EQ(levels.back().second, std::nullopt);
+}
+
+TEST_F(AudioRecorderTest, DropsOnlyWhatComesBehindTheSilence) {
+    start();
+    clock.setSeconds(2.0);
+    capture->deliver(microphone, 2.0, {}, format);
+    ASSERT_TRUE(waitForHeard(24'000)); // filled to 1.5 s
+    deliver(1.4, 3'200);
+    EXPECT_EQ(stop(), "");
+    EXPECT_EQ(track().size(), 25'600U);
+    EXPECT_EQ(track()[23'999], 0);
+    EXPECT_NEAR(track()[24'100], half, 2);
+}
+
+TEST_F(AudioRecorderTest, EndsAtTheFirstFailureAndSaysItAgainAtTheStop) {
+    const auto previous = std::signal(SIGXFSZ, SIG_IGN);
+    rlimit old{};
+    getrlimit(RLIMIT_FSIZE, &old);
+    start();
+    deliver(0.0, 1'600);
+    ASSERT_TRUE(waitForHeard(1'500));
+    const std::size_t before = heardFrames();
+    const rlimit small{44 + 2 * before + 10, old.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &small);
+    deliver(0.1, 1'600);
+    ASSERT_TRUE(waitForError());
+    setrlimit(RLIMIT_FSIZE, &old);
+    std::signal(SIGXFSZ, previous);
+    deliver(0.2, 1'600);
+    capture->fail(std::make_exception_ptr(std::runtime_error("later")));
+    EXPECT_EQ(stop(), errors[0]);
+    EXPECT_EQ(errors.size(), 1U);
+    EXPECT_EQ(heardFrames(), before);
+    EXPECT_FALSE(capture->running);
+    EXPECT_EQ(stop(), "");
+}
+
+TEST_F(AudioRecorderTest, ReportsAFormatThatCannotBeConverted) {
+    start();
+    capture->deliver(microphone, 0, std::vector<float>(160), {48'000, 0});
+    ASSERT_TRUE(waitForError());
+    EXPECT_EQ(errors[0], "The selected audio device has no usable input format.");
+    EXPECT_EQ(stop(), errors[0]);
+}
+
+TEST_F(AudioRecorderTest, LeavesNothingWhenTheCaptureIsNotAvailable) {
+    using Reason = CaptureUnavailable::Reason;
+    const struct {
+        Reason reason;
+        const char* text;
+    } rows[] = {
+        {Reason::accessDenied,
+         "Microphone access is needed to record. Enable Zelvik in System Settings → Privacy & Security → Microphone."},
+        {Reason::noMicrophone, "The selected audio device has no usable input format."},
+        {Reason::noServer,
+         "The sound server PipeWire is not running, so nothing can be recorded. Start it and try again."},
+    };
+    for (const auto& row : rows) {
+        capture->startFailure = std::make_exception_ptr(CaptureUnavailable(row.reason, "as the platform says"));
+        EXPECT_EQ(startFailure("microphone.wav"), row.text);
+        EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
+        EXPECT_EQ(stop(), "");
+    }
+}
+
+} // namespace
+} // namespace varnet

@@ -1,0 +1,245 @@
+#include "Varnet/capture/AudioFailure.h"
+#include "Varnet/capture/SystemAudioRecorder.h"
+#include "tests/app/capture/RecorderFixture.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <sys/stat.h>
+
+namespace varnet {
+namespace {
+
+using enum CaptureSource;
+using test::half;
+
+class SystemAudioRecorderTest : public test::RecorderFixture<SystemAudioRecorder> {
+protected:
+    void start() { RecorderFixture::start("meeting.wav"); }
+
+    QJsonObject diagnostics() {
+        return QJsonDocument::fromJson(QByteArray::fromStdString(readFile(folder / "capture-diagnostics.json")))
+            .object();
+    }
+    int late() { return diagnostics()["late_frames_dropped"].toInt(); }
+};
+
+constexpr const char* streamStopped = "One of the audio streams stopped unexpectedly.";
+constexpr const char* noMicrophone =
+    "No microphone buffers were received. Check microphone access and the selected device.";
+constexpr std::int64_t millisecond = 1'000'000;
+
+TEST(SystemAudioRecorderTiming, ReadsWholeBlocksBehindTheClock) {
+    const struct {
+        std::int64_t milliseconds;
+        std::int64_t frames;
+    } rows[] = {{-500, 0},    {0, 0},       {390, 0},     {400, 0},         {550, 0},
+                {560, 2'560}, {719, 2'560}, {720, 5'120}, {10'400, 158'720}};
+    for (const auto& row : rows)
+        EXPECT_EQ(SystemAudioRecorder::dueFrames(row.milliseconds * millisecond), row.frames) << row.milliseconds;
+    EXPECT_EQ(SystemAudioRecorder::dueFrames(14'400'559'999'999), 230'400'000)
+        << "a nanosecond early, after four hours";
+}
+
+TEST_F(SystemAudioRecorderTest, AlignsBothTracksWhateverTheOrderOfDelivery) {
+    start();
+    EXPECT_EQ(capture->startedSources, (std::vector{microphone, system}));
+    clock.setSeconds(1.5);
+    deliver(system, 1.0, 1'600, 0.25F);
+    deliver(microphone, 1.0, 1'600);
+    capture->notify("The microphone is silent.");
+    EXPECT_EQ(stop(), "");
+    const auto microphoneTrack = samples("microphone.wav");
+    const auto systemTrack = samples("system.wav");
+    const auto mix = samples("meeting.wav");
+    for (const auto* track : {&microphoneTrack, &systemTrack, &mix}) {
+        ASSERT_EQ(track->size(), 24'000U);
+        EXPECT_EQ((*track)[15'999], 0);
+        EXPECT_EQ((*track)[17'600], 0);
+    }
+    EXPECT_NEAR(microphoneTrack[16'800], half, 2);
+    EXPECT_NEAR(systemTrack[16'800], half / 2, 2);
+    EXPECT_NEAR(mix[16'800], half + half / 2, 2);
+    EXPECT_GT(microphoneTrack[16'000], 1'000);
+    EXPECT_GT(systemTrack[16'000], 500);
+    EXPECT_EQ(heardFrames(), 24'000U);
+    EXPECT_EQ(notices, std::vector<std::string>{"The microphone is silent."});
+    EXPECT_NEAR(levels.at(6).first, 0.5F * std::sqrt(1'600 / 2'560.0F), 0.05F);
+    EXPECT_NEAR(levels.at(6).second.value(), 0.25F * std::sqrt(1'600 / 2'560.0F), 0.05F);
+}
+
+TEST_F(SystemAudioRecorderTest, ReadsOutWhileItRuns) {
+    start();
+    clock.setSeconds(1.04); // 0.64 s are due, four blocks
+    deliver(microphone, 0.0, 1'600);
+    ASSERT_TRUE(waitForHeard(10'240));
+    EXPECT_EQ(heardFrames(), 10'240U);
+    EXPECT_EQ(stop(), "");
+    EXPECT_EQ(heardFrames(), 16'640U);
+}
+
+TEST_F(SystemAudioRecorderTest, LosesOnlyTheFramesThatComeTooLate) {
+    start();
+    clock.setSeconds(2.0); // 1.6 s are due: frame 25,600
+    deliver(microphone, 1.0, 160);
+    ASSERT_TRUE(waitForHeard(25'600));
+    deliver(system, 1.5, 3'200); // frames 24,000 to 27,200
+    EXPECT_EQ(stop(), "");
+    EXPECT_EQ(late(), 1'600);
+    EXPECT_EQ(samples("system.wav")[25'599], 0);
+    EXPECT_NEAR(samples("system.wav")[25'700], half, 2);
+}
+
+TEST_F(SystemAudioRecorderTest, CountsWhatLiesBeforeTheOriginAsLate) {
+    start();
+    deliver(microphone, -0.5, 160);
+    clock.setSeconds(0.1);
+    EXPECT_EQ(stop(), "");
+    EXPECT_EQ(late(), 160);
+}
+
+TEST_F(SystemAudioRecorderTest, EndsAtTheMomentOfTheStop) {
+    start();
+    clock.setSeconds(1.4);
+    deliver(microphone, 0.9, 1'600);
+    ASSERT_TRUE(waitForHeard(15'360)); // six blocks of the 16,000 frames that are due
+    clock.setSeconds(17'001 / 16'000.0);
+    EXPECT_EQ(stop(), "");
+    EXPECT_EQ(samples("microphone.wav").size(), 17'001U);
+    EXPECT_EQ(diagnostics()["frames"].toInt(), 17'001);
+    EXPECT_EQ(stop(), "") << "a second stop is silent";
+}
+
+TEST_F(SystemAudioRecorderTest, KeepsTheTailOfASourceThatStopsAndItsPlaceWhenItComesBack) {
+    // A sound server that stands still for two seconds. The filter holds the last 87 frames back until it knows.
+    start();
+    for (const CaptureSource source : {microphone, system})
+        deliver(source, 0, 8'000);
+    for (const double now : {0.85, 1.3, 2.0, 2.5}) { // a tick sees that nothing comes, and then reads on
+        clock.setSeconds(now);
+        capture->deliver(system, now, {}, format); // wakes the queue
+        const auto due = static_cast<std::size_t>(SystemAudioRecorder::dueFrames(std::llround(now * 1e9)));
+        ASSERT_TRUE(waitForHeard(due));
+    }
+    for (const CaptureSource source : {microphone, system})
+        deliver(source, 2.5, 8'000);
+    clock.setSeconds(3.0);
+    EXPECT_EQ(stop(), "");
+    EXPECT_EQ(late(), 0);
+    EXPECT_TRUE(errors.empty());
+    for (const char* name : {"microphone.wav", "system.wav"}) {
+        const auto track = samples(name);
+        ASSERT_EQ(track.size(), 48'000U);
+        EXPECT_NEAR(track[7'950], half, 2'000) << "the tail is there";
+        EXPECT_EQ(track[8'000], 0);
+        EXPECT_EQ(track[39'999], 0);
+        EXPECT_GT(track[40'000], 1'000);
+        EXPECT_GT(track[47'999], 1'000);
+    }
+}
+
+TEST_F(SystemAudioRecorderTest, FailsOnceOnAnImpossibleTimestamp) {
+    start();
+    clock.setSeconds(1);
+    deliver(microphone, 0.5, 160);
+    deliver(microphone, 3.5, 160); // 2.5 s ahead
+    deliver(microphone, 3.6, 160);
+    ASSERT_TRUE(waitForError());
+    capture->fail(std::make_exception_ptr(std::runtime_error("later")));
+    EXPECT_EQ(stop(), streamStopped);
+    EXPECT_EQ(errors.size(), 1U);
+    EXPECT_TRUE(diagnostics()["capture_failed"].toBool());
+    EXPECT_EQ(samples("meeting.wav").size(), heardFrames()) << "no flush after a failure, but whole files";
+    EXPECT_EQ(stop(), "");
+}
+
+TEST_F(SystemAudioRecorderTest, TellsThatTheSoundServerIsGone) {
+    start();
+    clock.setSeconds(1.04);
+    deliver(microphone, 0.0, 1'600);
+    ASSERT_TRUE(waitForHeard(10'240));
+    capture->fail(std::make_exception_ptr(std::runtime_error("The sound server is gone.")));
+    ASSERT_TRUE(waitForError());
+    EXPECT_EQ(errors[0], "The sound server is gone.");
+    EXPECT_EQ(stop(), streamStopped);
+    EXPECT_EQ(samples("microphone.wav").size(), 10'240U);
+}
+
+TEST_F(SystemAudioRecorderTest, MissesAMicrophoneThatNeverSpoke) {
+    start();
+    deliver(system, 0.0, 1'600);
+    clock.setSeconds(0.2);
+    EXPECT_EQ(stop(), noMicrophone);
+    EXPECT_NEAR(samples("meeting.wav")[800], half, 2);
+    const std::string expected =
+        "{\n    \"capture_failed\": false,\n    \"frames\": 3200,\n    \"late_frames_dropped\": 0,\n"
+        "    \"microphone_buffers\": 0,\n    \"playout_delay_seconds\": 0.4,\n"
+        "    \"sample_rate\": 16000,\n    \"system_buffers\": 1\n}\n";
+    EXPECT_EQ(readFile(folder / "capture-diagnostics.json"), expected);
+}
+
+TEST_F(SystemAudioRecorderTest, ClosesTheFilesWhateverFails) {
+    start();
+    deliver(microphone, 0.0, 1'600);
+    clock.setSeconds(0.2);
+    capture->stopFailure = std::make_exception_ptr(std::runtime_error("The stream would not stop."));
+    std::filesystem::create_directory(folder / "capture-diagnostics.json");
+    std::filesystem::create_directory(folder / "capture-diagnostics.json" / "in the way");
+    EXPECT_NE(stop().find("capture-diagnostics.json"), std::string::npos) << "the files' failure before the stream's";
+    for (const char* name : {"meeting.wav", "microphone.wav", "system.wav"})
+        EXPECT_EQ(samples(name).size(), 3'200U);
+    EXPECT_EQ(stop(), "");
+}
+
+TEST_F(SystemAudioRecorderTest, PassesOnThatTheStreamWouldNotStop) {
+    start();
+    deliver(microphone, 0.0, 1'600);
+    capture->stopFailure = std::make_exception_ptr(std::runtime_error("The stream would not stop."));
+    EXPECT_EQ(stop(), "The stream would not stop.");
+}
+
+TEST_F(SystemAudioRecorderTest, LeavesNothingWhenTheCaptureIsNotAvailable) {
+    using Reason = CaptureUnavailable::Reason;
+    const struct {
+        Reason reason;
+        const char* text;
+    } rows[] = {
+        {Reason::accessDenied,
+         "Microphone access is needed to record. Enable Zelvik in System Settings → Privacy & Security → Microphone."},
+        {Reason::noMicrophone, "The selected audio device has no usable input format."},
+        {Reason::noOutput, "No display is available for system audio capture."},
+        {Reason::streamFailed, "as the platform says"},
+    };
+    for (const auto& row : rows) {
+        capture->startFailure = std::make_exception_ptr(CaptureUnavailable(row.reason, "as the platform says"));
+        EXPECT_EQ(startFailure("meeting.wav"), row.text);
+        EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
+        EXPECT_EQ(stop(), "");
+    }
+}
+
+TEST_F(SystemAudioRecorderTest, UndoesAStartDuringWhichTheCaptureFailed) {
+    capture->beforeStartEnds = [this] { capture->deliver(microphone, 9.0, std::vector<float>(160), format); };
+    EXPECT_EQ(startFailure("meeting.wav"),
+              "Audio capture failed while starting. Check recording permissions and audio devices.");
+    EXPECT_FALSE(capture->running);
+    EXPECT_EQ(samples("meeting.wav").size(), 0U);
+}
+
+TEST_F(SystemAudioRecorderTest, DoesNotStartWithoutAPlaceForItsFiles) {
+    std::filesystem::create_directory(folder / "system.wav");
+    EXPECT_THROW(start(), FileFailure);
+    EXPECT_TRUE(capture->startedSources.empty());
+    EXPECT_EQ(stop(), "");
+}
+
+TEST_F(SystemAudioRecorderTest, KeepsTheAudioOfARecordingThatIsDropped) {
+    start();
+    deliver(microphone, 0.0, 1'600);
+    clock.setSeconds(0.2);
+    recorder.reset();
+    EXPECT_EQ(samples("microphone.wav").size(), 3'200U);
+}
+
+} // namespace
+} // namespace varnet
