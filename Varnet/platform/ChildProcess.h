@@ -35,7 +35,7 @@ public:
 
     /// Starts the program and returns once it is executed, which takes milliseconds. Throws Failure with the system's
     /// reason; nothing runs then.
-    static std::shared_ptr<ChildProcess> start(Launch launch);
+    static std::shared_ptr<ChildProcess> start(const Launch& launch);
 
     /// Until the end of the program has been noticed by the event loop, just before `exited`.
     bool running() const;

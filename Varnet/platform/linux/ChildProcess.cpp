@@ -60,7 +60,7 @@ void separateFromParent(pid_t parent, int log) {
 
 } // namespace
 
-std::shared_ptr<ChildProcess> ChildProcess::start(Launch launch) {
+std::shared_ptr<ChildProcess> ChildProcess::start(const Launch& launch) {
     // The last handle may go away while the process object is still telling its end.
     const std::shared_ptr<ChildProcess> child(new ChildProcess, [](ChildProcess* object) { object->deleteLater(); });
     const int log = openLog(launch.log);

@@ -40,7 +40,7 @@ std::optional<std::filesystem::path> resources() {
     const auto binaries = executable.parent_path();
     if (failure || binaries.filename() != "bin")
         return std::nullopt;
-    const auto resources = binaries.parent_path() / "lib/varnet";
+    auto resources = binaries.parent_path() / "lib/varnet";
     if (!std::filesystem::is_directory(resources, failure))
         return std::nullopt;
     return resources;

@@ -1,0 +1,263 @@
+#include "tests/support/EngineFixture.h"
+
+#include <QTcpServer>
+#include <QTcpSocket>
+
+using namespace varnet;
+using namespace std::chrono_literals;
+using test::await;
+using test::Engines;
+using test::EngineWorld;
+using test::eventually;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+
+namespace {
+
+const EngineState diedInStart = EngineState::failed("Speech engine stopped while starting. See its log in Settings.");
+const EngineState diedLater = EngineState::failed("The speech engine stopped unexpectedly.");
+
+} // namespace
+
+TEST_F(Engines, AnEngineThatAnswersAlreadyIsAdoptedAndLeftRunning) {
+    install(Engines::developmentSpeech, serve);
+    world->answering = {EngineWorld::speechURL};
+    const auto engines = make();
+    await(engines->startSpeech());
+    EXPECT_EQ(engines->speech(), EngineState::ready(true));
+    engines->shutdown();
+    EXPECT_EQ(starts(), 0U);
+}
+
+TEST_F(Engines, TheSpeechEngineIsStartedLoggedAndEndedWithTheApplication) {
+    install(Engines::developmentSpeech, serve);
+    const auto engines = make();
+    EXPECT_EQ(engines->runtimeRoot(), root);
+    EXPECT_EQ(engines->speech(), EngineState::unknown());
+    std::vector<EngineState> states;
+    QObject::connect(engines.get(), &EngineSupervisor::speechChanged, [&] { states.push_back(engines->speech()); });
+    await(engines->startSpeech());
+    EXPECT_THAT(states, ElementsAre(EngineState::starting(), EngineState::ready(false)));
+    EXPECT_EQ(readFile(folder / "state/Varnet/logs/speech.log"), "hello\n");
+    EXPECT_THAT(lines("arguments"), ElementsAre("serve --config config/speech.yaml"));
+    EXPECT_EQ(engines->models().kind, ModelState::Kind::notNeeded);
+    engines->shutdown();
+    EXPECT_FALSE(lastRuns());
+    EXPECT_EQ(engines->speech(), EngineState::ready(false)) << "a planned end is no crash";
+}
+
+TEST_F(Engines, ASecondStartNeverDoublesTheProcess) {
+    install(Engines::developmentSpeech, "sleep 0.05; " + std::string(serve));
+    const auto engines = make();
+    Task<> first = engines->startSpeech();
+    Task<> second = engines->startSpeech(); // both ask for health before either launches
+    await(std::move(first));
+    await(std::move(second));
+    EXPECT_EQ(engines->speech(), EngineState::ready(false));
+    EXPECT_EQ(starts(), 1U);
+}
+
+TEST_F(Engines, WithoutFilesOrPermissionNothingStarts) {
+    const auto engines = make();
+    await(engines->startSpeech());
+    EXPECT_EQ(engines->speech(), EngineState::missing("Engine files weren't found. Choose the folder in Settings."));
+
+    install(Engines::developmentSpeech, serve);
+    const auto disabled = make(false, false);
+    await(disabled->startSpeech());
+    EXPECT_EQ(disabled->speech(), EngineState::stopped());
+    disabled->recordingEnded();
+    test::settle();
+    EXPECT_EQ(starts(), 0U);
+}
+
+TEST_F(Engines, AFailedStartSaysWhatHappened) {
+    struct Row {
+        const char* name;
+        const char* script;
+        const char* interpreter;
+        const char* text;
+    };
+    const Row rows[] = {
+        {"not runnable", "", "/missing/interpreter", "Speech engine could not start: "},
+        {"exits", "exit 3", "/bin/sh", "Speech engine stopped while starting. See its log in Settings."},
+        {"crashes", "kill -SEGV $$", "/bin/sh", "Speech engine stopped while starting. See its log in Settings."},
+        {"never answers", "exec sleep 1000", "/bin/sh", "Speech engine did not become ready in time."},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        install(Engines::developmentSpeech, row.script, row.interpreter);
+        world->time = 0s;
+        const auto engines = make();
+        await(engines->startSpeech());
+        EXPECT_EQ(engines->speech().kind, EngineState::Kind::failed);
+        EXPECT_THAT(engines->speech().text, HasSubstr(row.text));
+    }
+    EXPECT_EQ(world->time, 120s) << "of pauses of half a second";
+    EXPECT_TRUE(eventually([&] { return !lastRuns(); }));
+}
+
+TEST_F(Engines, AfterCrashesItRestartsThreeTimesUntilItIsHealthyAgain) {
+    install(Engines::developmentSpeech, serve);
+    const auto engines = make();
+    await(engines->startSpeech());
+
+    crash();
+    ASSERT_TRUE(eventually([&] { return engines->speech() == diedLater; }));
+    EXPECT_THAT(world->delays, ElementsAre(2s));
+    EXPECT_EQ(starts(), 1U) << "the delay is not over";
+
+    install(Engines::developmentSpeech, "kill -SEGV $$");
+    world->delaysPass = true;
+    await(engines->startSpeech()); // crashes as well and is counted
+    ASSERT_TRUE(eventually([&] { return starts() == 4 && engines->speech() == diedInStart; }));
+    test::settle();
+    EXPECT_THAT(world->delays, ElementsAre(2s, 4s, 6s));
+    EXPECT_EQ(starts(), 4U) << "a fourth crash stays";
+
+    install(Engines::developmentSpeech, serve);
+    await(engines->startSpeech());
+    EXPECT_EQ(engines->speech(), EngineState::ready(false));
+    crash();
+    ASSERT_TRUE(eventually([&] { return starts() == 6 && engines->speech().isReady(); }));
+    EXPECT_THAT(world->delays, ElementsAre(2s, 4s, 6s, 2s)) << "being healthy begins the count anew";
+}
+
+TEST_F(Engines, ACrashDuringARecordingWaitsForItsEnd) {
+    install(Engines::developmentSpeech, serve);
+    const auto engines = make();
+    await(engines->startSpeech());
+    EXPECT_EQ(await(engines->prepareForRecording()), std::nullopt);
+    crash();
+    ASSERT_TRUE(eventually([&] { return engines->speech() == diedLater; }));
+    EXPECT_EQ(starts(), 1U);
+    engines->recordingEnded();
+    ASSERT_TRUE(eventually([&] { return engines->speech() == EngineState::ready(false); }));
+    EXPECT_TRUE(world->delays.empty());
+}
+
+TEST_F(Engines, ACrashOfTheFastModeFallsBackOnceAndForThisBuild) {
+    struct Row {
+        const char* name;
+        const char* script;
+        bool accelerated;
+        std::size_t starts;
+        EngineState state;
+        bool slow;
+    };
+    const Row rows[] = {
+        {"crash", "[ \"$4\" = --device ] || kill -SEGV $$; touch speech.up; exec sleep 1000", true, 2,
+         EngineState::ready(false), true},
+        {"crash in both modes", "kill -SEGV $$", true, 2, diedInStart, true},
+        {"exit", "exit 1", true, 1, diedInStart, false},
+        {"no fast mode", "kill -SEGV $$", false, 1, diedInStart, true},
+    };
+    installSpeechModels();
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        for (const char* file : {"starts", "arguments", "speech.up"})
+            std::filesystem::remove(root / file);
+        Settings(settingsFile).remove("SpeechEngineProcessorOnlyVersion");
+        install(Engines::bundledSpeech, row.script);
+        const auto engines = make(true, true, row.accelerated);
+        EXPECT_EQ(engines->models().kind, ModelState::Kind::ready);
+        await(engines->startSpeech());
+        EXPECT_EQ(engines->speech(), row.state);
+        EXPECT_EQ(starts(), row.starts);
+        EXPECT_EQ(engines->transcriptsSlow(), row.slow);
+        const std::string plain = "serve --config " + (root / "config/speech.yaml").string();
+        EXPECT_EQ(lines("arguments").front(), plain);
+        if (row.starts == 2) {
+            EXPECT_EQ(lines("arguments").back(), plain + " --device cpu");
+            EXPECT_EQ(Settings(settingsFile).text("SpeechEngineProcessorOnlyVersion"), EngineLayout::appVersion());
+        }
+    }
+}
+
+TEST_F(Engines, TryingTheFastModeAgainIsNoCrash) {
+    installSpeechModels();
+    install(Engines::bundledSpeech, "touch speech.up; exec sleep 1000");
+    Settings(settingsFile).setText("SpeechEngineProcessorOnlyVersion", EngineLayout::appVersion());
+    const auto engines = make(true);
+    await(engines->startSpeech());
+    EXPECT_TRUE(engines->transcriptsSlow());
+    std::vector<EngineState> states;
+    QObject::connect(engines.get(), &EngineSupervisor::speechChanged, [&] { states.push_back(engines->speech()); });
+    std::filesystem::remove(root / "speech.up");
+    world->delaysPass = true;
+    engines->tryFastMode();
+    ASSERT_TRUE(eventually([&] { return starts() == 2 && engines->speech().isReady(); }));
+    EXPECT_THAT(states, ElementsAre(EngineState::stopped(), EngineState::starting(), EngineState::ready(false)));
+    EXPECT_THAT(world->delays, ElementsAre(1s));
+    EXPECT_THAT(lines("arguments").back(), ::testing::Not(HasSubstr("--device")));
+    EXPECT_FALSE(engines->transcriptsSlow());
+}
+
+TEST_F(Engines, ABundledEngineWithoutItsModelsIsNotLaunched) {
+    install(Engines::bundledSpeech, serve);
+    const auto engines = make(true);
+    await(engines->startSpeech());
+    EXPECT_EQ(engines->models().kind, ModelState::Kind::missing);
+    EXPECT_EQ(engines->speech(), EngineState::stopped());
+    EXPECT_EQ(starts(), 0U);
+}
+
+TEST_F(Engines, AChosenFolderIsKeptAndStartedFrom) {
+    EngineParts parts;
+    parts.healthy = [](const std::string&) -> Task<bool> { co_return false; };
+    parts.settingsFile = settingsFile;
+    EngineSupervisor engines(true, {}, keyFile, parts);
+    EXPECT_EQ(engines.runtimeRoot(), std::nullopt);
+    engines.setRuntimeRoot(root);
+    EXPECT_EQ(engines.runtimeRoot(), root);
+    EXPECT_EQ(Settings(settingsFile).text("RuntimeRoot"), root.string());
+    EXPECT_EQ(engines.speech().kind, EngineState::Kind::missing) << "there is nothing in the folder yet";
+}
+
+TEST_F(Engines, RefreshFollowsWhatAnswersAndKeepsABusyChild) {
+    install(Engines::developmentSpeech, serve);
+    const auto engines = make();
+    world->answering = {EngineWorld::speechURL, EngineWorld::notesURL};
+    await(engines->refresh());
+    EXPECT_EQ(engines->speech(), EngineState::ready(true));
+    EXPECT_EQ(engines->notes(), EngineState::ready(true));
+    EXPECT_THAT(world->asked, ElementsAre(EngineWorld::speechURL, EngineWorld::notesURL));
+
+    world->answering.clear();
+    await(engines->refresh());
+    EXPECT_EQ(engines->speech(), EngineState::stopped());
+    EXPECT_EQ(engines->notes(), EngineState::stopped());
+
+    await(engines->startSpeech());
+    std::filesystem::remove(root / "speech.up"); // it runs, but is too busy to answer
+    await(engines->refresh());
+    EXPECT_EQ(engines->speech(), EngineState::ready(false));
+
+    const auto fresh = make();
+    await(fresh->refresh());
+    EXPECT_EQ(fresh->speech(), EngineState::unknown()) << "silence tells nothing of an engine that was never seen";
+    EXPECT_EQ(fresh->notes(), EngineState::stopped());
+}
+
+TEST_F(Engines, OnlyStatus200IsHealthy) {
+    QTcpServer server;
+    ASSERT_TRUE(server.listen(QHostAddress::LocalHost));
+    QByteArray status;
+    QObject::connect(&server, &QTcpServer::newConnection, [&] {
+        QTcpSocket* socket = server.nextPendingConnection();
+        QObject::connect(socket, &QTcpSocket::readyRead, [socket, status] {
+            socket->write("HTTP/1.1 " + status + "\r\nLocation: /ok\r\nContent-Length: 0\r\nConnection: close\r\n\r\n");
+            socket->disconnectFromHost();
+        });
+    });
+    EngineParts parts;
+    parts.settingsFile = settingsFile;
+    EngineSupervisor engines(false, EngineLayout{root, false}, keyFile, parts);
+    for (const auto& [answer, healthy] : {std::pair("200 OK", true), {"302 Found", false}, {"503 Busy", false}}) {
+        status = answer;
+        EXPECT_EQ(await(engines.healthy(server.serverPort())), healthy) << answer;
+    }
+    const int port = server.serverPort();
+    server.close();
+    EXPECT_FALSE(await(engines.healthy(port)));
+}
