@@ -7,6 +7,7 @@
 #include "Varnet/capture/SystemAudioRecorder.h"
 #include "Varnet/platform/AppInfo.h"
 #include "Varnet/platform/LoopbackHTTP.h"
+#include "Varnet/platform/SleepInhibitor.h"
 #include "Varnet/speech/LiveSpeech.h"
 #include "Varnet/store/MeetingPresentation.h"
 #include "Varnet/store/MeetingStore.h"
@@ -176,6 +177,7 @@ void MeetingStore::recordingStarted(Uuid id) {
     Q_EMIT recordingStartedAtChanged();
     setStatus(id, m_live ? MeetingStatus::recordingLive : MeetingStatus::recordingOffline);
     assign(m_busy, false, &MeetingStore::busyChanged);
+    m_tasks->spawn(inhibitSleep(id));
 }
 
 Task<> MeetingStore::abandonStart(std::optional<Uuid> id, std::exception_ptr cause) {
@@ -260,6 +262,13 @@ void MeetingStore::closeLive() {
         session->close(cancellation(), false);
 }
 
+Task<> MeetingStore::inhibitSleep(Uuid id) {
+    const auto gone = m_tasks->stopToken();
+    auto inhibitor = co_await m_parts.inhibitSleep(QStringLiteral("A meeting is being recorded"));
+    if (!gone.stop_requested() && m_recording && m_recordingID == id)
+        m_sleepInhibitor = std::move(inhibitor);
+}
+
 void MeetingStore::receive(const SpeechEvent& event, Uuid id) {
     if (m_recordingID != id)
         return;
@@ -313,6 +322,7 @@ Task<> MeetingStore::stopRecording(std::exception_ptr captureError) {
     if (gone.stop_requested())
         co_return;
     const bool incomplete = captureError || !closed;
+    m_sleepInhibitor.reset();
     setStatus(id, MeetingStatus::finishingTranscript);
 
     const bool transcribed = co_await finishTranscript(incomplete);

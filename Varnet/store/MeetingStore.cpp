@@ -10,6 +10,7 @@
 #include "Varnet/capture/SystemAudioRecorder.h"
 #include "Varnet/platform/LoopbackHTTP.h"
 #include "Varnet/platform/Paths.h"
+#include "Varnet/platform/SleepInhibitor.h"
 #include "Varnet/speech/LiveSpeech.h"
 
 #include <QDebug>
@@ -68,6 +69,8 @@ MeetingStore::MeetingStore(std::optional<fs::path> storageRoot, StoreParts parts
         m_parts.makeCapture = makeAudioCapture;
     if (!m_parts.makeLiveSpeech)
         m_parts.makeLiveSpeech = [](QUrl url) { return LiveSpeech::make(std::move(url)); };
+    if (!m_parts.inhibitSleep)
+        m_parts.inhibitSleep = SleepInhibitor::take;
     open(storageRoot);
     if (!m_meetings.empty())
         setSelectedID(m_meetings.front().id);

@@ -28,6 +28,7 @@ class AudioRecorder;
 class CaptureLevels;
 class LiveSpeech;
 class LoopbackHTTP;
+class SleepInhibitor;
 class SystemAudioRecorder;
 class TaskScope;
 struct RecorderCallbacks;
@@ -161,6 +162,7 @@ private:
     static Task<> deliver(MeetingStore* store, std::stop_token gone, SpeechEvent event, Uuid id);
     void liveFailed(const std::weak_ptr<LiveSpeech>& session, const std::exception_ptr& failure, Uuid id);
     void closeLive();
+    Task<> inhibitSleep(Uuid id);
     void appendFinalizedTurns(std::vector<TranscriptTurn> turns, Uuid id);
     void setStatus(Uuid id, std::string_view status);
     void clearPartial();
@@ -188,6 +190,7 @@ private:
     std::shared_ptr<SystemAudioRecorder> m_systemRecorder;
     std::shared_ptr<LiveSpeech> m_live;
     std::shared_ptr<LoopbackHTTP> m_http;
+    std::unique_ptr<SleepInhibitor> m_sleepInhibitor;
     std::unique_ptr<CaptureLevels> m_levels;
     std::unique_ptr<TaskScope> m_tasks;
 };

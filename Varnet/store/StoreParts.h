@@ -1,5 +1,8 @@
 #pragma once
 
+#include "Varnet/async/Task.h"
+
+#include <QString>
 #include <QUrl>
 
 #include <functional>
@@ -9,11 +12,13 @@ namespace varnet {
 
 class AudioCapture;
 class LiveSpeech;
+class SleepInhibitor;
 
 /// What a MeetingStore is built from. Whatever is left empty is the real one.
 struct StoreParts {
     std::function<std::unique_ptr<AudioCapture>()> makeCapture;
     std::function<std::shared_ptr<LiveSpeech>(QUrl speechURL)> makeLiveSpeech;
+    std::function<Task<std::unique_ptr<SleepInhibitor>>(QString reason)> inhibitSleep; ///< gives null when it cannot
     QUrl speechURL{QStringLiteral("http://127.0.0.1:17863")};
     QUrl notesURL{QStringLiteral("http://127.0.0.1:17864")};
     /// Whether meetings that a crash interrupted are repaired at the start. False for a run that only shows the

@@ -52,6 +52,17 @@ private:
     std::shared_ptr<FakeSoundServer::Capture> m_capture;
 };
 
+struct FakeSleepInhibitor : SleepInhibitor {
+    explicit FakeSleepInhibitor(int* held) : m_held(held) { ++*m_held; }
+    ~FakeSleepInhibitor() override { --*m_held; }
+    int* m_held;
+};
+
+Task<std::unique_ptr<SleepInhibitor>> inhibitSleep(int* held) {
+    std::unique_ptr<SleepInhibitor> inhibitor = std::make_unique<FakeSleepInhibitor>(held);
+    co_return inhibitor;
+}
+
 } // namespace
 
 std::unique_ptr<AudioCapture> FakeSoundServer::makeCapture() {
@@ -90,7 +101,8 @@ void StoreFixture::openStore() {
     StoreParts parts;
     parts.makeCapture = [this] { return sound.makeCapture(); };
     parts.makeLiveSpeech = [this](const QUrl&) { return LiveSpeech::make(engine.makeSocket()); };
-    parts.speechURL = health.url(QString());
+    parts.inhibitSleep = [this](QString) { return inhibitSleep(&sleepInhibitors); };
+    parts.speechURL = parts.notesURL = health.url(QString());
     m_store.reset();
     m_store = std::make_unique<MeetingStore>(root, parts);
     QObject::connect(m_store.get(), &MeetingStore::meetingChanged, m_store.get(), [this](Uuid id) {

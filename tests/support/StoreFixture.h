@@ -3,6 +3,7 @@
 #include "MeetingCore/records/MeetingRepository.h"
 #include "Varnet/async/Event.h"
 #include "Varnet/platform/AudioCapture.h"
+#include "Varnet/platform/SleepInhibitor.h"
 #include "Varnet/store/MeetingStore.h"
 #include "tests/support/FakeSpeechSocket.h"
 #include "tests/support/TemporaryFolder.h"
@@ -64,6 +65,7 @@ protected:
     MeetingRepository repository{root};
     std::optional<Uuid> lastRecorded;
     std::vector<std::string> statusesOnDisk; ///< each status of recorded meetings, as it was read back from the disk
+    int sleepInhibitors = 0;                 ///< how many are held
 
 private:
     std::unique_ptr<MeetingStore> m_store;

@@ -52,6 +52,7 @@ TEST_F(RecordingFlow, TheFullRoadFromTwoTracksToAStoredTranscript) {
     EXPECT_TRUE(store().showingLiveMeeting());
     EXPECT_TRUE(store().recordingStartedAt());
     EXPECT_EQ(store().levels().call(), 0.0F);
+    EXPECT_EQ(sleepInhibitors, 1);
     EXPECT_TRUE(onDisk().title.starts_with("Meeting · ")) << onDisk().title;
     EXPECT_EQ(MeetingPresentation::badge(recorded(), store()).text, "Recording");
 
@@ -95,6 +96,7 @@ TEST_F(RecordingFlow, TheFullRoadFromTwoTracksToAStoredTranscript) {
     EXPECT_EQ(store().recordingID(), std::nullopt);
     EXPECT_EQ(store().recordingStartedAt(), std::nullopt);
     EXPECT_FALSE(sound.captures.back()->running);
+    EXPECT_EQ(sleepInhibitors, 0);
 
     EXPECT_EQ(onDisk().audioFilename, "meeting.wav");
     EXPECT_EQ(filesOnDisk(),

@@ -1,0 +1,83 @@
+#include "Varnet/engines/EngineSupervisor.h"
+#include "Varnet/shell/AppRouter.h"
+#include "Varnet/shell/RecordingCoordinator.h"
+#include "tests/support/Await.h"
+#include "tests/support/StoreFixture.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+namespace varnet::test {
+namespace {
+
+Task<bool> answers(std::string) {
+    co_return true;
+}
+
+/// Beside a notes engine that was started elsewhere, which shows whether the supervisor believes in a recording: only
+/// then it refuses that engine.
+class RecordingCoordinatorTest : public StoreFixture {
+protected:
+    static EngineParts engineParts(const std::filesystem::path& folder) {
+        EngineParts parts;
+        parts.healthy = answers;
+        parts.settingsFile = folder / "Varnet.conf";
+        return parts;
+    }
+
+    Task<> toggle() { return RecordingCoordinator::toggle(&store(), &engines, &router); }
+    bool enginesKnowOfARecording() { return !await(engines.startNotes()); }
+
+    EngineSupervisor engines{false, {}, folder / "key", engineParts(folder.path())};
+    AppRouter router;
+};
+
+TEST_F(RecordingCoordinatorTest, StartsOnItsPageAndStops) {
+    await(toggle());
+    EXPECT_TRUE(store().recording());
+    EXPECT_EQ(router.page(), AppRouter::Page::meeting);
+    EXPECT_TRUE(enginesKnowOfARecording());
+    EXPECT_EQ(store().error(), std::nullopt) << "the start clears what it says about the notes engine";
+
+    router.setPage(AppRouter::Page::library);
+    await(toggle());
+    EXPECT_FALSE(store().recording());
+    EXPECT_FALSE(store().busy());
+    EXPECT_EQ(router.page(), AppRouter::Page::library);
+}
+
+TEST_F(RecordingCoordinatorTest, AFailedStartGivesTheMachineBack) {
+    sound.callFailure = sound.microphoneFailure = std::make_exception_ptr(Failure("no sound"));
+    await(toggle());
+    EXPECT_FALSE(store().recording());
+    EXPECT_EQ(store().error(), "no sound");
+    EXPECT_EQ(router.page(), AppRouter::Page::library);
+    EXPECT_FALSE(enginesKnowOfARecording());
+}
+
+TEST_F(RecordingCoordinatorTest, ASecondPressDuringAStartDoesNotTakeTheMachineFromIt) {
+    sound.startsPass.reset();
+    const Task<> first = toggle();
+    EXPECT_TRUE(eventually([&] { return !sound.captures.empty(); }));
+    await(toggle());
+    EXPECT_TRUE(enginesKnowOfARecording());
+    sound.startsPass.set();
+    EXPECT_TRUE(eventually([&] { return first.isReady(); }));
+    EXPECT_TRUE(store().recording());
+    EXPECT_EQ(store().meetings().size(), 1U);
+}
+
+TEST_F(RecordingCoordinatorTest, ARefusedStartLeavesTheWarningAboutTheNotesEngine) {
+    std::ofstream(folder / "file").flush();
+    StoreParts parts;
+    parts.notesURL = health.url(QString());
+    MeetingStore closed(folder / "file" / "meetings", parts);
+    await(RecordingCoordinator::toggle(&closed, &engines, &router));
+    EXPECT_EQ(closed.error(), "The notes engine is running outside the app. Stopping it frees memory for live "
+                              "transcription.");
+    EXPECT_FALSE(enginesKnowOfARecording());
+}
+
+} // namespace
+} // namespace varnet::test
