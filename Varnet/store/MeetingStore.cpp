@@ -131,6 +131,8 @@ void MeetingStore::setCaptureMode(CaptureMode mode) {
 }
 
 void MeetingStore::setError(std::optional<std::string> error) {
+    if (error && error != m_error)
+        qWarning("%s", error->c_str());
     assign(m_error, std::move(error), &MeetingStore::errorChanged);
 }
 

@@ -91,7 +91,7 @@ def folder_read_only(program):
     run("mount", "-o", "remount,bind,ro", folder)
     recording.grows()
     recording.stop()
-    driver.wait_for("the failed save", lambda: recording.logged("could not be"), 20)
+    driver.wait_for("the failed save", lambda: recording.logged("A meeting was not saved"), 20)
     run("umount", folder)
     assert recording.program.quit() == 0, "the edits could be saved again, so the program must quit"
     assert recording.record()["status"] == RETRY, recording.record()["status"]
