@@ -26,6 +26,9 @@ constexpr auto mixedName = "meeting.wav";
 constexpr auto systemName = "system.wav";
 constexpr auto microphoneName = "microphone.wav";
 
+/// Live text that an engine never completes stops growing there.
+constexpr std::size_t maximumPartialBytes = 256 * 1024;
+
 /// The sentence of what a task threw; absent when it ended well.
 Task<std::optional<std::string>> failureOf(Task<> task) {
     try {
@@ -276,8 +279,9 @@ void MeetingStore::receive(const SpeechEvent& event, Uuid id) {
         return TranscriptTurn::group(spoken.words.value_or(std::vector<TranscriptWord>()), "Speaker", 0);
     };
     if (event.type.ends_with(".delta")) {
-        assign(m_partial, event.transcript ? *event.transcript : m_partial + event.delta.value_or(""),
-               &MeetingStore::partialChanged);
+        std::string text = event.transcript ? *event.transcript : m_partial + event.delta.value_or("");
+        if (text.size() <= maximumPartialBytes)
+            assign(m_partial, std::move(text), &MeetingStore::partialChanged);
         assign(m_partialTurns, turnsOf(event), &MeetingStore::partialTurnsChanged);
     } else if (event.type.ends_with(".completed")) {
         auto turns = turnsOf(event);

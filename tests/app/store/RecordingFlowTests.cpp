@@ -262,6 +262,10 @@ TEST_F(RecordingFlow, EventsBecomeTurnsAsTheyComplete) {
     receive(R"({"type":"t.delta","transcript":"c","delta":"d"})");
     EXPECT_EQ(store().partial(), "c");
     receive(R"({"type":"session.idle","transcript":"e"})");
+    SpeechEvent endless;
+    endless.type = "t.delta";
+    endless.delta = std::string(300'000, 'x');
+    store().receive(endless, id);
     store().receive(SpeechEvent::decode(hello), Uuid::random());
     EXPECT_EQ(store().partial(), "c");
     receive(R"({"type":"t.completed"})");
