@@ -1,5 +1,6 @@
 #include "MeetingCore/audio/DurableWAV.h"
 
+#include "MeetingCore/audio/ProcessorClones.h"
 #include "MeetingCore/base/Failures.h"
 
 #include <fcntl.h>
@@ -13,13 +14,6 @@
 #include <cmath>
 #include <cstring>
 #include <utility>
-
-// The widest loop that the processor has is chosen when the program starts.
-#if defined(__x86_64__) && defined(__linux__)
-#define VARNET_PROCESSOR_CLONES __attribute__((target_clones("avx2", "default")))
-#else
-#define VARNET_PROCESSOR_CLONES
-#endif
 
 namespace varnet {
 
@@ -145,14 +139,18 @@ bool isOurs(const Header& header) {
     return equal(0, riffSizeOffset) && equal(formatOffset, dataSizeOffset);
 }
 
-/// Limited before it is widened: what lies beyond the limits leaves the 16 bits anyway, and a float vector is cheaper
-/// to limit than two of doubles.
+/// Truncates the exact product with 32767 in single precision, where the loop is twice as wide. The rounded product can
+/// only be wrong by having been rounded up to a whole number; then 32768 times the size, which is exact, less that
+/// number is below the size. Sizes beyond 1.5 leave the 16 bits anyway.
 VARNET_PROCESSOR_CLONES void convertToPCM(const float* samples, std::int16_t* target, std::size_t count) {
     for (std::size_t i = 0; i < count; ++i) {
         const float finite = std::isfinite(samples[i]) ? samples[i] : 0.0F;
-        const float limited = std::min(std::max(finite, -1.5F), 1.5F);
-        const auto scaled = static_cast<std::int32_t>(static_cast<double>(limited) * 32767.0);
-        target[i] = static_cast<std::int16_t>(std::min(std::max(scaled, -32768), 32767));
+        const float size = std::min(std::abs(finite), 1.5F);
+        const auto product = static_cast<std::int32_t>(size * 32767.0F);
+        const float room = size * 32768.0F - static_cast<float>(product);
+        const std::int32_t truncated = product - (room < size ? 1 : 0);
+        const std::int32_t signedValue = finite < 0 ? -truncated : truncated;
+        target[i] = static_cast<std::int16_t>(std::min(std::max(signedValue, -32768), 32767));
     }
 }
 

@@ -16,8 +16,8 @@ namespace varnet {
 class DurableWAV {
 public:
     static constexpr std::uint64_t headerSize = 44;
-    static constexpr std::uint64_t checkpointInterval = 32'000;        ///< data bytes, one second
-    static constexpr std::uint64_t maximumDataBytes = 4'294'967'259;   ///< keeps the RIFF size field in 32 bits
+    static constexpr std::uint64_t checkpointInterval = 32'000;      ///< data bytes, one second
+    static constexpr std::uint64_t maximumDataBytes = 4'294'967'259; ///< keeps the RIFF size field in 32 bits
 
     /// Creates the file, or replaces an existing one by an empty one, with mode 0600.
     explicit DurableWAV(std::filesystem::path path);

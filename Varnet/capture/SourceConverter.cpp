@@ -23,14 +23,6 @@ void requirePlausible(std::int64_t time, std::int64_t origin, std::int64_t now) 
         throw TimelineFailure(TimelineFailure::Kind::invalidTimestamp);
 }
 
-Resampler makeResampler(const CaptureFormat& format) {
-    try {
-        return Resampler(format.sampleRate, format.channelCount);
-    } catch (const Failure&) {
-        throw AudioFailure(AudioFailure::Kind::conversion);
-    }
-}
-
 } // namespace
 
 std::vector<PlacedSamples> SourceConverter::convert(const CaptureBuffer& buffer, std::int64_t now) {
@@ -38,6 +30,8 @@ std::vector<PlacedSamples> SourceConverter::convert(const CaptureBuffer& buffer,
     const auto& [sampleRate, channelCount] = buffer.format;
     if (sampleRate <= 0 || channelCount <= 0 || buffer.samples.size() % static_cast<std::size_t>(channelCount) != 0)
         throw AudioFailure(AudioFailure::Kind::format);
+    if (sampleRate > Resampler::maximumRate)
+        throw AudioFailure(AudioFailure::Kind::conversion);
     if (buffer.samples.empty())
         return {};
     const auto count = static_cast<std::int64_t>(buffer.samples.size()) / channelCount;
@@ -56,7 +50,7 @@ std::vector<PlacedSamples> SourceConverter::convert(const CaptureBuffer& buffer,
         m_anchored = true;
     }
     if (!m_resampler) {
-        m_resampler.emplace(makeResampler(buffer.format));
+        m_resampler.emplace(sampleRate, channelCount);
         m_format = buffer.format;
     }
     m_resampler->setCorrection(m_follower.correction(goesOn ? behind : 0, seconds));

@@ -2,7 +2,7 @@
 
 #include "Varnet/capture/ClockFollower.h"
 #include "Varnet/platform/AudioCapture.h"
-#include "Varnet/platform/Resampler.h"
+#include "MeetingCore/audio/Resampler.h"
 
 #include <cstdint>
 #include <optional>

@@ -129,6 +129,7 @@ TEST(SourceConverter, RefusesImpossibleTimesAndFormats) {
     SourceConverter converter(origin);
     EXPECT_THROW(converter.convert(buffer(samples, 0, {0, 1}), now), AudioFailure);
     EXPECT_THROW(converter.convert(buffer(samples, 0, {48'000, 0}), now), AudioFailure);
+    EXPECT_THROW(converter.convert(buffer(samples, 0, {1'000'000, 1}), now), AudioFailure);
 }
 
 /// How far a tone of 500 Hz in `placed` is from where it belongs, in frames; a period is 32 frames.

@@ -1,0 +1,8 @@
+#pragma once
+
+/// Marks a loop that is compiled for several generations of the processor; which one runs is chosen at the start.
+#if defined(__x86_64__) && defined(__linux__)
+#define VARNET_PROCESSOR_CLONES __attribute__((target_clones("arch=x86-64-v4", "arch=x86-64-v3", "default")))
+#else
+#define VARNET_PROCESSOR_CLONES
+#endif
