@@ -136,6 +136,24 @@ TEST_F(Engines, ACrashDuringARecordingWaitsForItsEnd) {
     EXPECT_TRUE(world->delays.empty());
 }
 
+TEST_F(Engines, NothingStartsAfterShutdown) {
+    install(Engines::developmentSpeech, serve);
+    auto engines = make();
+    await(engines->startSpeech());
+    crash();
+    ASSERT_TRUE(eventually([&] { return engines->speech() == diedLater; }));
+    engines->shutdown(); // calls off the restart
+    await(engines->startSpeech());
+    EXPECT_EQ(starts(), 1U);
+
+    engines = make();
+    Task<> start = engines->startSpeech();
+    ASSERT_TRUE(eventually([&] { return starts() == 2; }));
+    engines.reset(); // in the middle of the start
+    await(std::move(start));
+    EXPECT_FALSE(lastRuns());
+}
+
 TEST_F(Engines, ACrashOfTheFastModeFallsBackOnceAndForThisBuild) {
     struct Row {
         const char* name;
