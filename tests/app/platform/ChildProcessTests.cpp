@@ -27,8 +27,8 @@ struct Child : ::testing::Test {
         return {"/bin/sh", {"-c", script}, folder.path(), {}, folder / "logs/child.log"};
     }
 
-    std::string output(ChildProcess::Launch launch) {
-        const auto child = ChildProcess::start(std::move(launch));
+    std::string output(const ChildProcess::Launch& launch) {
+        const auto child = ChildProcess::start(launch);
         EXPECT_TRUE(eventually([&] { return !child->running(); }));
         return readFile(folder / "logs/child.log");
     }
