@@ -6,10 +6,12 @@ namespace varnet {
 
 namespace {
 
+constexpr std::string_view duplex = "Audio/Duplex";
+
 /// Whether sound of `source` comes out of nodes of that class; "Audio/Source/Virtual" is an "Audio/Source".
 bool isDevice(CaptureSource source, std::string_view mediaClass) {
     return mediaClass.starts_with(source == CaptureSource::microphone ? "Audio/Source" : "Audio/Sink") ||
-           mediaClass.starts_with("Audio/Duplex");
+           mediaClass.starts_with(duplex);
 }
 
 } // namespace
@@ -53,7 +55,10 @@ bool PipeWireGraph::suits(CaptureSource source, const Link& link) const {
     const auto node = m_mediaClasses.find(link.outputNode);
     if (node == m_mediaClasses.end() || !isDevice(source, node->second))
         return false;
-    // A duplex device has both: what it records, and the monitor of what it plays.
+    // A duplex device has both: what it records, and the monitor of what it plays. Elsewhere the mark says nothing:
+    // virtual microphones that are made of a sink hand their sound out by ports called monitors.
+    if (!node->second.starts_with(duplex))
+        return true;
     return m_monitorPorts.contains(link.outputPort) == (source == CaptureSource::system);
 }
 

@@ -9,7 +9,8 @@ using Feed = PipeWireGraph::Feed;
 using enum CaptureSource;
 
 // Nodes: 10 output, 11 microphone, 12 virtual microphone, 13 headset of both kinds, 14 another program, 20 our stream.
-// Ports: 100 the output's monitor, 130 the headset's monitor; all others are plain.
+// Ports that are monitors: 100 of the output, 120 of the virtual microphone, which is made of a sink, 130 of the
+// headset.
 PipeWireGraph graphOf(std::initializer_list<PipeWireGraph::Link> links) {
     PipeWireGraph graph;
     graph.addNode(10, "Audio/Sink");
@@ -19,6 +20,7 @@ PipeWireGraph graphOf(std::initializer_list<PipeWireGraph::Link> links) {
     graph.addNode(14, "Stream/Output/Audio");
     graph.addPort(100, true);
     graph.addPort(110, false);
+    graph.addPort(120, true);
     graph.addPort(130, true);
     std::uint32_t id = 1000;
     for (const PipeWireGraph::Link& link : links)

@@ -1,0 +1,267 @@
+#include "Varnet/capture/SystemAudioRecorder.h"
+#include "tests/platform/SoundLab.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <complex>
+#include <csignal>
+#include <fstream>
+#include <numbers>
+
+namespace varnet::test {
+namespace {
+
+constexpr int sampleRate = 16'000;
+constexpr int quantum = 1024; ///< of the graph, 48 kHz frames
+
+/// The microphone of these tests hands sound on within the cycle of the graph, the output's monitor, whose device keeps
+/// the graph's time, in the next one: so far is the microphone's track ahead, in frames of the recording.
+constexpr double microphoneLead = quantum / 3.0;
+
+std::vector<float> readTrack(const std::filesystem::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    const std::vector<char> bytes{std::istreambuf_iterator<char>(file), {}};
+    EXPECT_GE(bytes.size(), DurableWAV::headerSize);
+    std::uint32_t dataBytes = 0;
+    std::memcpy(&dataBytes, bytes.data() + 40, 4);
+    EXPECT_EQ(dataBytes, bytes.size() - DurableWAV::headerSize) << path << " was not closed";
+    std::vector<std::int16_t> pcm((bytes.size() - DurableWAV::headerSize) / 2);
+    std::memcpy(pcm.data(), bytes.data() + DurableWAV::headerSize, pcm.size() * 2);
+    std::vector<float> samples(pcm.size());
+    std::ranges::transform(pcm, samples.begin(), [](std::int16_t value) { return static_cast<float>(value) / 32'767; });
+    return samples;
+}
+
+/// Adds clicks, each a half wave of 1 ms with its top `at` seconds into the sound, from `first` on.
+void addClicks(std::vector<float>& sound, double first, double interval) {
+    for (double at = first; (at + 0.1) * 48'000 < static_cast<double>(sound.size()); at += interval)
+        for (int i = -24; i <= 24; ++i)
+            sound[static_cast<std::size_t>(at * 48'000 + i)] +=
+                0.8f * static_cast<float>(std::cos(std::numbers::pi * i / 48));
+}
+
+/// Where the clicks' tops are, in frames, from `from` on.
+std::vector<double> clicks(const std::vector<float>& track, std::size_t from = 0) {
+    std::vector<double> tops;
+    for (std::size_t i = from + 1; i + 200 < track.size(); ++i) {
+        if (track[i] < 0.3f)
+            continue;
+        const auto top = std::max_element(track.begin() + static_cast<std::ptrdiff_t>(i),
+                                          track.begin() + static_cast<std::ptrdiff_t>(i) + 100);
+        const double left = top[-1], middle = top[0], right = top[1];
+        tops.push_back(static_cast<double>(top - track.begin()) + (left - right) / (2 * (left - 2 * middle + right)));
+        i += 200;
+    }
+    return tops;
+}
+
+struct Quality {
+    double signalToNoise = 0; ///< dB, of the worst quarter second
+    double worstStep = 0;     ///< largest distance of one sample from the tone
+};
+
+/// How well `track` is one unbroken 1 kHz tone. The frequency is measured along with it, since the recording follows
+/// the clock by slight changes of the rate.
+Quality toneQuality(std::span<const float> track) {
+    constexpr std::size_t window = sampleRate / 4;
+    constexpr double step = 2 * std::numbers::pi * 1'000 / sampleRate;
+    Quality quality{.signalToNoise = 200};
+    const auto correlation = [&](std::span<const float> part, double angle, double mean) {
+        std::complex<double> sum = 0;
+        for (std::size_t i = 0; i < part.size(); ++i)
+            sum += (part[i] - mean) * std::polar(1.0, -angle * static_cast<double>(i));
+        return sum * 2.0 / static_cast<double>(part.size());
+    };
+    for (std::size_t begin = 0; begin + window <= track.size(); begin += window) {
+        const auto part = track.subspan(begin, window);
+        double mean = 0;
+        for (const float sample : part)
+            mean += sample / static_cast<double>(window);
+        const auto half = window / 2;
+        const std::complex<double> turn =
+            correlation(part.subspan(half), step, mean) / correlation(part.first(half), step, mean);
+        const double angle = step + std::arg(turn) / static_cast<double>(half);
+        const std::complex<double> fit = correlation(part, angle, mean);
+        double noise = 0;
+        for (std::size_t i = 0; i < window; ++i) {
+            const double rest = part[i] - mean - (fit * std::polar(1.0, angle * static_cast<double>(i))).real();
+            noise += rest * rest / static_cast<double>(window);
+            quality.worstStep = std::max(quality.worstStep, std::abs(rest));
+        }
+        quality.signalToNoise = std::min(quality.signalToNoise, 10 * std::log10(std::norm(fit) / 2 / noise));
+    }
+    return quality;
+}
+
+/// Plays a sound into the microphone and into the call, both in the same cycle.
+class Duet {
+public:
+    explicit Duet(const std::vector<float>& sound)
+        : m_player(QStringLiteral("pw-play"),
+                   {QStringLiteral("-P"), QStringLiteral("{ node.name = duet }"), QStringLiteral("--target"),
+                    QStringLiteral("0"), writeWAV(m_folder, QStringLiteral("duet.wav"), {sound, sound})}) {
+        EXPECT_TRUE(eventually([] {
+            return run(QStringLiteral("pw-link"), {QStringLiteral("-o")}).find("duet:output_FR") != std::string::npos;
+        }));
+        link("duet:output_FL", "desk:input_MONO");
+        link("duet:output_FR", "speakers:playback_FL");
+        link("duet:output_FR", "speakers:playback_FR");
+    }
+
+private:
+    static void link(const char* output, const char* input) {
+        run(QStringLiteral("pw-link"), {QString::fromLatin1(output), QString::fromLatin1(input)});
+    }
+
+    QTemporaryDir m_folder;
+    Background m_player;
+};
+
+/// A meeting that is being recorded on the real sound server.
+struct CaptureRecording : testing::Test {
+    TemporaryFolder folder;
+    std::mutex mutex;
+    std::vector<std::string> errors, notices;
+    SystemAudioRecorder recorder{makeAudioCapture()};
+
+    /// The devices of this suite: one quantum, and a microphone without a program in between.
+    static void SetUpTestSuite() {
+        run(QStringLiteral("pw-metadata"), {QStringLiteral("-n"), QStringLiteral("settings"), QStringLiteral("0"),
+                                            QStringLiteral("clock.force-quantum"), QString::number(quantum)});
+        run(QStringLiteral("pw-cli"),
+            {QStringLiteral("create-node"), QStringLiteral("adapter"),
+             QStringLiteral("{ factory.name = support.null-audio-sink node.name = desk audio.position = [ MONO ] "
+                            "media.class = Audio/Source/Virtual priority.session = 3000 object.linger = true }")});
+        ASSERT_TRUE(eventually([] {
+            return run(QStringLiteral("pw-metadata"), {QStringLiteral("0")}).find(R"({"name":"desk"})") !=
+                   std::string::npos;
+        }));
+    }
+
+    void record() {
+        RecorderCallbacks callbacks;
+        callbacks.onError = [this](std::exception_ptr error) {
+            const std::lock_guard lock(mutex);
+            errors.push_back(describe(error));
+        };
+        callbacks.onNotice = [this](std::string text) {
+            const std::lock_guard lock(mutex);
+            notices.push_back(std::move(text));
+        };
+        await(recorder.start(folder.path() / "meeting.wav", std::move(callbacks)));
+    }
+
+    static pid_t server() { return static_cast<pid_t>(qEnvironmentVariableIntValue("VARNET_TEST_PIPEWIRE_PID")); }
+
+    std::vector<float> track(const char* name) const { return readTrack(folder.path() / name); }
+
+    void expectEqualLengths(std::chrono::seconds atLeast) const {
+        const std::size_t length = track("meeting.wav").size();
+        EXPECT_GE(length, static_cast<std::size_t>(atLeast.count() * sampleRate));
+        EXPECT_EQ(track("microphone.wav").size(), length);
+        EXPECT_EQ(track("system.wav").size(), length);
+    }
+};
+
+// VARNET_TEST_TONE_SECONDS makes the recording longer, to see whether the tracks drift apart.
+TEST_F(CaptureRecording, ToneIsUnbrokenAndTracksStayAligned) {
+    const int seconds = std::max(60, qEnvironmentVariableIntValue("VARNET_TEST_TONE_SECONDS"));
+    std::vector<float> sound = tone(1'000, seconds + 1.5, 0.5f);
+    sound.resize(sound.size() + 5 * 48'000);
+    addClicks(sound, seconds + 2.5, 1);
+    const Duet duet(sound); // first, for a graph that stays as it is
+    record();
+    listen(std::chrono::seconds(seconds + 6));
+    await(recorder.stop());
+
+    expectEqualLengths(std::chrono::seconds(seconds + 5));
+    std::map<std::string, std::vector<double>> tops;
+    for (const char* name : {"microphone.wav", "system.wav"}) {
+        const std::vector<float> samples = track(name);
+        const auto onset = std::ranges::find_if(samples, [](float sample) { return sample > 0.2f; }) - samples.begin();
+        const auto steady = static_cast<std::size_t>(onset) + sampleRate;
+        const auto length = static_cast<std::size_t>(seconds) * sampleRate;
+        ASSERT_GT(samples.size(), steady + length);
+        const Quality quality = toneQuality(std::span(samples).subspan(steady, length));
+        std::printf("%s: %d s of tone, SNR %.1f dB, worst sample %.5f off\n", name, seconds, quality.signalToNoise,
+                    quality.worstStep);
+        EXPECT_GE(quality.signalToNoise, 70) << name;
+        EXPECT_LT(quality.worstStep, 0.0005) << name;
+        tops[name] = clicks(samples, steady + length + sampleRate);
+    }
+    ASSERT_GE(tops["microphone.wav"].size(), 3u);
+    ASSERT_EQ(tops["microphone.wav"].size(), tops["system.wav"].size());
+    for (std::size_t i = 0; i < tops["system.wav"].size(); ++i) {
+        const double apart = tops["microphone.wav"][i] - tops["system.wav"][i] + microphoneLead;
+        std::printf("click %zu: %.2f frames apart\n", i, apart);
+        EXPECT_LE(std::abs(apart), 16);
+    }
+    EXPECT_THAT(errors, testing::IsEmpty());
+}
+
+TEST_F(CaptureRecording, PauseOfTheServerIsSilenceAtItsOwnPlaceAndNothingShifts) {
+    constexpr double interval = 0.25;
+    std::vector<float> sound(20 * 48'000);
+    addClicks(sound, interval, interval);
+    std::optional<Duet> duet(sound);
+    record();
+    listen(2s);
+    kill(server(), SIGSTOP);
+    listen(2s);
+    kill(server(), SIGCONT);
+    listen(3s);
+    duet.reset();
+    const std::int64_t soundEnd = monotonicNanoseconds();
+    listen(500ms);
+    const std::int64_t recordingEnd = monotonicNanoseconds();
+    await(recorder.stop());
+
+    expectEqualLengths(7s);
+    std::map<std::string, std::vector<double>> tops;
+    for (const char* name : {"microphone.wav", "system.wav"}) {
+        const std::vector<float> samples = track(name);
+        tops[name] = clicks(samples);
+        double longestSilence = 0;
+        for (std::size_t i = 1; i < tops[name].size(); ++i)
+            longestSilence = std::max(longestSilence, (tops[name][i] - tops[name][i - 1]) / sampleRate);
+        // The server makes up for what it has missed, with holes, and the last 0.4 s of that come in time.
+        EXPECT_GT(longestSilence, 1.4) << name;
+        EXPECT_LT(longestSilence, 3) << name;
+        const double end = static_cast<double>(samples.size()) - double(recordingEnd - soundEnd) * 1e-9 * sampleRate;
+        EXPECT_NEAR((end - tops[name].back()) / sampleRate, interval / 2, interval / 2 + 0.1) << name;
+    }
+    int pairs = 0;
+    for (const double call : tops["system.wav"])
+        for (const double voice : tops["microphone.wav"])
+            if (std::abs(voice - call) < interval / 2 * sampleRate && call > 5 * sampleRate) {
+                EXPECT_NEAR(voice - call, -microphoneLead, 16);
+                ++pairs;
+            }
+    EXPECT_GE(pairs, 6);
+    EXPECT_THAT(errors, testing::IsEmpty());
+    EXPECT_THAT(notices, testing::IsEmpty());
+}
+
+TEST_F(CaptureRecording, EndOfTheServerLeavesWholeFiles) {
+    const Duet duet(tone(1'000, 5, 0.5f));
+    record();
+    listen(2s);
+    kill(server(), SIGKILL);
+    EXPECT_TRUE(eventually(
+        [&] {
+            const std::lock_guard lock(mutex);
+            return !errors.empty();
+        },
+        1s));
+    EXPECT_THROW(await(recorder.stop()), SpeechFailure);
+    EXPECT_THAT(errors, testing::ElementsAre("The sound server has stopped, so the capture has ended."));
+    expectEqualLengths(1s);
+    const std::vector<float> call = track("system.wav");
+    EXPECT_NEAR(amplitude(std::span(call).last(1'600), 1'000, sampleRate), 0.5, 0.01);
+}
+
+} // namespace
+} // namespace varnet::test
