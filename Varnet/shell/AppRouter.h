@@ -11,6 +11,8 @@ class AppRouter : public QObject {
     QML_ELEMENT
     QML_UNCREATABLE("The application makes its one router")
     Q_PROPERTY(Page page READ page WRITE setPage NOTIFY pageChanged)
+    Q_PROPERTY(bool showingLibrary READ showingLibrary NOTIFY pageChanged)
+    Q_PROPERTY(bool showingMeeting READ showingMeeting NOTIFY pageChanged)
     Q_PROPERTY(bool importing READ importing WRITE setImporting NOTIFY importingChanged)
     Q_PROPERTY(int searchFocusRequest READ searchFocusRequest NOTIFY searchFocusRequestChanged)
 
@@ -22,6 +24,8 @@ public:
 
     Page page() const { return m_page; }
     void setPage(Page page);
+    bool showingLibrary() const { return m_page == Page::library; }
+    bool showingMeeting() const { return m_page == Page::meeting; }
 
     /// True asks the main window to present the audio file picker.
     bool importing() const { return m_importing; }

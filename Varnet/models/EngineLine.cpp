@@ -1,0 +1,31 @@
+#include "Varnet/models/EngineLine.h"
+
+#include "Varnet/engines/EngineState.h"
+#include "Varnet/models/Text.h"
+#include "Varnet/models/Theme.h"
+
+namespace varnet {
+
+EngineLine EngineLine::of(const EngineState& state) {
+    using Kind = EngineState::Kind;
+    const auto line = [&](const char* words, Theme::Tone tone) {
+        return EngineLine{QObject::tr(words), static_cast<int>(tone), toQString(state.text)};
+    };
+    switch (state.kind) {
+    case Kind::ready:
+        return line("Ready", Theme::Tone::ok);
+    case Kind::missing:
+        return line("Not installed", Theme::Tone::amber);
+    case Kind::failed:
+        return line("Didn't start", Theme::Tone::rec);
+    case Kind::unknown:
+        return line("Checking", Theme::Tone::faint);
+    case Kind::starting:
+        return line("Starting", Theme::Tone::amber);
+    case Kind::stopped:
+        return line("Off", Theme::Tone::faint);
+    }
+    return {};
+}
+
+} // namespace varnet

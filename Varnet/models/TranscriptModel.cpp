@@ -1,0 +1,100 @@
+#include "Varnet/models/TranscriptModel.h"
+
+#include "Varnet/models/Palette.h"
+#include "Varnet/models/Text.h"
+
+#include <algorithm>
+
+namespace varnet {
+
+int SpeakerHues::hue(const std::string& label) {
+    if (label == "Unassigned")
+        return -1;
+    const int next = static_cast<int>(m_hues.size() % Palette::light().speakers.size());
+    return m_hues.try_emplace(label, next).first->second;
+}
+
+void TranscriptModel::show(const Meeting& meeting, std::span<const TranscriptTurn> turns, SpeakerHues& hues) {
+    std::vector<Row> rows;
+    rows.reserve(turns.size());
+    for (const auto& turn : turns)
+        rows.push_back(row(meeting, turn, hues));
+    updateTo(rows);
+}
+
+void TranscriptModel::append(const Meeting& meeting, std::span<const TranscriptTurn> turns, SpeakerHues& hues) {
+    if (turns.empty())
+        return;
+    beginInsertRows({}, count(), count() + static_cast<int>(turns.size()) - 1);
+    for (const auto& turn : turns)
+        m_rows.push_back(row(meeting, turn, hues));
+    endInsertRows();
+    Q_EMIT countChanged();
+}
+
+void TranscriptModel::clear() {
+    if (m_rows.empty())
+        return;
+    beginResetModel();
+    m_rows.clear();
+    endResetModel();
+    Q_EMIT countChanged();
+}
+
+int TranscriptModel::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : count();
+}
+
+QVariant TranscriptModel::data(const QModelIndex& index, int role) const {
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid))
+        return {};
+    const auto& row = m_rows[index.row()];
+    switch (role) {
+    case SpeakerRole:
+        return row.speaker;
+    case HueRole:
+        return row.hue;
+    case ClockRole:
+        return row.clock;
+    case Qt::DisplayRole:
+    case WordsRole:
+        return row.words;
+    case SpokenRole:
+        return QStringLiteral("%1, %2: %3").arg(row.speaker, row.clock, row.words);
+    default:
+        return {};
+    }
+}
+
+QHash<int, QByteArray> TranscriptModel::roleNames() const {
+    return {
+        {SpeakerRole, "speaker"}, {HueRole, "hue"}, {ClockRole, "clock"}, {WordsRole, "words"}, {SpokenRole, "spoken"}};
+}
+
+TranscriptModel::Row TranscriptModel::row(const Meeting& meeting, const TranscriptTurn& turn, SpeakerHues& hues) {
+    return {toQString(meeting.speakerName(turn.speaker)), hues.hue(turn.speaker),
+            toQString(Meeting::timestamp(turn.start)), toQString(turn.text())};
+}
+
+void TranscriptModel::updateTo(const std::vector<Row>& rows) {
+    const int before = count(), after = static_cast<int>(rows.size());
+    if (after < before) {
+        beginRemoveRows({}, after, before - 1);
+        m_rows.resize(rows.size());
+        endRemoveRows();
+    }
+    for (int place = 0; place < count(); ++place)
+        if (m_rows[place] != rows[place]) {
+            m_rows[place] = rows[place];
+            Q_EMIT dataChanged(index(place), index(place));
+        }
+    if (after > before) {
+        beginInsertRows({}, before, after - 1);
+        m_rows.insert(m_rows.end(), rows.begin() + before, rows.end());
+        endInsertRows();
+    }
+    if (after != before)
+        Q_EMIT countChanged();
+}
+
+} // namespace varnet

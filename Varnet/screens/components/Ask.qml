@@ -1,0 +1,73 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import QtQuick.Layouts
+import QtQuick.Templates as T
+import Varnet
+
+// A question over the window with two answers. It stays until one is given or Escape dismisses it.
+Dialog {
+    id: root
+
+    required property string question
+    required property string explanation
+    required property string firstAnswer
+    required property string secondAnswer
+
+    signal first
+    signal second
+    signal dismissed
+
+    anchors.centerIn: T.Overlay.overlay
+    closePolicy: Popup.NoAutoClose
+    modal: true
+    padding: 6 * Theme.unit
+    title: question
+    width: Math.min(120 * Theme.unit, T.Overlay.overlay ? T.Overlay.overlay.width - 16 * Theme.unit : 0)
+
+    T.Overlay.modal: Rectangle {
+        color: Theme.window
+        opacity: 0.7
+    }
+    header: Item {}
+    background: Rectangle {
+        border.color: Theme.line
+        border.width: 1
+        color: Theme.surface
+        radius: Theme.cardRadius
+    }
+    contentItem: ColumnLayout {
+        spacing: 2 * Theme.unit
+        Keys.onEscapePressed: root.dismissed()
+
+        ThemedText {
+            Layout.fillWidth: true
+            text: root.question
+            type: Theme.heading
+            wrapMode: Text.Wrap
+        }
+
+        ThemedText {
+            Layout.fillWidth: true
+            color: Theme.secondary
+            text: root.explanation
+            wrapMode: Text.Wrap
+        }
+
+        RowLayout {
+            Layout.alignment: Qt.AlignRight
+            Layout.topMargin: 3 * Theme.unit
+            spacing: 2 * Theme.unit
+
+            PlainButton {
+                text: root.firstAnswer
+                onClicked: root.first()
+            }
+
+            PrimaryButton {
+                focus: true
+                text: root.secondAnswer
+                onClicked: root.second()
+            }
+        }
+    }
+}

@@ -1,0 +1,26 @@
+import QtQuick
+import Varnet
+
+// Two offset bars, a long and a short one: two tracks.
+Item {
+    Accessible.ignored: true
+    implicitHeight: 4 * Theme.unit
+    implicitWidth: 5 * Theme.unit
+
+    Rectangle {
+        color: Theme.text
+        height: parent.height * 0.34
+        radius: height / 2
+        width: parent.width * 0.8
+        y: parent.height * 0.08
+    }
+
+    Rectangle {
+        anchors.right: parent.right
+        color: Theme.rec
+        height: parent.height * 0.34
+        radius: height / 2
+        width: parent.width * 0.55
+        y: parent.height * 0.58
+    }
+}

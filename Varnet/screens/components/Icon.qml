@@ -1,0 +1,14 @@
+import QtQuick
+import QtQuick.Controls.impl
+import Varnet
+
+// One of the application's symbols, tinted.
+IconImage {
+    required property string symbol
+
+    color: Theme.text
+    height: sourceSize.height
+    source: symbol === "" ? "" : "../icons/" + symbol + ".svg"
+    sourceSize: Qt.size(4 * Theme.unit, 4 * Theme.unit)
+    width: sourceSize.width
+}

@@ -1,0 +1,36 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import Varnet
+
+// A symbol that can be pressed. `text` says what it does, to screen readers and on hover.
+Button {
+    id: root
+
+    required property string symbol
+
+    Accessible.name: text
+    ToolTip.delay: 600
+    ToolTip.text: text
+    ToolTip.visible: hovered && text !== ""
+    padding: 2 * Theme.unit
+
+    background: Rectangle {
+        color: root.down ? Theme.line : root.hovered ? Theme.raised : "transparent"
+        radius: Theme.controlRadius
+
+        FocusRing {
+            control: root
+            anchors.fill: parent
+        }
+    }
+    contentItem: Item {
+        implicitHeight: 4 * Theme.unit
+        implicitWidth: 4 * Theme.unit
+
+        Icon {
+            anchors.centerIn: parent
+            color: Theme.secondary
+            symbol: root.symbol
+        }
+    }
+}

@@ -1,0 +1,30 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import Varnet
+
+// A button among others: an outline and a word.
+Button {
+    id: root
+
+    bottomPadding: Theme.unit
+    leftPadding: 3 * Theme.unit
+    rightPadding: 3 * Theme.unit
+    topPadding: Theme.unit
+
+    background: Rectangle {
+        border.color: Theme.line
+        border.width: 1
+        color: root.down || root.hovered ? Theme.raised : Theme.surface
+        radius: Theme.controlRadius
+
+        FocusRing {
+            control: root
+            anchors.fill: parent
+        }
+    }
+    contentItem: ThemedText {
+        horizontalAlignment: Text.AlignHCenter
+        text: root.text
+        type: Theme.emphasis
+    }
+}

@@ -1,0 +1,49 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import QtQuick.Layouts
+import Varnet
+
+// A place that the sidebar leads to, with how many things are there.
+Button {
+    id: root
+
+    required property string symbol
+    property string detail
+    property bool current: false
+
+    Accessible.name: detail ? text + ", " + detail : text
+    bottomPadding: 1.5 * Theme.unit
+    leftPadding: 3 * Theme.unit
+    rightPadding: 3 * Theme.unit
+    topPadding: 1.5 * Theme.unit
+
+    background: Rectangle {
+        color: root.current ? Theme.selection : root.hovered ? Theme.raised : "transparent"
+        radius: Theme.controlRadius
+
+        FocusRing {
+            anchors.fill: parent
+            control: root
+        }
+    }
+    contentItem: RowLayout {
+        spacing: 2 * Theme.unit
+
+        Icon {
+            color: root.current ? Theme.text : Theme.secondary
+            symbol: root.symbol
+        }
+
+        ThemedText {
+            Layout.fillWidth: true
+            text: root.text
+            type: root.current ? Theme.emphasis : Theme.body
+        }
+
+        ThemedText {
+            color: Theme.secondary
+            text: root.detail
+            type: Theme.caption
+        }
+    }
+}

@@ -1,0 +1,30 @@
+import QtQuick
+import QtQuick.Layouts
+import Varnet
+
+// What stands in the library before the first meeting.
+ColumnLayout {
+    spacing: Theme.unit
+
+    BrandMark {
+        Layout.alignment: Qt.AlignHCenter
+        Layout.bottomMargin: 4 * Theme.unit
+        Layout.preferredHeight: 10 * Theme.unit
+        Layout.preferredWidth: 12 * Theme.unit
+        opacity: 0.9
+    }
+
+    ThemedText {
+        Layout.alignment: Qt.AlignHCenter
+        text: qsTr("No meetings yet")
+        type: Theme.heading
+    }
+
+    ThemedText {
+        Layout.fillWidth: true
+        color: Theme.secondary
+        horizontalAlignment: Text.AlignHCenter
+        text: qsTr("Press New Recording, or Ctrl+N, when your next call begins.")
+        wrapMode: Text.Wrap
+    }
+}

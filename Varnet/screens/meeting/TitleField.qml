@@ -1,0 +1,50 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import Varnet
+
+// The title, edited in place: Enter or leaving it keeps the new words, Escape the old ones.
+TextField {
+    id: root
+
+    required property string title
+
+    signal renamed(string title)
+
+    function settle() {
+        text = Qt.binding(() => title)
+        cursorPosition = 0
+    }
+
+    Accessible.name: qsTr("Title")
+    bottomPadding: Theme.unit
+    color: Theme.text
+    font: Theme.title.font
+    leftPadding: 2 * Theme.unit
+    maximumLength: 300
+    rightPadding: 2 * Theme.unit
+    selectByMouse: true
+    selectedTextColor: Theme.text
+    selectionColor: Theme.selection
+    text: title
+    topPadding: Theme.unit
+
+    Keys.onEscapePressed: {
+        settle()
+        focus = false
+    }
+    Keys.onShortcutOverride: event => event.accepted = event.key === Qt.Key_Escape
+    onAccepted: focus = false
+    onEditingFinished: {
+        if (text !== title)
+            renamed(text)
+        settle()
+    }
+    onTitleChanged: if (!activeFocus) settle()
+
+    background: Rectangle {
+        border.color: root.activeFocus ? Theme.accent : Theme.line
+        border.width: root.activeFocus ? 2 : root.hovered ? 1 : 0
+        color: "transparent"
+        radius: Theme.controlRadius
+    }
+}

@@ -1,0 +1,50 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import QtQuick.Layouts
+import Varnet
+
+// One engine with its state as a dot and in words; what is wrong with it on hover.
+Item {
+    id: root
+
+    required property string name
+    required property var engine
+
+    Accessible.description: engine.detail
+    Accessible.name: name + ": " + engine.words
+    Accessible.role: Accessible.StaticText
+    ToolTip.delay: 400
+    ToolTip.text: engine.detail
+    ToolTip.visible: hover.hovered && engine.detail !== ""
+    implicitHeight: row.implicitHeight
+
+    HoverHandler {
+        id: hover
+    }
+
+    RowLayout {
+        id: row
+
+        anchors.fill: parent
+        spacing: 2 * Theme.unit
+
+        StatusDot {
+            tone: root.engine.tone
+        }
+
+        ThemedText {
+            Accessible.ignored: true
+            Layout.fillWidth: true
+            color: Theme.secondary
+            text: root.name
+            type: Theme.caption
+        }
+
+        ThemedText {
+            Accessible.ignored: true
+            color: Theme.secondary
+            text: root.engine.words
+            type: Theme.caption
+        }
+    }
+}

@@ -1,0 +1,91 @@
+#include "Varnet/shell/ApplicationBus.h"
+
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+
+namespace varnet {
+
+namespace {
+
+const auto busName = QStringLiteral("org.varnet.Varnet");
+const auto objectPath = QStringLiteral("/org/varnet/Varnet");
+const auto interfaceName = QStringLiteral("org.freedesktop.Application");
+constexpr int answerMilliseconds = 5000;
+
+} // namespace
+
+ApplicationBus::ApplicationBus(BusActions actions, QDBusConnection connection)
+    : m_actions(std::move(actions)), m_connection(std::move(connection)) {}
+
+ApplicationBus::~ApplicationBus() {
+    if (!m_registered)
+        return;
+    m_connection.unregisterService(busName);
+    m_connection.unregisterObject(objectPath);
+}
+
+ApplicationBus::Registration ApplicationBus::registerName() {
+    if (!m_connection.isConnected() || !m_connection.interface())
+        return Registration::noBus;
+    if (!m_connection.registerObject(objectPath, this, QDBusConnection::ExportScriptableSlots))
+        return Registration::nameTaken;
+    const auto reply = m_connection.interface()->registerService(busName, QDBusConnectionInterface::DontQueueService,
+                                                                 QDBusConnectionInterface::DontAllowReplacement);
+    m_registered = reply.isValid() && reply.value() == QDBusConnectionInterface::ServiceRegistered;
+    if (m_registered)
+        return Registration::registered;
+    m_connection.unregisterObject(objectPath);
+    return Registration::nameTaken;
+}
+
+std::optional<pid_t> ApplicationBus::owner(QDBusConnection connection) {
+    if (!connection.isConnected() || !connection.interface())
+        return {};
+    const auto reply = connection.interface()->servicePid(busName);
+    if (!reply.isValid())
+        return {};
+    return static_cast<pid_t>(reply.value());
+}
+
+bool ApplicationBus::activateOwner(QDBusConnection connection) {
+    QVariantMap platformData;
+    for (const auto& [variable, key] :
+         {std::pair{"XDG_ACTIVATION_TOKEN", "activation-token"}, std::pair{"DESKTOP_STARTUP_ID", "desktop-startup-id"}})
+        if (qEnvironmentVariableIsSet(variable))
+            platformData.insert(QString::fromLatin1(key), qEnvironmentVariable(variable));
+    auto message = QDBusMessage::createMethodCall(busName, objectPath, interfaceName, QStringLiteral("Activate"));
+    message.setAutoStartService(false);
+    message << platformData;
+    return connection.call(message, QDBus::Block, answerMilliseconds).type() == QDBusMessage::ReplyMessage;
+}
+
+void ApplicationBus::Activate(const QVariantMap& platformData) {
+    show(platformData);
+}
+
+void ApplicationBus::Open(const QStringList& uris, const QVariantMap& platformData) {
+    show(platformData);
+    if (!uris.isEmpty())
+        sendErrorReply(QDBusError::NotSupported, QStringLiteral("This version does not open files."));
+}
+
+void ApplicationBus::ActivateAction(const QString& name, const QVariantList&, const QVariantMap& platformData) {
+    if (name == QLatin1String("show"))
+        show(platformData);
+    else if (name == QLatin1String("toggle-recording"))
+        m_actions.toggleRecording();
+    else if (name == QLatin1String("quit"))
+        m_actions.quit();
+    else
+        sendErrorReply(QDBusError::InvalidArgs, QStringLiteral("There is no action \"%1\".").arg(name));
+}
+
+void ApplicationBus::show(const QVariantMap& platformData) {
+    // The windowing system lets a program come to the front only with the token of who asked for it.
+    const auto token = platformData.value(QStringLiteral("activation-token")).toString();
+    if (!token.isEmpty())
+        qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8());
+    m_actions.show();
+}
+
+} // namespace varnet

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QDBusContext>
+#include <QObject>
+#include <QVariantMap>
+
+#include <sys/types.h>
+
+#include <functional>
+#include <optional>
+
+namespace varnet {
+
+/// What others may ask of the program over the session bus.
+struct BusActions {
+    std::function<void()> show;
+    std::function<void()> toggleRecording;
+    std::function<void()> quit;
+};
+
+/// The program on the session bus: the name org.varnet.Varnet, and at /org/varnet/Varnet the interface
+/// org.freedesktop.Application with the actions "show", "toggle-recording" and "quit". Main thread.
+class ApplicationBus : public QObject, protected QDBusContext {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
+
+public:
+    explicit ApplicationBus(BusActions actions, QDBusConnection connection = QDBusConnection::sessionBus());
+    ~ApplicationBus() override;
+
+    enum class Registration { registered, nameTaken, noBus };
+
+    /// Exports the object, then takes the name: who sees the name finds the object.
+    Registration registerName();
+
+    /// The process that owns the name; absent when none does or there is no bus.
+    static std::optional<pid_t> owner(QDBusConnection connection = QDBusConnection::sessionBus());
+
+    /// Asks the owner of the name to bring its window up. Waits a few seconds; false when it does not answer.
+    static bool activateOwner(QDBusConnection connection = QDBusConnection::sessionBus());
+
+public Q_SLOTS:
+    Q_SCRIPTABLE void Activate(const QVariantMap& platformData);
+    Q_SCRIPTABLE void Open(const QStringList& uris, const QVariantMap& platformData);
+    Q_SCRIPTABLE void ActivateAction(const QString& name, const QVariantList& parameter,
+                                     const QVariantMap& platformData);
+
+private:
+    void show(const QVariantMap& platformData);
+
+    BusActions m_actions;
+    QDBusConnection m_connection;
+    bool m_registered = false;
+};
+
+} // namespace varnet

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace varnet {
+
+/// What the program was started with. A value argument takes the next element of the list; the first element that is
+/// equal to the flag decides, and a flag at the very end counts as not given. Unknown arguments are ignored.
+struct CommandLine {
+    std::optional<std::filesystem::path> storageRoot{}; ///< --storage-root: the library to use in place of the user's
+
+    /// --export-ui stands in the list. Such a run only reads: no engines, no repairs, no lock. Everything below counts
+    /// only in such a run.
+    bool exportsWindow = false;
+    std::optional<std::string> appearance{}; ///< --appearance: "dark" is dark, anything else is light
+    bool showsMeeting = false;               ///< --show-meeting
+    bool previewsRecording = false;          ///< --preview-recording
+    bool previewsCallMissing = false;        ///< --preview-call-missing, which changes the former
+
+    static CommandLine parse(const std::vector<std::string>& arguments);
+
+    bool operator==(const CommandLine&) const = default;
+};
+
+} // namespace varnet

@@ -1,0 +1,142 @@
+#include "Varnet/shell/MainWindow.h"
+
+#include "Varnet/shell/VarnetApp.h"
+
+#include <QEvent>
+#include <QGuiApplication>
+#include <QQuickStyle>
+#include <QQuickWindow>
+#include <QScreen>
+
+void qml_register_types_Varnet();
+
+namespace varnet {
+
+namespace {
+
+constexpr QSize usualSize{1280, 820};
+constexpr auto closeNoticeKey = "CloseNoticeShown";
+
+/// The module's types are registered by a static object that only a mention brings into the program.
+void registerScreens() {
+    [[maybe_unused]] auto* volatile registration = &qml_register_types_Varnet;
+}
+
+} // namespace
+
+MainWindow::MainWindow(VarnetApp& app, QObject* parent)
+    : QObject(parent),
+      m_app(app),
+      m_clock(app.store()),
+      m_library(app.store()),
+      m_meetingPage(app.store(), m_clock),
+      m_sidebar(app.store(), app.engines(), m_clock),
+      m_banner(app.store()) {
+    connect(&app.delegate(), &MeetingAppDelegate::askingToSaveChanged, this, [this] {
+        if (m_app.delegate().askingToSave())
+            show();
+    });
+}
+
+MainWindow::~MainWindow() {
+    if (m_window && m_window->isVisible())
+        keepGeometry();
+}
+
+bool MainWindow::open() {
+    registerScreens();
+    if (QQuickStyle::name().isEmpty())
+        QQuickStyle::setStyle(QStringLiteral("Basic"));
+    m_engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
+    const auto object = [](QObject* of) { return QVariant::fromValue(of); };
+    m_engine.setInitialProperties({{QStringLiteral("commands"), object(&m_app.commands())},
+                                   {QStringLiteral("router"), object(&m_app.router())},
+                                   {QStringLiteral("delegate"), object(&m_app.delegate())},
+                                   {QStringLiteral("frame"), object(this)},
+                                   {QStringLiteral("banner"), object(&m_banner)},
+                                   {QStringLiteral("library"), object(&m_library)},
+                                   {QStringLiteral("meetingPage"), object(&m_meetingPage)},
+                                   {QStringLiteral("sidebar"), object(&m_sidebar)}});
+    m_engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Varnet/screens/Main.qml")));
+    if (m_engine.rootObjects().isEmpty())
+        return false;
+    m_window = qobject_cast<QQuickWindow*>(m_engine.rootObjects().constFirst());
+    if (!m_window)
+        return false;
+    m_window->installEventFilter(this);
+    restoreGeometry();
+    m_window->show();
+    return true;
+}
+
+void MainWindow::show() {
+    if (!m_window)
+        return;
+    if (m_window->windowState() == Qt::WindowMinimized)
+        m_window->showNormal();
+    else
+        m_window->show();
+    m_window->raise();
+    m_window->requestActivate();
+}
+
+QString MainWindow::closeNotice() const {
+    return tr("Recordings and the engines go on while the window is closed. Start %1 again to bring the window back; "
+              "Ctrl+Q quits. This is said only once.")
+        .arg(QGuiApplication::applicationDisplayName());
+}
+
+void MainWindow::close() {
+    m_app.settings().setFlag(closeNoticeKey, true);
+    setAskingToClose(false);
+    m_window->close();
+}
+
+void MainWindow::cancelClosing() {
+    setAskingToClose(false);
+}
+
+bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() != QEvent::Close || watched != m_window)
+        return QObject::eventFilter(watched, event);
+    if (!m_app.settings().flag(closeNoticeKey).value_or(false)) {
+        event->ignore();
+        setAskingToClose(true);
+        return true;
+    }
+    keepGeometry();
+    return false;
+}
+
+void MainWindow::restoreGeometry() {
+    const auto& settings = m_app.settings();
+    const QSize size(settings.number("WindowWidth").value_or(usualSize.width()),
+                     settings.number("WindowHeight").value_or(usualSize.height()));
+    m_window->resize(size.expandedTo(m_window->minimumSize()));
+    const auto x = settings.number("WindowX"), y = settings.number("WindowY");
+    if (!x || !y)
+        return;
+    // A screen that has gone since must not hide the window.
+    for (const auto* screen : QGuiApplication::screens())
+        if (screen->availableGeometry().contains(QPoint(*x, *y)))
+            m_window->setPosition(*x, *y);
+}
+
+void MainWindow::keepGeometry() {
+    if (m_window->windowStates() != Qt::WindowNoState)
+        return;
+    auto& settings = m_app.settings();
+    settings.setNumber("WindowX", m_window->x());
+    settings.setNumber("WindowY", m_window->y());
+    settings.setNumber("WindowWidth", m_window->width());
+    settings.setNumber("WindowHeight", m_window->height());
+}
+
+void MainWindow::setAskingToClose(bool asking) {
+    if (asking == m_askingToClose)
+        return;
+    m_askingToClose = asking;
+    Q_EMIT askingToCloseChanged();
+}
+
+} // namespace varnet

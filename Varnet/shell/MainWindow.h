@@ -1,0 +1,67 @@
+#pragma once
+
+#include "Varnet/models/ErrorBanner.h"
+#include "Varnet/models/LibraryModel.h"
+#include "Varnet/models/MeetingPage.h"
+#include "Varnet/models/RecordingClock.h"
+#include "Varnet/models/SidebarState.h"
+
+#include <QObject>
+#include <QQmlApplicationEngine>
+#include <QtQml/qqmlregistration.h>
+
+class QQuickWindow;
+
+namespace varnet {
+
+class VarnetApp;
+
+/// The main window and the models that it shows. Closing it hides it and leaves the program running; where nothing else
+/// stands for the program on the desktop, the user is told so the first time. Main thread; the application object must
+/// outlive it.
+class MainWindow : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("The application makes its one window")
+    Q_PROPERTY(bool askingToClose READ askingToClose NOTIFY askingToCloseChanged)
+    Q_PROPERTY(QString closeNotice READ closeNotice CONSTANT)
+
+public:
+    explicit MainWindow(VarnetApp& app, QObject* parent = nullptr);
+    ~MainWindow() override;
+
+    /// Loads the window at its last place and size. False when the screens could not be loaded; the log says why.
+    bool open();
+
+    /// Brings the window up and forward.
+    void show();
+
+    QQuickWindow* window() const { return m_window; }
+
+    bool askingToClose() const { return m_askingToClose; } ///< the notice about going on in the background is up
+    QString closeNotice() const;
+    Q_INVOKABLE void close();         ///< the notice has been read: the window goes
+    Q_INVOKABLE void cancelClosing(); ///< it stays
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+Q_SIGNALS:
+    void askingToCloseChanged();
+
+private:
+    void restoreGeometry();
+    void keepGeometry();
+    void setAskingToClose(bool asking);
+
+    VarnetApp& m_app;
+    RecordingClock m_clock;
+    LibraryModel m_library;
+    MeetingPage m_meetingPage;
+    SidebarState m_sidebar;
+    ErrorBanner m_banner;
+    bool m_askingToClose = false;
+    QQuickWindow* m_window = nullptr;
+    QQmlApplicationEngine m_engine; ///< last: its objects look at the others
+};
+
+} // namespace varnet

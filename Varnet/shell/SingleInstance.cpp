@@ -1,0 +1,48 @@
+#include "Varnet/shell/SingleInstance.h"
+
+#include "Varnet/platform/AppInfo.h"
+#include "Varnet/shell/ApplicationBus.h"
+
+#include <chrono>
+#include <thread>
+
+namespace varnet::SingleInstance {
+
+namespace {
+
+std::string named(std::optional<pid_t> process) {
+    return process ? "process " + std::to_string(*process) : "another process";
+}
+
+/// Whether the holder shows itself. It may have the lock and not yet the name on the bus.
+bool activate(pid_t holder) {
+    using namespace std::chrono_literals;
+    for (int attempt = 0; attempt < 50; ++attempt) {
+        if (const auto owner = ApplicationBus::owner())
+            return *owner == holder && ApplicationBus::activateOwner();
+        if (!QDBusConnection::sessionBus().isConnected())
+            return false;
+        std::this_thread::sleep_for(100ms);
+    }
+    return false;
+}
+
+} // namespace
+
+std::optional<Refusal> settle(const StorageLock& lock, const std::filesystem::path& storageRoot) {
+    if (lock.held()) {
+        const auto owner = ApplicationBus::owner();
+        return owner ? std::optional(anotherLibraryOpen(owner)) : std::nullopt;
+    }
+    if (lock.holder() && activate(*lock.holder()))
+        return Refusal{};
+    return Refusal{1, AppInfo::name() + " is already running: " + named(lock.holder()) + " holds the meetings in " +
+                          storageRoot.string() + "."};
+}
+
+Refusal anotherLibraryOpen(std::optional<pid_t> process) {
+    return {1, AppInfo::name() + " is already running with other meetings: " + named(process) +
+                   ". Quit it before another folder is opened."};
+}
+
+} // namespace varnet::SingleInstance

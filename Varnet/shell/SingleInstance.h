@@ -1,0 +1,29 @@
+#pragma once
+
+#include "Varnet/shell/StorageLock.h"
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+namespace varnet {
+
+/// One program per user and one process per library, settled before anything is read or repaired.
+namespace SingleInstance {
+
+/// What a start that is not the only one comes to.
+struct Refusal {
+    int exitCode = 0;    ///< 0 when the running program has been asked to show its window
+    std::string message; ///< a finished sentence for the terminal; empty with exit code 0
+};
+
+/// Absent when this process may go on. Otherwise the holder of the lock is asked over the bus to show itself; while it
+/// is still starting this waits some seconds.
+std::optional<Refusal> settle(const StorageLock& lock, const std::filesystem::path& storageRoot);
+
+/// The refusal of a start beside a program that has another library open.
+Refusal anotherLibraryOpen(std::optional<pid_t> process);
+
+} // namespace SingleInstance
+
+} // namespace varnet

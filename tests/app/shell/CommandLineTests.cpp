@@ -1,0 +1,34 @@
+#include "Varnet/shell/CommandLine.h"
+
+#include <gtest/gtest.h>
+
+namespace varnet::test {
+
+TEST(CommandLines, AreReadByTheirRules) {
+    struct Case {
+        const char* name;
+        std::vector<std::string> arguments;
+        CommandLine expected;
+    };
+    const std::vector<Case> cases{
+        {"nothing", {"varnet"}, {}},
+        {"storage root", {"varnet", "--storage-root", "/data/m"}, {.storageRoot = "/data/m"}},
+        {"flag at the end", {"varnet", "--storage-root"}, {}},
+        {"the first one decides", {"varnet", "--storage-root", "/a", "--storage-root", "/b"}, {.storageRoot = "/a"}},
+        {"a value may look like a flag", {"varnet", "--storage-root", "--x"}, {.storageRoot = "--x"}},
+        {"previews count only in an export",
+         {"varnet", "--show-meeting", "--preview-recording", "--appearance", "dark"},
+         {}},
+        {"export",
+         {"varnet", "--export-ui", "a.png", "--show-meeting", "--appearance", "dark"},
+         {.exportsWindow = true, .appearance = "dark", .showsMeeting = true}},
+        {"export without its value still only reads", {"varnet", "--export-ui"}, {.exportsWindow = true}},
+        {"call missing",
+         {"varnet", "--preview-call-missing", "--preview-recording", "--export-ui", "a.png"},
+         {.exportsWindow = true, .previewsRecording = true, .previewsCallMissing = true}},
+    };
+    for (const auto& [name, arguments, expected] : cases)
+        EXPECT_EQ(CommandLine::parse(arguments), expected) << name;
+}
+
+} // namespace varnet::test

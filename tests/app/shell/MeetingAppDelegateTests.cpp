@@ -1,0 +1,102 @@
+#include "Varnet/engines/EngineSupervisor.h"
+#include "Varnet/shell/MeetingAppDelegate.h"
+#include "Varnet/shell/TerminationSignals.h"
+#include "tests/support/Await.h"
+#include "tests/support/StoreFixture.h"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+
+namespace varnet::test {
+namespace {
+
+class Quit : public StoreFixture {
+protected:
+    Quit() {
+        QObject::connect(&delegate, &MeetingAppDelegate::terminated, &delegate, [this] { ++terminations; });
+        QObject::connect(&delegate, &MeetingAppDelegate::quitCancelled, &delegate, [this] { ++cancellations; });
+        delegate.adopt(&store(), nullptr);
+    }
+
+    /// An edit that is not saved, because a file stands where the library was.
+    void loseStorage() {
+        meeting = store().create("Planning").id;
+        std::filesystem::rename(root, folder / "away");
+        {
+            QFile(QString::fromStdString(root)).open(QIODevice::WriteOnly);
+        }
+        store().setTitle("Budget", meeting);
+    }
+
+    void findStorage() {
+        std::filesystem::remove(root);
+        std::filesystem::rename(folder / "away", root);
+    }
+
+    MeetingAppDelegate delegate;
+    Uuid meeting;
+    int terminations = 0;
+    int cancellations = 0;
+};
+
+} // namespace
+
+TEST_F(Quit, PassesAtOnceWhenNothingHoldsIt) {
+    delegate.quit();
+    EXPECT_EQ(terminations, 1);
+    EXPECT_FALSE(delegate.askingToSave());
+}
+
+TEST_F(Quit, StopsARecordingFirst) {
+    await(store().startRecording());
+    sound.deliver(CaptureSource::microphone, 4000);
+    sound.deliver(CaptureSource::system, 4000);
+    delegate.quit();
+    delegate.quit();
+    EXPECT_EQ(terminations, 0) << "the recording has not been closed yet";
+    EXPECT_TRUE(eventually([this] { return terminations > 0; }));
+    EXPECT_EQ(terminations, 1);
+    EXPECT_EQ(onDisk().status, "Audio saved · live transcript");
+}
+
+TEST_F(Quit, AsksOnceWhenChangesAreNotSaved) {
+    loseStorage();
+    delegate.quit();
+    EXPECT_TRUE(delegate.askingToSave());
+    delegate.keepOpen();
+    EXPECT_FALSE(delegate.askingToSave());
+    EXPECT_EQ(cancellations, 1);
+
+    delegate.quit();
+    delegate.retrySavingAndQuit();
+    EXPECT_FALSE(delegate.askingToSave()) << "a second failure asks no second time";
+    EXPECT_EQ(cancellations, 2);
+    EXPECT_EQ(terminations, 0);
+    EXPECT_EQ(store().meeting(meeting)->title, "Budget");
+
+    delegate.quit();
+    findStorage();
+    delegate.retrySavingAndQuit();
+    EXPECT_EQ(terminations, 1);
+    EXPECT_EQ(onDisk(meeting).title, "Budget");
+}
+
+TEST_F(Quit, PassesWhenTheStoreIsGone) {
+    closeStore();
+    delegate.quit();
+    EXPECT_EQ(terminations, 1);
+}
+
+TEST_F(Quit, SignalsTakeTheSameRoad) {
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+        const TerminationSignals signals;
+        int requests = 0;
+        QObject::connect(&signals, &TerminationSignals::requested, &delegate, [&] { ++requests; });
+        raise(signal);
+        EXPECT_EQ(requests, 0) << "not inside the signal handler";
+        EXPECT_TRUE(eventually([&] { return requests > 0; })) << "signal " << signal;
+    }
+}
+
+} // namespace varnet::test

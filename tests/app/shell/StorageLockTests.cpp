@@ -1,0 +1,65 @@
+#include "Varnet/shell/StorageLock.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+
+namespace varnet::test {
+
+TEST(StorageLocks, OneProcessHoldsALibraryAndIsNamed) {
+    const TemporaryFolder folder;
+    const auto root = folder / "Varnet" / "meetings";
+    {
+        const StorageLock first(root);
+        EXPECT_TRUE(first.held());
+        const StorageLock second(root);
+        EXPECT_FALSE(second.held());
+        EXPECT_EQ(second.holder(), getpid());
+        EXPECT_TRUE(StorageLock(folder / "Varnet" / "others").held()) << "another library is another lock";
+    }
+    EXPECT_TRUE(StorageLock(root).held());
+    EXPECT_FALSE(std::filesystem::exists(root)) << "the library itself is not made";
+}
+
+TEST(StorageLocks, EveryPathToALibraryIsTheSameLock) {
+    const TemporaryFolder folder;
+    std::filesystem::create_directories(folder / "library");
+    std::filesystem::create_directory_symlink(folder / "library", folder / "link");
+    const StorageLock lock(folder / "library");
+    EXPECT_FALSE(StorageLock(folder / "link").held());
+    EXPECT_FALSE(StorageLock(folder / "library/").held());
+    EXPECT_FALSE(StorageLock(folder / "x" / ".." / "library").held());
+}
+
+TEST(StorageLocks, ACrashFreesTheLibraryThoughItsChildrenLiveOn) {
+    const TemporaryFolder folder;
+    const auto root = folder / "meetings";
+    int pipeEnds[2];
+    ASSERT_EQ(pipe(pipeEnds), 0);
+    const pid_t holder = fork();
+    if (holder == 0) {
+        const StorageLock lock(root);
+        if (fork() == 0) { // an engine: it inherits everything that is not closed on exec
+            execlp("sleep", "sleep", "30", nullptr);
+            _exit(1);
+        }
+        const auto written = write(pipeEnds[1], lock.held() ? "y" : "n", 1);
+        pause();
+        _exit(static_cast<int>(written));
+    }
+    char held = 0;
+    ASSERT_EQ(read(pipeEnds[0], &held, 1), 1);
+    EXPECT_EQ(held, 'y');
+    EXPECT_FALSE(StorageLock(root).held());
+
+    kill(holder, SIGKILL);
+    waitpid(holder, nullptr, 0);
+    EXPECT_TRUE(StorageLock(root).held());
+    close(pipeEnds[0]);
+    close(pipeEnds[1]);
+}
+
+} // namespace varnet::test
