@@ -1,0 +1,96 @@
+#include "engine/LiveWork.h"
+
+#include "engine/Failure.h"
+#include "engine/Transcriber.h"
+
+#include <algorithm>
+#include <cstring>
+#include <thread>
+
+namespace engine {
+namespace {
+
+constexpr std::size_t sliceSamples = 1600; // how often cancellation is looked at
+
+} // namespace
+
+LiveWork::LiveWork(wire::SessionSettings settings, Send send) : m_settings(settings), m_send(std::move(send)) {}
+
+std::shared_ptr<LiveWork> LiveWork::start(ModelPool& models, std::atomic<int>& running, wire::SessionSettings settings,
+                                          Send send) {
+    std::shared_ptr<LiveWork> work(new LiveWork(settings, std::move(send)));
+    ++running;
+    std::thread([work, &models, &running] {
+        work->run(models);
+        --running;
+    }).detach();
+    return work;
+}
+
+bool LiveWork::append(const QByteArray& audio) {
+    if (audio.isEmpty())
+        return true;
+    const std::scoped_lock lock(m_lock);
+    if (m_waitingBytes + static_cast<std::size_t>(audio.size()) > maximumWaiting)
+        return false;
+    m_waitingBytes += static_cast<std::size_t>(audio.size());
+    m_waiting.push_back(audio);
+    m_arrived.notify_one();
+    return true;
+}
+
+void LiveWork::commit() {
+    const std::scoped_lock lock(m_lock);
+    m_waiting.emplace_back();
+    m_arrived.notify_one();
+}
+
+void LiveWork::cancel() {
+    const std::scoped_lock lock(m_lock);
+    m_cancelled = true;
+    m_arrived.notify_one();
+}
+
+std::optional<QByteArray> LiveWork::next() {
+    std::unique_lock lock(m_lock);
+    m_arrived.wait(lock, [this] { return m_cancelled || !m_waiting.empty(); });
+    if (m_cancelled)
+        return {};
+    QByteArray block = std::move(m_waiting.front());
+    m_waiting.pop_front();
+    m_waitingBytes -= static_cast<std::size_t>(block.size());
+    return block;
+}
+
+void LiveWork::recognise(Recognizer& recognizer) {
+    Transcriber transcriber(recognizer, {m_settings.endpointSeconds, m_settings.speakers, true},
+                            {[&](const std::vector<Word>& words, double seconds) {
+                                 m_send(wire::transcript("transcription.delta", words, seconds), false);
+                             },
+                             [&](const std::vector<Word>& words, double seconds) {
+                                 m_send(wire::transcript("transcription.completed", words, seconds), false);
+                             }});
+    std::vector<std::int16_t> samples;
+    while (const std::optional<QByteArray> block = next()) {
+        if (block->isEmpty()) {
+            transcriber.flush();
+            m_send(wire::event("input_audio_buffer.committed"), false);
+            continue;
+        }
+        samples.resize(static_cast<std::size_t>(block->size()) / sizeof(std::int16_t));
+        std::memcpy(samples.data(), block->constData(), samples.size() * sizeof(std::int16_t));
+        for (std::size_t place = 0; place < samples.size() && !m_cancelled; place += sliceSamples)
+            transcriber.process(std::span(samples).subspan(place, std::min(sliceSamples, samples.size() - place)));
+    }
+}
+
+void LiveWork::run(ModelPool& models) {
+    try {
+        ModelPool::Loan loan = models.borrow();
+        recognise(loan.recognizer());
+    } catch (const std::exception& failure) {
+        m_send(wire::error(QString::fromUtf8(failure.what())), true);
+    }
+}
+
+} // namespace engine
