@@ -122,7 +122,7 @@ Task<> MeetingStore::connectLive(Uuid id) {
     LiveSpeech::EventHandler onEvent = [this, gone, id](SpeechEvent event) {
         return deliver(this, gone, std::move(event), id);
     };
-    LiveSpeech::ErrorHandler onError = [this, gone, id, weak](std::exception_ptr failure) {
+    LiveSpeech::ErrorHandler onError = [this, gone, id, weak](const std::exception_ptr& failure) {
         postToMain([=, this] {
             if (!gone.stop_requested())
                 liveFailed(weak, failure, id);
@@ -218,13 +218,13 @@ RecorderCallbacks MeetingStore::captureCallbacks(Uuid id, const std::shared_ptr<
                 m_levels->apply(microphone, call);
         });
     };
-    callbacks.onNotice = [this, gone, id, weak](std::string notice) {
+    callbacks.onNotice = [this, gone, id, weak](const std::string& notice) {
         postToMain([=, this] {
             if (!gone.stop_requested() && capturesWith(weak, id))
                 setError(notice);
         });
     };
-    callbacks.onError = [this, gone, id, weak](std::exception_ptr failure) {
+    callbacks.onError = [this, gone, id, weak](const std::exception_ptr& failure) {
         postToMain([=, this] {
             if (!gone.stop_requested() && capturesWith(weak, id))
                 m_tasks->spawn(captureFailed(failure));

@@ -60,7 +60,7 @@ std::vector<std::string> repairAudio(const Meeting& meeting, const fs::path& fol
 
 } // namespace
 
-MeetingStore::MeetingStore(std::optional<fs::path> storageRoot, StoreParts parts)
+MeetingStore::MeetingStore(const std::optional<fs::path>& storageRoot, StoreParts parts)
     : m_parts(std::move(parts)),
       m_http(std::make_shared<LoopbackHTTP>()),
       m_levels(std::make_unique<CaptureLevels>()),
@@ -68,7 +68,7 @@ MeetingStore::MeetingStore(std::optional<fs::path> storageRoot, StoreParts parts
     if (!m_parts.makeCapture)
         m_parts.makeCapture = makeAudioCapture;
     if (!m_parts.makeLiveSpeech)
-        m_parts.makeLiveSpeech = [](QUrl url) { return LiveSpeech::make(std::move(url)); };
+        m_parts.makeLiveSpeech = [](const QUrl& url) { return LiveSpeech::make(url); };
     if (!m_parts.inhibitSleep)
         m_parts.inhibitSleep = SleepInhibitor::take;
     open(storageRoot);
@@ -197,7 +197,7 @@ bool MeetingStore::retrySaving() {
     return m_saveFailures.empty();
 }
 
-Meeting MeetingStore::create(std::string title) {
+Meeting MeetingStore::create(const std::string& title) {
     if (!m_repository)
         throw Failure(storageUnavailable);
     Meeting meeting = Meeting::make(validUtf8(title));
@@ -208,23 +208,23 @@ Meeting MeetingStore::create(std::string title) {
     return meeting;
 }
 
-void MeetingStore::setNotes(std::string text) {
+void MeetingStore::setNotes(const std::string& text) {
     if (m_selectedID)
-        setNotes(std::move(text), *m_selectedID);
+        setNotes(text, *m_selectedID);
 }
 
-void MeetingStore::setNotes(std::string text, Uuid id) {
+void MeetingStore::setNotes(const std::string& text, Uuid id) {
     update(id, [&](Meeting& meeting) { meeting.notes = validUtf8(text); });
 }
 
-void MeetingStore::setTitle(std::string title, Uuid id) {
+void MeetingStore::setTitle(const std::string& title, Uuid id) {
     std::string kept = trimmed(validUtf8(title));
     if (kept.empty())
         return;
     update(id, [&](Meeting& meeting) { meeting.title = std::move(kept); });
 }
 
-void MeetingStore::editTurn(Uuid turnID, std::string text, Uuid id) {
+void MeetingStore::editTurn(Uuid turnID, const std::string& text, Uuid id) {
     update(id, [&](Meeting& meeting) {
         const auto turn = std::ranges::find(meeting.turns, turnID, &TranscriptTurn::id);
         if (turn == meeting.turns.end())
@@ -237,7 +237,7 @@ void MeetingStore::editTurn(Uuid turnID, std::string text, Uuid id) {
     });
 }
 
-void MeetingStore::nameSpeaker(std::string label, std::string name, Uuid id) {
+void MeetingStore::nameSpeaker(const std::string& label, const std::string& name, Uuid id) {
     update(id, [&](Meeting& meeting) {
         if (!meeting.speakerNames)
             meeting.speakerNames.emplace();

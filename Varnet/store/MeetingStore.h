@@ -43,7 +43,7 @@ public:
     /// Opens the library at `storageRoot`, or at its place in the application's data folder. Repairs the audio of
     /// recordings that a crash interrupted and marks them so: no other process may be using the library. A library that
     /// cannot be opened leaves a store without meetings whose `error` tells why.
-    explicit MeetingStore(std::optional<std::filesystem::path> storageRoot = {}, StoreParts parts = {});
+    explicit MeetingStore(const std::optional<std::filesystem::path>& storageRoot = {}, StoreParts parts = {});
 
     /// A running capture ends; its audio stays as the last block left it.
     ~MeetingStore() override;
@@ -88,16 +88,17 @@ public:
     bool retrySaving();
 
     /// Saves a new meeting, puts it first and selects it. Throws Failure or FileFailure with nothing changed.
-    Meeting create(std::string title);
+    Meeting create(const std::string& title);
 
     /// The edits change the meeting, if there is one with that id, and save it; also during a recording.
-    void setNotes(std::string text); ///< of the selected meeting
-    void setNotes(std::string text, Uuid id);
-    void setTitle(std::string title, Uuid id); ///< white space at the ends is dropped; a blank title changes nothing
+    void setNotes(const std::string& text); ///< of the selected meeting
+    void setNotes(const std::string& text, Uuid id);
+    void setTitle(const std::string& title,
+                  Uuid id); ///< white space at the ends is dropped; a blank title changes nothing
     /// The text as recognised takes an earlier correction back; anything else is the correction as given.
-    void editTurn(Uuid turnID, std::string text, Uuid id);
+    void editTurn(Uuid turnID, const std::string& text, Uuid id);
     /// A blank name, or the label itself, removes the name of that label.
-    void nameSpeaker(std::string label, std::string name, Uuid id);
+    void nameSpeaker(const std::string& label, const std::string& name, Uuid id);
 
     /// The meeting's main audio file; absent when it has none, the name has a folder part, or no such file exists.
     std::optional<std::filesystem::path> audioURL(const Meeting& meeting) const;
