@@ -51,5 +51,3 @@ void CaptureLevels::setCallMissing(bool missing) {
 }
 
 } // namespace varnet
-
-#include "moc_CaptureLevels.cpp"
