@@ -101,7 +101,7 @@ void StoreFixture::openStore() {
     StoreParts parts;
     parts.makeCapture = [this] { return sound.makeCapture(); };
     parts.makeLiveSpeech = [this](const QUrl&) { return LiveSpeech::make(engine.makeSocket()); };
-    parts.inhibitSleep = [this](QString) { return inhibitSleep(&sleepInhibitors); };
+    parts.inhibitSleep = [this](const QString&) { return inhibitSleep(&sleepInhibitors); };
     parts.speechURL = parts.notesURL = health.url(QString());
     m_store.reset();
     m_store = std::make_unique<MeetingStore>(root, parts);
