@@ -21,7 +21,7 @@ LIMITS = {"slt-rms": (15, 90), "rms-awb": (15, 90)}  # percent: word errors, wor
 
 
 def picture(path):
-    subprocess.run(["ffmpeg", "-loglevel", "error", "-y", "-f", "x11grab", "-video_size", "1280x820", "-i",
+    subprocess.run(["ffmpeg", "-loglevel", "error", "-y", "-f", "x11grab", "-draw_mouse", "0", "-video_size", "1280x820", "-i",
                     os.environ["DISPLAY"], "-frames:v", "1", str(path)], check=True)
     print(f"picture: {path}")
 
