@@ -50,8 +50,9 @@ private:
 
 /// Captures the default microphone and the sound that the default output plays, as timestamped buffers of one clock.
 ///
-/// One object serves one capture. `start` and `stop` are called on the main thread. Device changes, a paused sound
-/// server and nodes that come and go do not end a capture: time without sound has no buffers.
+/// One object serves one capture. `start` and `stop` are called on the main thread, and the object lives until they
+/// have returned. Device changes, a paused sound server and nodes that come and go do not end a capture: time without
+/// sound has no buffers.
 class AudioCapture {
 public:
     struct Callbacks {
@@ -66,8 +67,8 @@ public:
 
     virtual ~AudioCapture() = default;
 
-    /// Starts capturing `sources` and returns once each stream is linked to the right kind of device. Throws
-    /// CaptureUnavailable; nothing runs then.
+    /// Starts capturing `sources` and returns once each stream is linked to the right kind of device; the first buffers
+    /// may come before that. Throws CaptureUnavailable, within about five seconds; nothing runs then.
     virtual Task<> start(std::vector<CaptureSource> sources, Callbacks callbacks) = 0;
 
     /// Stops, having delivered every buffer captured until now. No callback comes after it has returned. A second call

@@ -204,6 +204,12 @@ TEST(CaptureWithoutSessionManager, StartFailsInTime) {
     EXPECT_EQ(failureOfStart({system}), CaptureUnavailable::Reason::streamFailed);
 }
 
+TEST(CaptureWithoutServer, StartGivesUpOnOneThatDoesNotAnswer) {
+    kill(processID("VARNET_TEST_PIPEWIRE_PID"), SIGSTOP);
+    EXPECT_EQ(failureOfStart({microphone}), CaptureUnavailable::Reason::noServer);
+    kill(processID("VARNET_TEST_PIPEWIRE_PID"), SIGCONT);
+}
+
 TEST(CaptureWithoutServer, EndsOnceWithinASecond) {
     CaptureLab lab;
     lab.start();

@@ -1,6 +1,7 @@
 #include "Varnet/platform/linux/PipeWireSession.h"
 
 #include "MeetingCore/base/Assert.h"
+#include "Varnet/platform/AppInfo.h"
 #include "Varnet/platform/Clock.h"
 
 #include <QDebug>
@@ -101,7 +102,9 @@ void PipeWireSession::connect() {
     for (const char* configuration : {"client-rt.conf", "client.conf"})
         if (!m_context)
             m_context.reset(pw_context_new(
-                m_loop, pw_properties_new(PW_KEY_CONFIG_NAME, configuration, PW_KEY_APP_NAME, "Zelvik", nullptr), 0));
+                m_loop,
+                pw_properties_new(PW_KEY_CONFIG_NAME, configuration, PW_KEY_APP_NAME, AppInfo::name().c_str(), nullptr),
+                0));
     if (!m_context)
         throw CaptureUnavailable(Reason::streamFailed,
                                  std::string("PipeWire's library could not be set up: ") + std::strerror(errno) + ".");

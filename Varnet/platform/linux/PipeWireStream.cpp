@@ -1,5 +1,7 @@
 #include "Varnet/platform/linux/PipeWireStream.h"
 
+#include "Varnet/platform/AppInfo.h"
+
 #include <QDebug>
 
 #include <spa/param/audio/format-utils.h>
@@ -16,13 +18,14 @@ static_assert(std::atomic<CaptureFormat>::is_always_lock_free);
 
 pw_properties* streamProperties(CaptureSource source) {
     const bool call = source == CaptureSource::system;
+    const std::string name = AppInfo::name();
+    const std::string identifier = AppInfo::identifier();
     // No media.role: with "Communication" the session manager links the call's stream to the microphone. The id keeps
     // the two apart where the session manager remembers which device the user has chosen for a stream.
-    pw_properties* properties =
-        pw_properties_new(PW_KEY_MEDIA_TYPE, "Audio", PW_KEY_MEDIA_CATEGORY, "Capture", PW_KEY_APP_NAME, "Zelvik",
-                          PW_KEY_APP_ID, call ? "org.varnet.Varnet.call" : "org.varnet.Varnet", PW_KEY_APP_ICON_NAME,
-                          "org.varnet.Varnet", PW_KEY_NODE_NAME, call ? "Zelvik call" : "Zelvik microphone",
-                          PW_KEY_MEDIA_NAME, call ? "Call" : "Microphone", nullptr);
+    pw_properties* properties = pw_properties_new(
+        PW_KEY_MEDIA_TYPE, "Audio", PW_KEY_MEDIA_CATEGORY, "Capture", PW_KEY_APP_NAME, name.c_str(), PW_KEY_APP_ID,
+        (call ? identifier + ".call" : identifier).c_str(), PW_KEY_APP_ICON_NAME, identifier.c_str(), PW_KEY_NODE_NAME,
+        (name + (call ? " call" : " microphone")).c_str(), PW_KEY_MEDIA_NAME, call ? "Call" : "Microphone", nullptr);
     if (call)
         pw_properties_set(properties, PW_KEY_STREAM_CAPTURE_SINK, "true");
     return properties;
@@ -36,7 +39,7 @@ PipeWireStream::PipeWireStream(pw_core* core, CaptureSource source, pw_loop* loo
       m_wake(wake),
       m_changed(std::move(changed)),
       m_ring(sampleCapacity, blockCapacity),
-      m_stream(pw_stream_new(core, "Zelvik", streamProperties(source))) {
+      m_stream(pw_stream_new(core, "Capture", streamProperties(source))) {
     static constexpr pw_stream_events events = [] {
         pw_stream_events table{};
         table.version = PW_VERSION_STREAM_EVENTS;
