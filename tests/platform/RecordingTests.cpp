@@ -1,3 +1,4 @@
+#include "Varnet/capture/AudioRecorder.h"
 #include "Varnet/capture/SystemAudioRecorder.h"
 #include "tests/platform/SoundLab.h"
 #include "tests/support/TemporaryFolder.h"
@@ -243,6 +244,30 @@ TEST_F(CaptureRecording, PauseOfTheServerIsSilenceAtItsOwnPlaceAndNothingShifts)
     EXPECT_GE(pairs, 6);
     EXPECT_THAT(errors, testing::IsEmpty());
     EXPECT_THAT(notices, testing::IsEmpty());
+}
+
+TEST_F(CaptureRecording, PauseOfTheServerIsSilenceInMicrophoneModeToo) {
+    const Duet duet(tone(1'000, 10, 0.5f));
+    AudioRecorder microphone(makeAudioCapture());
+    const std::int64_t begin = monotonicNanoseconds();
+    await(microphone.start(folder / "microphone.wav", {}));
+    listen(1s);
+    kill(server(), SIGSTOP);
+    listen(2s);
+    kill(server(), SIGCONT);
+    listen(1s);
+    const std::int64_t end = monotonicNanoseconds();
+    await(microphone.stop());
+
+    const std::vector<float> samples = track("microphone.wav");
+    EXPECT_NEAR(static_cast<double>(samples.size()) / sampleRate, double(end - begin) * 1e-9, 0.2);
+    const auto loudness = [&](double fromEnd) {
+        const std::size_t at = samples.size() - static_cast<std::size_t>(fromEnd * sampleRate);
+        return amplitude(std::span(samples).subspan(at, 1'600), 1'000, sampleRate);
+    };
+    EXPECT_NEAR(loudness(3.4), 0.5, 0.01);
+    EXPECT_EQ(loudness(2), 0);
+    EXPECT_NEAR(loudness(0.3), 0.5, 0.01);
 }
 
 TEST_F(CaptureRecording, EndOfTheServerLeavesWholeFiles) {

@@ -222,6 +222,8 @@ bool PipeWireSession::isCapturing(const Track& track) {
 }
 
 void PipeWireSession::watch() {
+    if (m_ended)
+        return;
     const std::int64_t now = monotonicNanoseconds();
     if (m_started)
         return checkDeadline(now);
