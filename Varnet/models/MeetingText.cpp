@@ -52,10 +52,10 @@ QDate localDay(Date date) {
 }
 
 QString time(Date date) {
-    const QLocale locale;
-    const auto format = locale.timeFormat(QLocale::ShortFormat);
-    // The locale of machines that were given none counts seconds even in its short form.
-    return locale.toString(local(date).time(), locale.language() == QLocale::C ? QStringLiteral("HH:mm") : format);
+    QLocale locale;
+    if (locale.language() == QLocale::C) // a machine that was given no locale: written as the dates are then
+        locale = QLocale(QLocale::English, QLocale::UnitedStates);
+    return locale.toString(local(date).time(), QLocale::ShortFormat);
 }
 
 QString duration(const Meeting& meeting, const MeetingStore& store) {

@@ -9,6 +9,7 @@ ColumnLayout {
     required property ErrorBanner banner
 
     spacing: 0
+    visible: banner.message !== "" || banner.saveMessage !== ""
 
     Banner {
         Layout.fillWidth: true

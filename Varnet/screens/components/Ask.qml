@@ -19,14 +19,14 @@ Dialog {
 
     anchors.centerIn: T.Overlay.overlay
     closePolicy: Popup.NoAutoClose
+    focus: true
     modal: true
     padding: 6 * Theme.unit
     title: question
-    width: Math.min(120 * Theme.unit, T.Overlay.overlay ? T.Overlay.overlay.width - 16 * Theme.unit : 0)
+    width: Math.min(130 * Theme.unit, T.Overlay.overlay ? T.Overlay.overlay.width - 16 * Theme.unit : 0)
 
     T.Overlay.modal: Rectangle {
-        color: Theme.window
-        opacity: 0.7
+        color: Qt.alpha(Theme.window, 0.75)
     }
     header: Item {}
     background: Rectangle {
@@ -59,6 +59,7 @@ Dialog {
             spacing: 2 * Theme.unit
 
             PlainButton {
+                Layout.fillHeight: true
                 text: root.firstAnswer
                 onClicked: root.first()
             }

@@ -3,7 +3,7 @@ import QtQuick.Controls.Basic
 import Varnet
 
 // A symbol that can be pressed. `text` says what it does, to screen readers and on hover.
-Button {
+ThemedButton {
     id: root
 
     required property string symbol

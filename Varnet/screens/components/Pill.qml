@@ -1,10 +1,9 @@
 import QtQuick
-import QtQuick.Controls.Basic
 import QtQuick.Layouts
 import Varnet
 
 // A round button that floats over the content.
-Button {
+ThemedButton {
     id: root
 
     required property string symbol

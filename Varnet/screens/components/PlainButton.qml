@@ -1,9 +1,8 @@
 import QtQuick
-import QtQuick.Controls.Basic
 import Varnet
 
 // A button among others: an outline and a word.
-Button {
+ThemedButton {
     id: root
 
     bottomPadding: Theme.unit

@@ -1,10 +1,9 @@
 import QtQuick
-import QtQuick.Controls.Basic
 import QtQuick.Layouts
 import Varnet
 
 // The one button of a place that matters most. `detail` stands at its right end.
-Button {
+ThemedButton {
     id: root
 
     property string detail

@@ -1,10 +1,9 @@
 import QtQuick
-import QtQuick.Controls.Basic
 import QtQuick.Layouts
 import Varnet
 
 // A place that the sidebar leads to, with how many things are there.
-Button {
+ThemedButton {
     id: root
 
     required property string symbol

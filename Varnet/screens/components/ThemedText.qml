@@ -1,12 +1,16 @@
 import QtQuick
+import QtQuick.Controls.Basic
 import Varnet
 
-// Text in one step of the type scale. A single line that does not fit is cut off with an ellipsis.
+// Text in one step of the type scale. What does not fit is cut off with an ellipsis and shown whole on hover.
 Text {
     id: root
 
     property var type: Theme.body
 
+    ToolTip.delay: 600
+    ToolTip.text: text
+    ToolTip.visible: hover.hovered && truncated
     color: Theme.text
     elide: Text.ElideRight
     font: type.font
@@ -14,4 +18,10 @@ Text {
     lineHeightMode: Text.FixedHeight
     textFormat: Text.PlainText
     verticalAlignment: Text.AlignVCenter
+
+    HoverHandler {
+        id: hover
+
+        enabled: root.truncated
+    }
 }

@@ -24,7 +24,7 @@ FocusScope {
     EmptyLibrary {
         anchors.centerIn: parent
         visible: root.library.empty
-        width: Math.min(90 * Theme.unit, root.width - 16 * Theme.unit)
+        width: Math.min(130 * Theme.unit, root.width - 16 * Theme.unit)
     }
 
     ListView {

@@ -88,7 +88,7 @@ Column {
             }
 
             ColumnLayout {
-                Layout.minimumWidth: 16 * Theme.unit
+                Layout.minimumWidth: 20 * Theme.unit
                 spacing: 0
 
                 ThemedText {

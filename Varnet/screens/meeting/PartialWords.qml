@@ -18,7 +18,7 @@ Column {
 
     ThemedText {
         color: Theme.faint
-        leftPadding: 34 * Theme.unit
+        leftPadding: 6 * Theme.body.lineHeight + 4 * Theme.unit
         text: root.page.partialText
         type: Theme.reading
         visible: text !== ""

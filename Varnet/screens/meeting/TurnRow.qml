@@ -19,7 +19,7 @@ Item {
     Column {
         id: who
 
-        width: 30 * Theme.unit
+        width: 6 * Theme.body.lineHeight
         y: 2 * Theme.unit
 
         ThemedText {
@@ -27,6 +27,7 @@ Item {
             color: root.hue < 0 ? Theme.faint : Theme.speakers[root.hue]
             text: root.speaker
             type: Theme.emphasis
+            visible: !root.tentative || root.hue >= 0 // who speaks is told apart with the end of an utterance
             width: parent.width
         }
 

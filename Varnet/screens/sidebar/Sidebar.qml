@@ -11,7 +11,7 @@ Rectangle {
     required property SidebarState sidebar
 
     color: Theme.window
-    implicitWidth: 60 * Theme.unit
+    implicitWidth: 12 * Theme.body.lineHeight // 240; wider with larger words
 
     ColumnLayout {
         anchors.fill: parent

@@ -29,6 +29,7 @@ protected:
 } // namespace
 
 TEST_F(Library, RowsAreNewestFirstUnderOneHeadingADay) {
+    QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedKingdom));
     stored("Planning", 0);
     stored("Retrospective", 0, 30);
     stored("Interview", 1);

@@ -1,0 +1,8 @@
+import QtQuick
+import QtQuick.Controls.Basic
+
+// What all buttons have in common: Enter presses them, as Space does.
+Button {
+    Keys.onEnterPressed: clicked()
+    Keys.onReturnPressed: clicked()
+}

@@ -1,0 +1,131 @@
+#include "MeetingCore/records/MeetingRepository.h"
+#include "Varnet/models/Theme.h"
+#include "Varnet/shell/MainWindow.h"
+#include "Varnet/shell/VarnetApp.h"
+#include "tests/support/Await.h"
+#include "tests/support/ScopedVariable.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <QAccessible>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+namespace varnet::test {
+namespace {
+
+QStringList warnings;
+
+/// The real window over a library of its own, without engines.
+class Window : public ::testing::Test {
+protected:
+    Window() {
+        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+        warnings.clear();
+        m_former =
+            qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString& text) { warnings << text; });
+        const MeetingRepository repository(folder / "meetings");
+        for (const char* title : {"Planning", "Retrospective"}) {
+            auto meeting = Meeting::make(title);
+            meeting.turns = {{Uuid::random(), 0, 1, "Speaker 1", "Hello", {}}};
+            repository.save(meeting);
+        }
+        app = std::make_unique<VarnetApp>(CommandLine{.storageRoot = folder / "meetings"});
+        frame = std::make_unique<MainWindow>(*app);
+    }
+    ~Window() override {
+        frame.reset();
+        app.reset();
+        qInstallMessageHandler(m_former);
+    }
+
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        QTest::keyClick(frame->window(), key, modifiers);
+        settle();
+    }
+
+    TemporaryFolder folder;
+    ScopedVariable home{"XDG_CONFIG_HOME", (folder / "config").string()};
+    ScopedVariable engines{"VARNET_NO_ENGINES", "1"};
+    std::unique_ptr<VarnetApp> app;
+    std::unique_ptr<MainWindow> frame;
+
+private:
+    QtMessageHandler m_former = nullptr;
+};
+
+/// Every item below that is drawn and takes the keyboard's focus or is a control.
+void collectControls(QQuickItem* item, QList<QQuickItem*>& controls) {
+    if (!item->isVisible())
+        return;
+    if (item->activeFocusOnTab() || item->inherits("QQuickAbstractButton") || item->inherits("QQuickProgressBar"))
+        controls << item;
+    for (auto* child : item->childItems())
+        collectControls(child, controls);
+}
+
+} // namespace
+
+TEST_F(Window, OpensWithoutComplaintAndIsDrivenByTheKeyboard) {
+    ASSERT_TRUE(frame->open());
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(frame->window()));
+    frame->window()->requestActivate();
+    settle();
+    const auto first = app->store().selectedID();
+
+    press(Qt::Key_Down);
+    EXPECT_NE(app->store().selectedID(), first);
+    press(Qt::Key_Return);
+    EXPECT_EQ(app->router().page(), AppRouter::Page::meeting);
+    press(Qt::Key_Escape);
+    EXPECT_EQ(app->router().page(), AppRouter::Page::library);
+    press(Qt::Key_Return);
+    press(Qt::Key_1, Qt::ControlModifier);
+    EXPECT_EQ(app->router().page(), AppRouter::Page::library);
+
+    Theme::shared().setAppearance(Theme::Appearance::dark);
+    settle();
+    EXPECT_EQ(frame->window()->color(), QColor("#1D1F22"));
+    Theme::shared().setAppearance({});
+    EXPECT_EQ(warnings.join('\n').toStdString(), "");
+}
+
+TEST_F(Window, EveryControlHasANameForScreenReaders) {
+    ASSERT_TRUE(frame->open());
+    for (const auto page : {AppRouter::Page::library, AppRouter::Page::meeting}) {
+        app->router().setPage(page);
+        settle();
+        QList<QQuickItem*> controls;
+        collectControls(frame->window()->contentItem(), controls);
+        EXPECT_GE(controls.size(), 3);
+        for (auto* control : controls) {
+            auto* accessible = QAccessible::queryAccessibleInterface(control);
+            ASSERT_TRUE(accessible) << control->metaObject()->className();
+            EXPECT_FALSE(accessible->text(QAccessible::Name).isEmpty()) << control->metaObject()->className();
+        }
+    }
+}
+
+TEST_F(Window, ClosingItIsExplainedOnceAndNeverEndsTheProgram) {
+    ASSERT_TRUE(frame->open());
+    frame->window()->close();
+    EXPECT_TRUE(frame->window()->isVisible());
+    EXPECT_TRUE(frame->askingToClose());
+    settle();
+    press(Qt::Key_Escape);
+    EXPECT_FALSE(frame->askingToClose());
+
+    frame->window()->close();
+    settle();
+    press(Qt::Key_Return);
+    EXPECT_FALSE(frame->window()->isVisible());
+    frame->show();
+    EXPECT_TRUE(frame->window()->isVisible());
+    frame->window()->close();
+    EXPECT_FALSE(frame->window()->isVisible()) << "it has been said";
+    EXPECT_FALSE(frame->askingToClose());
+}
+
+} // namespace varnet::test
