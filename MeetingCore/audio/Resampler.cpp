@@ -167,7 +167,8 @@ std::vector<float> Resampler::run(std::size_t most) {
 }
 
 double Resampler::pendingFrames() const {
-    const double samples = static_cast<double>(m_input.size()) - static_cast<double>(m_tapCount / 2 - 1);
+    const auto lookBehind = static_cast<std::ptrdiff_t>(m_tapCount / 2) - 1;
+    const auto samples = static_cast<double>(std::ssize(m_input) - lookBehind);
     return (samples * static_cast<double>(m_unit) - static_cast<double>(m_fraction)) / static_cast<double>(m_step);
 }
 

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "MeetingCore/audio/Resampler.h"
 #include "Varnet/capture/ClockFollower.h"
 #include "Varnet/platform/AudioCapture.h"
-#include "MeetingCore/audio/Resampler.h"
 
 #include <cstdint>
 #include <optional>
