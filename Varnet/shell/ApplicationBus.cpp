@@ -38,7 +38,7 @@ ApplicationBus::Registration ApplicationBus::registerName() {
     return Registration::nameTaken;
 }
 
-std::optional<pid_t> ApplicationBus::owner(QDBusConnection connection) {
+std::optional<pid_t> ApplicationBus::owner(const QDBusConnection& connection) {
     if (!connection.isConnected() || !connection.interface())
         return {};
     const auto reply = connection.interface()->servicePid(busName);
@@ -47,7 +47,7 @@ std::optional<pid_t> ApplicationBus::owner(QDBusConnection connection) {
     return static_cast<pid_t>(reply.value());
 }
 
-bool ApplicationBus::activateOwner(QDBusConnection connection) {
+bool ApplicationBus::activateOwner(const QDBusConnection& connection) {
     QVariantMap platformData;
     for (const auto& [variable, key] :
          {std::pair{"XDG_ACTIVATION_TOKEN", "activation-token"}, std::pair{"DESKTOP_STARTUP_ID", "desktop-startup-id"}})

@@ -35,10 +35,10 @@ public:
     Registration registerName();
 
     /// The process that owns the name; absent when none does or there is no bus.
-    static std::optional<pid_t> owner(QDBusConnection connection = QDBusConnection::sessionBus());
+    static std::optional<pid_t> owner(const QDBusConnection& connection = QDBusConnection::sessionBus());
 
     /// Asks the owner of the name to bring its window up. Waits a few seconds; false when it does not answer.
-    static bool activateOwner(QDBusConnection connection = QDBusConnection::sessionBus());
+    static bool activateOwner(const QDBusConnection& connection = QDBusConnection::sessionBus());
 
 public Q_SLOTS:
     Q_SCRIPTABLE void Activate(const QVariantMap& platformData);

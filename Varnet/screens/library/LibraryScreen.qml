@@ -36,6 +36,7 @@ FocusScope {
         anchors.bottom: parent.bottom
         anchors.horizontalCenter: parent.horizontalCenter
         anchors.top: heading.bottom
+        anchors.topMargin: 2 * Theme.unit
         bottomMargin: 6 * Theme.unit
         boundsBehavior: Flickable.StopAtBounds
         clip: true

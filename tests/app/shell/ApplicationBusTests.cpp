@@ -12,7 +12,7 @@ namespace {
 
 /// A session bus for one test.
 class Bus : public ::testing::Test {
-protected:
+public:
     Bus() {
         m_daemon.start("dbus-daemon", {"--session", "--nofork", "--print-address=1"});
         m_daemon.waitForReadyRead(10'000);
@@ -25,6 +25,7 @@ protected:
         m_daemon.waitForFinished();
     }
 
+protected:
     QDBusConnection connection(const QString& name) { return QDBusConnection::connectToBus(m_address, name); }
 
     /// Calls as another program does; the answer's error name, empty when it worked.

@@ -20,7 +20,7 @@ QStringList warnings;
 
 /// The real window over a library of its own, without engines.
 class Window : public ::testing::Test {
-protected:
+public:
     Window() {
         QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
         warnings.clear();
@@ -41,6 +41,7 @@ protected:
         qInstallMessageHandler(m_former);
     }
 
+protected:
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
         QTest::keyClick(frame->window(), key, modifiers);
         settle();
