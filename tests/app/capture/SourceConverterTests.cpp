@@ -146,11 +146,12 @@ double displacement(const PlacedSamples& placed) {
 }
 
 // The sanitizers make the filters thirty times slower.
-#if defined(__has_feature) && __has_feature(address_sanitizer)
-constexpr double hours = 0.25;
+#ifdef __has_feature
+constexpr bool sanitized = __has_feature(address_sanitizer);
 #else
-constexpr double hours = 4;
+constexpr bool sanitized = false;
 #endif
+constexpr double hours = sanitized ? 0.25 : 4;
 
 /// Hours of a device whose clock is fast or slow. It hears a tone that is exact in true time, during the first
 /// seconds, while the conversion finds its pace, and for a second every ten minutes; what comes out must be that tone
