@@ -11,6 +11,11 @@ namespace {
 constexpr char firstPass[] = "first";
 constexpr char exactPass[] = "exact";
 
+// States a frame that a pass follows. The first halves the work for a few more errors, the second costs none.
+constexpr long firstPassWidth = 2000;
+constexpr long firstPassWords = 8;
+constexpr long exactPassWidth = 5000;
+
 /// "[NOISE]", "<sil>" and the like stand for no word.
 bool isFiller(std::string_view word) {
     return word.empty() || word.front() == '<' || word.front() == '[' || word.starts_with("++");
@@ -29,17 +34,22 @@ void Recognizer::Release::operator()(ps_decoder_s* decoder) const {
 
 Recognizer::Recognizer(const EngineConfig& config) {
     err_set_logfp(nullptr);
-    cmd_ln_t* options =
-        cmd_ln_init(nullptr, ps_args(), TRUE, "-hmm", config.acousticModel.c_str(), "-dict", config.dictionary.c_str(),
-                    "-remove_silence", "no", "-dither", "yes", "-fwdflat", "no", "-bestpath", "no", nullptr);
+    cmd_ln_t* options = cmd_ln_init(nullptr, ps_args(), TRUE, "-hmm", config.acousticModel.c_str(), "-dict",
+                                    config.dictionary.c_str(), "-remove_silence", "no", "-dither", "yes", nullptr);
     if (!options)
         throw Failure("The speech model's settings were refused.");
     m_decoder.reset(ps_init(options));
-    // The searches keep what the settings say at their making: narrow first, all passes second.
+    // A search keeps what the settings say at its making.
+    cmd_ln_set_boolean_r(options, "-fwdflat", FALSE);
+    cmd_ln_set_boolean_r(options, "-bestpath", FALSE);
+    cmd_ln_set_int_r(options, "-maxhmmpf", firstPassWidth);
+    cmd_ln_set_int_r(options, "-maxwpf", firstPassWords);
     bool loaded = m_decoder && ps_set_lm_file(m_decoder.get(), firstPass, config.languageModel.c_str()) == 0;
     if (loaded) {
         cmd_ln_set_boolean_r(options, "-fwdflat", TRUE);
         cmd_ln_set_boolean_r(options, "-bestpath", TRUE);
+        cmd_ln_set_int_r(options, "-maxhmmpf", exactPassWidth);
+        cmd_ln_set_int_r(options, "-maxwpf", -1);
         loaded = ps_set_lm(m_decoder.get(), exactPass, ps_get_lm(m_decoder.get(), firstPass)) == 0;
     }
     cmd_ln_free_r(options);

@@ -14,8 +14,10 @@ constexpr std::array<double, VoicePrint::dimensions> cepstrumScatter = {
 constexpr double pitchScatter = 0.12;
 constexpr double pitchWeight = 0.3;
 
-// In units of that scatter, squared. A voice's own pieces of a second or more stay below 5, other voices are above 10.
-constexpr double newVoiceDistance = 6.5;
+// In units of that scatter, squared. A voice's own pieces stay below 5 from a second on and below 2 from two seconds
+// on; other voices are above 10 in quiet and above 5 in noise.
+constexpr double newVoiceDistance = 4.8;
+constexpr double newVoiceDistanceFrames = 100; // divided by the piece's frames and added
 constexpr double joinDistance = 3.5;
 constexpr int newVoiceFrames = 60;
 constexpr int longestMemory = 6000; // voiced frames; older pieces fade, so that a mean follows a moving speaker
@@ -58,7 +60,8 @@ int SpeakerClusters::assign(const VoicePrint& print) {
         m_voices.emplace_back();
     } else if (print.frames > 0) {
         speaker = nearest(m_voices, print);
-        const bool strange = distance(m_voices[static_cast<std::size_t>(speaker)].mean, print) > newVoiceDistance;
+        const bool strange = distance(m_voices[static_cast<std::size_t>(speaker)].mean, print) >
+                             newVoiceDistance + newVoiceDistanceFrames / print.frames;
         if (strange && print.frames >= newVoiceFrames && m_voices.size() < maximumSpeakers) {
             speaker = static_cast<int>(m_voices.size());
             m_voices.emplace_back();

@@ -12,7 +12,7 @@ constexpr int tailFrames = 25; // kept after its last
 constexpr int startRun = 5;    // of the latest startWindow frames: speech has begun
 constexpr int startWindow = 8;
 constexpr int stretchPause = 40; // ends a stretch
-constexpr int longStretch = 800; // from here on a shorter pause ends it
+constexpr int longStretch = 700; // from here on a shorter pause ends it
 constexpr int longStretchPause = 12;
 constexpr int longestStretch = 1200;   // ends it in any case
 constexpr int longestUtterance = 2500; // ends with the stretch that reaches it
@@ -76,7 +76,8 @@ void Transcriber::waitForSpeech() {
         m_stretchStart = m_frames - static_cast<int>(m_speech.size());
         m_lastSpeech = m_frames;
         m_fed = 0;
-        if (m_options.partials)
+        m_firstPass = m_options.partials && !m_behind;
+        if (m_firstPass)
             m_recognizer.begin();
     } else if (!m_utterance.empty() && (m_frames - m_lastSpeech) * frameSeconds >= m_options.endpointSeconds) {
         completeUtterance();
@@ -93,7 +94,7 @@ void Transcriber::follow(bool speech) {
         closeStretch();
         return;
     }
-    if (!m_options.partials)
+    if (!m_firstPass)
         return;
     if (m_stretch.size() - m_fed >= feedSamples) {
         m_recognizer.feed(std::span(m_stretch).subspan(m_fed));

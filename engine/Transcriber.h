@@ -35,6 +35,9 @@ public:
 
     /// The next audio, in any portions. Calls back. Throws Failure.
     void process(std::span<const std::int16_t> samples);
+    /// While the audio comes in faster than it is recognised, the first pass is left out to catch up. Holds from the
+    /// next stretch on.
+    void setBehind(bool behind) { m_behind = behind; }
     /// The audio has ended: the utterance that is open is completed. More audio may follow.
     void flush();
 
@@ -69,6 +72,8 @@ private:
     std::vector<std::int16_t> m_rest; // less than a frame
     int m_frames = 0;                 // whole frames taken in
     bool m_inStretch = false;
+    bool m_behind = false;
+    bool m_firstPass = false;            // runs on this stretch
     int m_stretchStart = 0;              // frame
     int m_lastSpeech = 0;                // frame
     std::vector<std::int16_t> m_stretch; // audio of the stretch, or the latest audio while waiting for one
