@@ -16,7 +16,7 @@ Answer transcribe(ModelPool& models, WavReader& audio, bool speakers, const std:
     const auto collect = [&](const std::vector<Word>& utterance, double) {
         words.insert(words.end(), utterance.begin(), utterance.end());
     };
-    Transcriber transcriber(loan.recognizer(), {.speakers = speakers, .partials = false}, {{}, collect});
+    Transcriber transcriber(loan.recognizer(), {.speakers = speakers, .live = false}, {{}, collect});
     for (auto block = audio.read(blockSamples); !block.empty() && !cancelled; block = audio.read(blockSamples))
         transcriber.process(block);
     transcriber.flush();

@@ -11,7 +11,6 @@ namespace engine {
 namespace {
 
 constexpr std::size_t sliceSamples = 1600; // how often cancellation is looked at
-constexpr std::size_t behindBytes = 10 * sampleRate * sizeof(std::int16_t);
 
 } // namespace
 
@@ -63,11 +62,6 @@ std::optional<QByteArray> LiveWork::next() {
     return block;
 }
 
-std::size_t LiveWork::waitingBytes() {
-    const std::scoped_lock lock(m_lock);
-    return m_waitingBytes;
-}
-
 void LiveWork::recognise(Recognizer& recognizer) {
     Transcriber transcriber(recognizer, {m_settings.endpointSeconds, m_settings.speakers, true},
                             {[&](const std::vector<Word>& words, double seconds) {
@@ -83,7 +77,6 @@ void LiveWork::recognise(Recognizer& recognizer) {
             m_send(wire::event("input_audio_buffer.committed"), false);
             continue;
         }
-        transcriber.setBehind(waitingBytes() > behindBytes);
         samples.resize(static_cast<std::size_t>(block->size()) / sizeof(std::int16_t));
         std::memcpy(samples.data(), block->constData(), samples.size() * sizeof(std::int16_t));
         for (std::size_t place = 0; place < samples.size() && !m_cancelled; place += sliceSamples)

@@ -41,7 +41,6 @@ private:
     void run(ModelPool& models);
     void recognise(Recognizer& recognizer);
     std::optional<QByteArray> next();
-    std::size_t waitingBytes();
 
     const wire::SessionSettings m_settings;
     const Send m_send;

@@ -13,33 +13,36 @@ struct ps_decoder_s;
 
 namespace engine {
 
-/// Turns one stretch of speech after another into words, each in two passes: a narrow one while the audio comes in,
-/// for the text that is shown at once, and an exact one over the whole stretch with its own mean normalisation, whose
-/// words stay. Nothing is carried from one stretch to the next. One object belongs to one thread at a time.
+/// Turns one stretch of speech after another into words: live, in portions, with the words so far at any time, or
+/// whole. The normalisation of a live stretch starts from the ones before it, that of a whole one is its own and a
+/// little better. One object belongs to one thread at a time.
 class Recognizer {
 public:
     /// Loads the model, about a third of a second and 200 MB. Throws Failure.
     explicit Recognizer(const EngineConfig& config);
 
-    /// Starts a stretch; one that was begun and not finished is forgotten.
+    /// Starts a live stretch; one that was begun and not finished is forgotten.
     void begin();
-    /// Audio of the stretch for the first pass, in any portions.
+    /// The next audio of the stretch.
     void feed(std::span<const std::int16_t> samples);
-    /// What the first pass has so far, timed from the start of the stretch.
+    /// What stands so far, timed from the start of the stretch; it may still change.
     std::vector<Word> wordsSoFar();
-    /// Ends the stretch; `samples` is all of it. The exact words, timed from its start.
-    std::vector<Word> finish(std::span<const std::int16_t> samples);
+    /// Ends the stretch, after two more passes over what the first one left open: its words.
+    std::vector<Word> finish();
+
+    /// The words of a whole stretch.
+    std::vector<Word> recognize(std::span<const std::int16_t> samples);
 
 private:
-    bool startPass(const char* search);
-    void endPass();
+    void start();
+    void end();
     std::vector<Word> words();
 
     struct Release {
         void operator()(ps_decoder_s* decoder) const;
     };
     std::unique_ptr<ps_decoder_s, Release> m_decoder;
-    bool m_inPass = false;
+    bool m_inStretch = false;
 };
 
 } // namespace engine

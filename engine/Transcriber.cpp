@@ -17,7 +17,7 @@ constexpr int longStretchPause = 12;
 constexpr int longestStretch = 1200;   // ends it in any case
 constexpr int longestUtterance = 2500; // ends with the stretch that reaches it
 constexpr int speakerPause = 20;       // the speaker may change here
-constexpr int partialEvery = 25;       // frames between two looks at the first pass
+constexpr int partialEvery = 25;       // frames between two looks at the words so far
 constexpr std::size_t feedSamples = 800;
 
 std::size_t samplesOf(int frames) {
@@ -76,8 +76,7 @@ void Transcriber::waitForSpeech() {
         m_stretchStart = m_frames - static_cast<int>(m_speech.size());
         m_lastSpeech = m_frames;
         m_fed = 0;
-        m_firstPass = m_options.partials && !m_behind;
-        if (m_firstPass)
+        if (m_options.live)
             m_recognizer.begin();
     } else if (!m_utterance.empty() && (m_frames - m_lastSpeech) * frameSeconds >= m_options.endpointSeconds) {
         completeUtterance();
@@ -94,20 +93,30 @@ void Transcriber::follow(bool speech) {
         closeStretch();
         return;
     }
-    if (!m_firstPass)
+    if (!m_options.live)
         return;
-    if (m_stretch.size() - m_fed >= feedSamples) {
-        m_recognizer.feed(std::span(m_stretch).subspan(m_fed));
-        m_fed = m_stretch.size();
-    }
+    if (m_stretch.size() - m_fed >= feedSamples)
+        feed();
     if (length % partialEvery == 0)
         reportPartial();
+}
+
+void Transcriber::feed() {
+    m_recognizer.feed(std::span(m_stretch).subspan(m_fed));
+    m_fed = m_stretch.size();
+}
+
+std::vector<Word> Transcriber::recognized(std::size_t samples) {
+    if (!m_options.live)
+        return m_recognizer.recognize(std::span(m_stretch).first(samples));
+    feed();
+    return m_recognizer.finish();
 }
 
 void Transcriber::closeStretch() {
     m_inStretch = false;
     const int end = std::min(m_frames, m_lastSpeech + tailFrames) - m_stretchStart;
-    std::vector<Word> words = m_recognizer.finish(std::span(m_stretch).first(samplesOf(end)));
+    std::vector<Word> words = recognized(samplesOf(end));
     for (Word& word : words) {
         word.start += m_stretchStart * frameSeconds;
         word.end += m_stretchStart * frameSeconds;
@@ -122,7 +131,7 @@ void Transcriber::closeStretch() {
         !m_utterance.empty() && m_frames * frameSeconds - m_utterance.front().start >= longestUtterance * frameSeconds;
     if (tooLong)
         completeUtterance();
-    else if (m_options.partials)
+    else if (m_options.live)
         reportPartial();
 }
 

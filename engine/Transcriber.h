@@ -22,7 +22,7 @@ public:
     struct Options {
         double endpointSeconds = 0.8; ///< 0.2 to 5
         bool speakers = true;
-        bool partials = true; ///< whether onPartial is wanted; without it the first pass is left out
+        bool live = true; ///< recognise as the audio comes in and call onPartial; else each stretch as a whole
     };
     struct Callbacks {
         using Take = std::function<void(const std::vector<Word>& words, double secondsProcessed)>;
@@ -35,9 +35,6 @@ public:
 
     /// The next audio, in any portions. Calls back. Throws Failure.
     void process(std::span<const std::int16_t> samples);
-    /// While the audio comes in faster than it is recognised, the first pass is left out to catch up. Holds from the
-    /// next stretch on.
-    void setBehind(bool behind) { m_behind = behind; }
     /// The audio has ended: the utterance that is open is completed. More audio may follow.
     void flush();
 
@@ -55,7 +52,9 @@ private:
     void processFrame(std::span<const std::int16_t, frameSamples> frame);
     void waitForSpeech();
     void follow(bool speech);
+    void feed();
     void closeStretch();
+    std::vector<Word> recognized(std::size_t samples);
     void completeUtterance();
     void reportPartial();
     std::vector<Piece> pieces() const;
@@ -72,14 +71,12 @@ private:
     std::vector<std::int16_t> m_rest; // less than a frame
     int m_frames = 0;                 // whole frames taken in
     bool m_inStretch = false;
-    bool m_behind = false;
-    bool m_firstPass = false;            // runs on this stretch
     int m_stretchStart = 0;              // frame
     int m_lastSpeech = 0;                // frame
     std::vector<std::int16_t> m_stretch; // audio of the stretch, or the latest audio while waiting for one
     std::vector<bool> m_speech;          // a flag for each frame of m_stretch
-    std::size_t m_fed = 0;               // samples of m_stretch that the first pass has
-    std::vector<Word> m_utterance;       // exact words of the stretches before this one
+    std::size_t m_fed = 0;               // samples of m_stretch that the recogniser has
+    std::vector<Word> m_utterance;       // words of the stretches before this one
     std::vector<Word> m_reported;        // the latest partial
     std::vector<Piece> m_history;        // all pieces in the order of m_clusters
 };

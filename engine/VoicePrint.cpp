@@ -64,7 +64,7 @@ void VoiceAnalyzer::Release::operator()(fe_s* frontEnd) const {
 VoiceAnalyzer::VoiceAnalyzer() {
     cmd_ln_t* options =
         cmd_ln_init(nullptr, fe_get_args(), TRUE, "-ncep", "20", "-nfilt", "30", "-lowerf", "100", "-upperf", "6800",
-                    "-transform", "dct", "-remove_noise", "no", "-remove_silence", "no", "-dither", "yes", nullptr);
+                    "-transform", "dct", "-remove_noise", "no", "-remove_silence", "no", nullptr);
     m_frontEnd.reset(fe_init_auto_r(options));
     cmd_ln_free_r(options);
     if (!m_frontEnd)

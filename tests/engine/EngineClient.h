@@ -1,0 +1,82 @@
+#pragma once
+
+#include <QElapsedTimer>
+#include <QJsonObject>
+#include <QProcess>
+#include <QWebSocket>
+
+#include <chrono>
+#include <functional>
+#include <optional>
+#include <vector>
+
+/// The real engine on a port of its own, ready when constructed; killed at the end if it is still there.
+class EngineProcess {
+public:
+    /// `arguments` replaces what the engine is started with.
+    explicit EngineProcess(QStringList arguments = {});
+    ~EngineProcess();
+
+    int port() const { return m_port; }
+    QProcess& process() { return m_process; }
+    /// The status of GET "/health", 0 when nothing answers within the application's 1.5 seconds.
+    int health() const;
+    /// A line of /proc/PID/status, in KiB.
+    qint64 memory(const QByteArray& key) const;
+    /// Processor time used so far.
+    double cpuSeconds() const;
+
+private:
+    QProcess m_process;
+    int m_port = 0;
+};
+
+struct HTTPResult {
+    int status = 0;
+    QByteArray body;
+};
+/// Sends the bytes as they are and reads to the end of the connection.
+HTTPResult exchange(int port, const QByteArray& request, std::function<QByteArray()> more = {});
+/// A request with the multipart body of a transcription; `file` goes between its head and its closing delimiter.
+QByteArray transcriptionRequest(const QByteArray& file, const QByteArray& diarization = "true");
+
+/// A live session's other end.
+class LiveClient {
+public:
+    struct Message {
+        QJsonObject json;
+        double arrival = 0; ///< seconds on `clock`
+        QString type() const { return json.value("type").toString(); }
+    };
+
+    explicit LiveClient(const EngineProcess& engine);
+
+    /// Waits for "session.created", sends the application's settings and waits for "session.updated".
+    void handshake();
+    void sendText(const QString& text) { m_socket.sendTextMessage(text); }
+    void sendBlock(const QByteArray& pcm) { m_socket.sendBinaryMessage(pcm); }
+    /// In blocks of the application's size.
+    void sendAudio(const QByteArray& pcm);
+    void commit() { sendText(R"({"type":"input_audio_buffer.commit"})"); }
+
+    /// Waits until a message of the type has come, for a minute at most; its place in `messages`.
+    std::optional<std::size_t> waitFor(const QString& type);
+    bool waitForClose();
+    /// The words of all ".completed" messages.
+    QJsonArray words() const;
+
+    std::vector<Message> messages;
+    QElapsedTimer clock;
+
+private:
+    QWebSocket m_socket;
+    bool m_closed = false;
+};
+
+/// Runs the event loop until the condition holds; false after the deadline.
+bool await(const std::function<bool()>& condition, std::chrono::milliseconds deadline = std::chrono::minutes(1));
+
+QByteArray pcmOf(const QString& wavFile);
+/// Synthetic speech in the engine's format, with a second of silence behind it.
+QByteArray spoken(const QString& text, const QString& voice = "slt");
+QByteArray wavOf(const QByteArray& pcm, quint32 rate = 16000);

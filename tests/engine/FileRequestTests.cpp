@@ -1,0 +1,114 @@
+#include "tests/engine/EngineClient.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+namespace {
+
+EngineProcess& engine() {
+    static EngineProcess shared;
+    return shared;
+}
+
+QByteArray get(const QByteArray& path, const QByteArray& headers = "Host: 127.0.0.1\r\n") {
+    return "GET " + path + " HTTP/1.1\r\n" + headers + "\r\n";
+}
+
+} // namespace
+
+TEST(FileRequest, IsAnsweredWithTextAndTimedWordsOfSpeakers) {
+    const QByteArray file =
+        wavOf(spoken("The train was late again.") + spoken("We will talk about the money next week.", "rms"));
+    const HTTPResult result = exchange(engine().port(), transcriptionRequest(file));
+    ASSERT_EQ(result.status, 200) << result.body.constData();
+    const QJsonObject answer = QJsonDocument::fromJson(result.body).object();
+    EXPECT_EQ(answer.value("text").toString().toStdString(),
+              "the train was late again we will talk about the money next week");
+    const QJsonArray words = answer.value("words").toArray();
+    ASSERT_EQ(words.size(), 13);
+    EXPECT_EQ(words[4]["word"].toString().toStdString(), "again");
+    EXPECT_EQ(words[4]["speaker"].toInt(-1), 0);
+    EXPECT_EQ(words[12]["speaker"].toInt(-1), 1);
+    EXPECT_GT(words[5]["start"].toDouble(), words[4]["end"].toDouble() + 0.9);
+}
+
+TEST(FileRequest, NamesNoSpeakersUnlessAsked) {
+    const HTTPResult result = exchange(engine().port(), transcriptionRequest(wavOf(spoken("Good morning.")), "false"));
+    ASSERT_EQ(result.status, 200);
+    EXPECT_FALSE(QJsonDocument::fromJson(result.body)["words"][0].toObject().contains("speaker"));
+}
+
+TEST(FileRequest, BadRequestsAreAnsweredWithASentence) {
+    const QByteArray silence(3200, 0);
+    const QByteArray form = "POST /v1/audio/transcriptions HTTP/1.1\r\nHost: localhost\r\n";
+    struct Case {
+        const char* name;
+        QByteArray request;
+        int status;
+        QByteArray body;
+    };
+    const Case cases[] = {
+        {"no WAV", transcriptionRequest("hello"), 400, "The file is not a WAV file of 16-bit mono PCM at 16000 Hz"},
+        {"empty file", transcriptionRequest(""), 400, "The file is not a WAV file of 16-bit mono PCM at 16000 Hz"},
+        {"48 kHz", transcriptionRequest(wavOf(silence, 48000)), 400,
+         "The file is not a WAV file of 16-bit mono PCM at 16000 Hz"},
+        {"bad field", transcriptionRequest(wavOf(silence), "perhaps"), 400, "The diarization must be true or false"},
+        {"endless field", transcriptionRequest(wavOf(silence), QByteArray(5000, 'x')), 400,
+         "The field \"diarization\" is too long"},
+        {"no boundary", form + "Content-Length: 3\r\n\r\nabc", 400,
+         "The request is not multipart/form-data with a boundary"},
+        {"no file", form + "Content-Type: multipart/form-data; boundary=B\r\nContent-Length: 7\r\n\r\n--B--\r\n", 400,
+         "The request has no complete file"},
+        {"no length", form + "\r\n", 411, "The request does not say how long it is"},
+        {"2 GiB", form + "Content-Length: 2147483648\r\n\r\n", 413, "The file is longer than 1 GiB"},
+        {"other path", get("/v1/models"), 404, "There is nothing under this path"},
+        {"other method", get("/v1/audio/transcriptions"), 405, "The method does not fit this path"},
+        {"no WebSocket", get("/v1/audio/transcriptions/realtime"), 426, "This path speaks WebSocket only"},
+        {"rebound name", get("/health", "Host: pages.example\r\n"), 403,
+         "Only programs of this machine may ask the engine"},
+        {"a page's request", get("/health", "Host: 127.0.0.1\r\nOrigin: https://pages.example\r\n"), 403,
+         "Only programs of this machine may ask the engine"},
+        {"no HTTP", "hello\r\n\r\n", 400, "This is not an HTTP request"},
+        {"endless head", get("/health", "X: " + QByteArray(20000, 'x') + "\r\n"), 400,
+         "The request's head is too long"},
+    };
+    for (const Case& entry : cases) {
+        SCOPED_TRACE(entry.name);
+        const HTTPResult result = exchange(engine().port(), entry.request);
+        EXPECT_EQ(result.status, entry.status);
+        EXPECT_EQ(result.body, entry.body);
+    }
+    EXPECT_EQ(engine().health(), 200);
+}
+
+TEST(FileRequest, TwoHoursPassThroughTheDiskNotThroughMemory) {
+    EngineProcess own;
+    const qint64 before = own.memory("VmHWM:");
+    constexpr qint64 seconds = 2 * 3600;
+    QByteArray head = wavOf({});
+    const qint64 audio = seconds * 32000;
+    const QByteArray size(4, '\0'); // as a recorder leaves it that was killed
+    head.replace(40, 4, size);
+    QByteArray request = transcriptionRequest(head);
+    const QByteArray tail = "\r\n--B--\r\n";
+    const qsizetype body = request.indexOf("\r\n\r\n") + 4;
+    request.replace("Content-Length: " + QByteArray::number(request.size() - body),
+                    "Content-Length: " + QByteArray::number(request.size() - body + audio));
+    request.chop(tail.size());
+    qint64 left = audio;
+    const auto more = [&]() -> QByteArray {
+        if (left < 0)
+            return {};
+        const qint64 portion = std::min<qint64>(left, 1 << 20);
+        left = portion == 0 ? -1 : left - portion;
+        return portion == 0 ? tail : QByteArray(portion, '\0');
+    };
+    const HTTPResult result = exchange(own.port(), request, more);
+    ASSERT_EQ(result.status, 200) << result.body.constData();
+    EXPECT_EQ(QJsonDocument::fromJson(result.body)["duration"].toDouble(), 7200.0);
+    EXPECT_LT(own.memory("VmHWM:") - before, 40 * 1024);
+}

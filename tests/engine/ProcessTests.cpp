@@ -1,0 +1,96 @@
+#include "tests/engine/EngineClient.h"
+
+#include <QTcpSocket>
+#include <QTemporaryFile>
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+struct Outcome {
+    int status = -1;
+    QByteArray error;
+};
+
+Outcome run(const QStringList& arguments) {
+    QProcess process;
+    process.start(NEMO_SPEECH, arguments);
+    process.waitForFinished();
+    return {process.exitCode(), process.readAllStandardError()};
+}
+
+/// The program runs; one that has ended and that nobody has waited for has no command line any more.
+bool serves(qint64 process) {
+    QFile file(QString("/proc/%1/cmdline").arg(process));
+    return file.open(QFile::ReadOnly) && file.readAll().contains("config/speech.yaml");
+}
+
+} // namespace
+
+TEST(EngineProcess, EndsWithinASecondOfSIGTERMWhileItRecognises) {
+    EngineProcess engine;
+    const QByteArray speech = spoken("We should look at the new building in the center of the city tomorrow morning.");
+    LiveClient client(engine);
+    client.handshake();
+    QTcpSocket file;
+    file.connectToHost(QHostAddress::LocalHost, static_cast<quint16>(engine.port()));
+    file.write(transcriptionRequest(wavOf(speech.repeated(20))));
+    client.sendAudio(speech.repeated(20));
+    ASSERT_TRUE(client.waitFor("transcription.delta"));
+    EXPECT_EQ(engine.health(), 200);
+    ::kill(static_cast<pid_t>(engine.process().processId()), SIGTERM);
+    EXPECT_TRUE(engine.process().waitForFinished(1000));
+    EXPECT_EQ(engine.process().exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(engine.process().exitCode(), 0);
+}
+
+TEST(EngineProcess, EndsWithTheProgramThatOwnsIt) {
+    // The signal itself is one that does nothing: the engine must notice by itself.
+    QProcess owner;
+    owner.start("sh", {"-c", "setpriv --pdeathsig WINCH \"$0\" serve --config \"$1\" --port 0 & echo $!; exec cat",
+                       NEMO_SPEECH, VARNET_SOURCE_DIR "/config/speech.yaml"});
+    QByteArray output;
+    ASSERT_TRUE(await([&] { return (output += owner.readAll()).contains("Listening"); }));
+    const qint64 engine = output.split('\n').first().toLongLong();
+    ASSERT_TRUE(serves(engine));
+    owner.kill();
+    owner.waitForFinished();
+    EXPECT_TRUE(await([&] { return !serves(engine); }, 2s));
+}
+
+TEST(EngineProcess, SaysWhyItDoesNotStart) {
+    QTemporaryFile config;
+    ASSERT_TRUE(config.open());
+    config.write("port: 17863\n# comment\nport: 99999\n");
+    config.flush();
+    EngineProcess running;
+    const QString taken = QString::number(running.port());
+    const QString good = VARNET_SOURCE_DIR "/config/speech.yaml";
+    struct Case {
+        QStringList arguments;
+        int status;
+        QByteArray error;
+    };
+    const Case cases[] = {
+        {{"serve", "--config", config.fileName()},
+         1,
+         "nemo-speech: Line 3 of the configuration: \"99999\" is not a number from 0 to 65535.\n"},
+        {{"serve", "--config", "/nowhere.yaml"}, 1, "nemo-speech: The configuration /nowhere.yaml can't be read.\n"},
+        {{"serve", "--config", good, "--port", taken},
+         1,
+         "nemo-speech: Port " + taken.toUtf8() + " of 127.0.0.1 can't be used: The bound address is already in use.\n"},
+        {{"serve", "--config", good, "--device", "gpu"}, 1, "nemo-speech: The device must be cpu.\n"},
+        {{"pull", "nemotron-en", "--quiet"}, 0, ""},
+    };
+    for (const Case& entry : cases) {
+        SCOPED_TRACE(entry.arguments.join(' ').toStdString());
+        const Outcome outcome = run(entry.arguments);
+        EXPECT_EQ(outcome.status, entry.status);
+        EXPECT_EQ(outcome.error, entry.error);
+    }
+    EXPECT_EQ(run({"dance"}).status, 2);
+}
