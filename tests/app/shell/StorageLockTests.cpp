@@ -1,6 +1,7 @@
 #include "Varnet/shell/StorageLock.h"
 #include "tests/support/TemporaryFolder.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -42,10 +43,17 @@ TEST(StorageLocks, ACrashFreesTheLibraryThoughItsChildrenLiveOn) {
     const pid_t holder = fork();
     if (holder == 0) {
         const StorageLock lock(root);
+        int running[2];
+        char none;
+        if (pipe2(running, O_CLOEXEC) != 0)
+            _exit(1);
         if (fork() == 0) { // an engine: it inherits everything that is not closed on exec
-            execlp("sleep", "sleep", "30", nullptr);
+            execlp("sleep", "sleep", "5", nullptr);
             _exit(1);
         }
+        close(running[1]);
+        if (read(running[0], &none, 1) != 0) // the end comes with the exec
+            _exit(1);
         const auto written = write(pipeEnds[1], lock.held() ? "y" : "n", 1);
         pause();
         _exit(static_cast<int>(written));
