@@ -100,7 +100,8 @@ protected:
         std::memcpy(&declared, bytes.data() + 40, 4);
         EXPECT_EQ(declared + 44, bytes.size()) << name;
         std::vector<std::int16_t> result((bytes.size() - 44) / 2);
-        std::memcpy(result.data(), bytes.data() + 44, result.size() * 2);
+        if (!result.empty())
+            std::memcpy(result.data(), bytes.data() + 44, result.size() * 2);
         return result;
     }
 
