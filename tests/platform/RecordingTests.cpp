@@ -16,7 +16,10 @@ namespace varnet::test {
 namespace {
 
 constexpr int sampleRate = 16'000;
-constexpr int quantum = 1024; ///< of the graph, 48 kHz frames
+
+/// Of the graph, 48 kHz frames: long enough for a busy machine, which else makes holes in the tone before it is
+/// captured; like the usual 1024 it is no whole number of the recording's frames.
+constexpr int quantum = 4096;
 
 /// The microphone of these tests hands sound on within the cycle of the graph, the output's monitor, whose device keeps
 /// the graph's time, in the next one: so far is the microphone's track ahead, in frames of the recording.
@@ -250,24 +253,27 @@ TEST_F(CaptureRecording, PauseOfTheServerIsSilenceInMicrophoneModeToo) {
     const Duet duet(tone(1'000, 10, 0.5f));
     AudioRecorder microphone(makeAudioCapture());
     const std::int64_t begin = monotonicNanoseconds();
+    const auto now = [&] { return static_cast<double>(monotonicNanoseconds() - begin) * 1e-9; };
     await(microphone.start(folder / "microphone.wav", {}));
     listen(1s);
+    const double paused = now();
     kill(server(), SIGSTOP);
     listen(2s);
+    const double resumed = now();
     kill(server(), SIGCONT);
     listen(1s);
-    const std::int64_t end = monotonicNanoseconds();
+    const double end = now();
     await(microphone.stop());
 
     const std::vector<float> samples = track("microphone.wav");
-    EXPECT_NEAR(static_cast<double>(samples.size()) / sampleRate, double(end - begin) * 1e-9, 0.2);
-    const auto loudness = [&](double fromEnd) {
-        const std::size_t at = samples.size() - static_cast<std::size_t>(fromEnd * sampleRate);
+    EXPECT_NEAR(static_cast<double>(samples.size()) / sampleRate, end, 0.2);
+    const auto loudness = [&](double seconds) {
+        const auto at = static_cast<std::size_t>(seconds * sampleRate);
         return amplitude(std::span(samples).subspan(at, 1'600), 1'000, sampleRate);
     };
-    EXPECT_NEAR(loudness(3.4), 0.5, 0.01);
-    EXPECT_EQ(loudness(2), 0);
-    EXPECT_NEAR(loudness(0.3), 0.5, 0.01);
+    EXPECT_NEAR(loudness(paused - 0.5), 0.5, 0.01);
+    EXPECT_EQ(loudness(paused + 0.7), 0);
+    EXPECT_NEAR(loudness(resumed + 0.6), 0.5, 0.01);
 }
 
 TEST_F(CaptureRecording, EndOfTheServerLeavesWholeFiles) {
