@@ -18,6 +18,7 @@ ModelPool::Loan ModelPool::borrow() {
         if (!m_free.empty()) {
             std::unique_ptr<Recognizer> recognizer = std::move(m_free.back());
             m_free.pop_back();
+            recognizer->reset();
             return {*this, std::move(recognizer)};
         }
     }

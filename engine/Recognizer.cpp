@@ -37,6 +37,14 @@ Recognizer::Recognizer(const EngineConfig& config) {
     cmd_ln_free_r(options);
     if (!m_decoder)
         throw Failure("The speech model " + config.acousticModel.string() + " could not be loaded.");
+    const feat_t* features = ps_get_feat(m_decoder.get());
+    m_firstMean.resize(static_cast<std::size_t>(feat_cepsize(features)));
+    cmn_live_get(features->cmn_struct, m_firstMean.data());
+}
+
+void Recognizer::reset() {
+    end();
+    cmn_live_set(ps_get_feat(m_decoder.get())->cmn_struct, m_firstMean.data());
 }
 
 void Recognizer::begin() {

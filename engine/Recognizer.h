@@ -21,6 +21,9 @@ public:
     /// Loads the model, about a third of a second and 200 MB. Throws Failure.
     explicit Recognizer(const EngineConfig& config);
 
+    /// Forgets what was heard, for the next session.
+    void reset();
+
     /// Starts a live stretch; one that was begun and not finished is forgotten.
     void begin();
     /// The next audio of the stretch.
@@ -42,6 +45,7 @@ private:
         void operator()(ps_decoder_s* decoder) const;
     };
     std::unique_ptr<ps_decoder_s, Release> m_decoder;
+    std::vector<float> m_firstMean; // of the normalisation of live audio
     bool m_inStretch = false;
 };
 

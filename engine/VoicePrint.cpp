@@ -80,7 +80,7 @@ std::vector<std::array<double, VoicePrint::dimensions>> VoiceAnalyzer::cepstra(s
     std::vector<std::array<double, VoicePrint::dimensions>> result(static_cast<std::size_t>(count));
     for (std::size_t frame = 0; frame < result.size(); ++frame)
         std::copy_n(block[frame] + 1, VoicePrint::dimensions, result[frame].begin());
-    fe_free_2d(block);
+    fe_free_2d(static_cast<void*>(block));
     return result;
 }
 

@@ -32,7 +32,7 @@ QJsonArray array(const std::vector<Word>& words) {
 }
 
 QJsonValue typed(const QJsonObject& object, const char* key, QJsonValue::Type type, const QJsonValue& otherwise) {
-    const QJsonValue value = object.value(QLatin1String(key));
+    QJsonValue value = object.value(QLatin1String(key));
     if (value.isUndefined())
         return otherwise;
     if (value.type() != type)

@@ -30,7 +30,11 @@ bool await(const std::function<bool()>& condition, std::chrono::milliseconds dea
 
 EngineProcess::EngineProcess(QStringList arguments) {
     if (arguments.isEmpty())
-        arguments = {"serve", "--config", VARNET_SOURCE_DIR "/config/speech.yaml", "--port", "0", "--device", "cpu"};
+        arguments << "serve" << "--config" << VARNET_SOURCE_DIR "/config/speech.yaml" << "--port" << "0" << "--device"
+                  << "cpu";
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("ASAN_OPTIONS", "quarantine_size_mb=8"); // memory is measured
+    m_process.setProcessEnvironment(environment);
     m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     m_process.start(NEMO_SPEECH, arguments);
     await([this] { return m_process.canReadLine() || m_process.state() == QProcess::NotRunning; });

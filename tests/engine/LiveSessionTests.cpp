@@ -1,6 +1,7 @@
 #include "tests/engine/EngineClient.h"
 
 #include <QJsonArray>
+#include <QtEndian>
 
 #include <gtest/gtest.h>
 
@@ -59,6 +60,27 @@ TEST(LiveSession, TimesGoOnThroughSilenceAndEveryPauseEndsAnUtterance) {
     const double distance = static_cast<double>(sentence.size()) / 32000 + 3;
     EXPECT_NEAR(words[2]["start"].toDouble() - words[0]["start"].toDouble(), distance, 0.05);
     EXPECT_EQ(words[2]["speaker"].toInt(-1), words[0]["speaker"].toInt(-2));
+}
+
+TEST(LiveSession, KnowsNothingOfTheSessionsBefore) {
+    EngineProcess own;
+    const QByteArray sentence = spoken("We will talk about the money next week.");
+    const auto words = [&own](const QByteArray& audio) {
+        LiveClient client(own);
+        client.handshake();
+        client.sendAudio(audio);
+        client.commit();
+        EXPECT_TRUE(client.waitFor("input_audio_buffer.committed"));
+        return client.words();
+    };
+    const QJsonArray first = words(sentence);
+    QByteArray quiet = spoken("The train was late again, and nobody was there. I have never seen such a movie.", "awb");
+    for (qsizetype i = 0; i < quiet.size(); i += 2)
+        qToLittleEndian<qint16>(static_cast<qint16>(qFromLittleEndian<qint16>(quiet.constData() + i) / 50),
+                                quiet.data() + i);
+    words(quiet);
+    EXPECT_EQ(words(sentence), first);
+    EXPECT_EQ(first.size(), 8);
 }
 
 TEST(LiveSession, CommitsWithoutSpeechAreAcknowledgedAlone) {

@@ -28,6 +28,7 @@ TEST(SpeakerClusters, NumbersVoicesInTheOrderTheyAreHeardAndKnowsThemAgain) {
     SpeakerClusters clusters;
     const std::vector<VoicePrint> heard = {voice(0), voice(5), voice(0.3), voice(-5), voice(5.2), voice(0.1)};
     std::vector<int> numbers;
+    numbers.reserve(heard.size());
     for (const VoicePrint& print : heard)
         numbers.push_back(clusters.assign(print));
     EXPECT_EQ(numbers, (std::vector<int>{0, 1, 0, 2, 1, 0}));
