@@ -50,7 +50,7 @@ std::string lateStartMessage(CaptureSource source, bool wrongDevice) {
 
 } // namespace
 
-PipeWireSession::PipeWireSession(std::vector<CaptureSource> sources, AudioCapture::Callbacks callbacks,
+PipeWireSession::PipeWireSession(const std::vector<CaptureSource>& sources, AudioCapture::Callbacks callbacks,
                                  std::function<void(std::exception_ptr)> started)
     : m_callbacks(std::move(callbacks)), m_started(std::move(started)) {
     VARNET_ASSERT(!sources.empty());

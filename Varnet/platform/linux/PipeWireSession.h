@@ -15,7 +15,7 @@ namespace varnet {
 class PipeWireSession {
 public:
     /// `started` is called once on the session's thread: with null when every stream runs, else with the failure.
-    PipeWireSession(std::vector<CaptureSource> sources, AudioCapture::Callbacks callbacks,
+    PipeWireSession(const std::vector<CaptureSource>& sources, AudioCapture::Callbacks callbacks,
                     std::function<void(std::exception_ptr)> started);
     ~PipeWireSession();
     PipeWireSession(const PipeWireSession&) = delete;

@@ -19,7 +19,7 @@ constexpr int replyTimeout = 5'000; // milliseconds
 /// The login manager's lock lasts as long as this descriptor is open.
 class LoginLock final : public SleepInhibitor {
 public:
-    explicit LoginLock(QDBusUnixFileDescriptor descriptor) : m_descriptor(std::move(descriptor)) {}
+    explicit LoginLock(const QDBusUnixFileDescriptor& descriptor) : m_descriptor(descriptor) {}
 
 private:
     QDBusUnixFileDescriptor m_descriptor;
