@@ -18,7 +18,7 @@ namespace engine {
 /// little better. One object belongs to one thread at a time.
 class Recognizer {
 public:
-    /// Loads the model, about a third of a second and 200 MB. Throws Failure.
+    /// Loads the model, about a third of a second and 100 MB. Throws Failure.
     explicit Recognizer(const EngineConfig& config);
 
     /// Forgets what was heard, for the next session.

@@ -41,10 +41,9 @@ struct Dialogue {
 
 } // namespace
 
-TEST(Dialogue, LiveAndFromAFileTheWordsAndTheirSpeakersAreRight) {
+TEST(Dialogue, OfTwoMenAndOfThreeVoicesIsUnderstoodLive) {
     EngineProcess engine;
-    const std::pair<const char*, const char*> dialogues[] = {
-        {"slt-rms", "90"}, {"rms-awb", "90"}, {"slt-rms-awb", "85"}};
+    const std::pair<const char*, const char*> dialogues[] = {{"rms-awb", "90"}, {"slt-rms-awb", "85"}};
     for (const auto& [name, accuracy] : dialogues) {
         SCOPED_TRACE(name);
         const Dialogue dialogue(name);
@@ -52,15 +51,20 @@ TEST(Dialogue, LiveAndFromAFileTheWordsAndTheirSpeakersAreRight) {
         client.handshake();
         client.sendAudio(dialogue.audio);
         client.commit();
-        const HTTPResult file = exchange(engine.port(), transcriptionRequest(wavOf(dialogue.audio)));
         ASSERT_TRUE(client.waitFor("input_audio_buffer.committed"));
         EXPECT_EQ(dialogue.score(client.words(), accuracy), 0);
-        ASSERT_EQ(file.status, 200);
-        EXPECT_EQ(dialogue.score(QJsonDocument::fromJson(file.body)["words"].toArray(), accuracy), 0);
     }
 }
 
-TEST(Dialogue, InRealTimeTextComesSoonAndHalfACoreIsLeft) {
+TEST(Dialogue, OfThreeVoicesIsUnderstoodFromAFile) {
+    EngineProcess engine;
+    const Dialogue dialogue("slt-rms-awb");
+    const HTTPResult file = exchange(engine.port(), transcriptionRequest(wavOf(dialogue.audio)));
+    ASSERT_EQ(file.status, 200);
+    EXPECT_EQ(dialogue.score(QJsonDocument::fromJson(file.body)["words"].toArray(), "85"), 0);
+}
+
+TEST(Dialogue, InRealTimeIsUnderstoodSoonWithLittleWork) {
     EngineProcess engine;
     const Dialogue dialogue("slt-rms");
     LiveClient client(engine);
@@ -80,6 +84,7 @@ TEST(Dialogue, InRealTimeTextComesSoonAndHalfACoreIsLeft) {
     const double cpu = (engine.cpuSeconds() - cpuBefore) / (static_cast<double>(playing.elapsed()) / 1000);
     client.commit();
     ASSERT_TRUE(client.waitFor("input_audio_buffer.committed"));
+    EXPECT_EQ(dialogue.score(client.words(), "90"), 0);
 
     const auto firstWord = dialogue.turns.first()["start"].toDouble();
     const auto partial = client.waitFor("transcription.delta");
