@@ -121,6 +121,10 @@ void HTTPConnection::beginFile() {
 }
 
 void HTTPConnection::readBody() {
+    if (!m_body) { // the file is being recognised; what follows it is nothing that was asked for
+        m_socket->readAll();
+        return;
+    }
     m_patience.start(bodyPatience);
     try {
         while (m_bodyLeft > 0 && m_socket->bytesAvailable() > 0) {

@@ -54,8 +54,8 @@ void LiveSession::receiveText(const QString& text) {
         fail("The message type \"" + type.left(100) + "\" is not known.");
     else if (!m_work)
         fail("There is nothing to commit before \"session.update\".");
-    else
-        m_work->commit();
+    else if (!m_work->commit())
+        fail("Too much is waiting to be recognised.");
 }
 
 void LiveSession::update(const QJsonObject& session) {

@@ -12,6 +12,11 @@ namespace {
 
 constexpr std::size_t sliceSamples = 1600; // how often cancellation is looked at
 
+/// What a waiting block takes, so that many small ones are bounded too.
+std::size_t cost(const QByteArray& block) {
+    return static_cast<std::size_t>(block.size()) + 64;
+}
+
 } // namespace
 
 LiveWork::LiveWork(wire::SessionSettings settings, Send send) : m_settings(settings), m_send(std::move(send)) {}
@@ -28,21 +33,21 @@ std::shared_ptr<LiveWork> LiveWork::start(ModelPool& models, std::atomic<int>& r
 }
 
 bool LiveWork::append(const QByteArray& audio) {
-    if (audio.isEmpty())
-        return true;
-    const std::scoped_lock lock(m_lock);
-    if (m_waitingBytes + static_cast<std::size_t>(audio.size()) > maximumWaiting)
-        return false;
-    m_waitingBytes += static_cast<std::size_t>(audio.size());
-    m_waiting.push_back(audio);
-    m_arrived.notify_one();
-    return true;
+    return audio.isEmpty() || wait(audio);
 }
 
-void LiveWork::commit() {
+bool LiveWork::commit() {
+    return wait({});
+}
+
+bool LiveWork::wait(const QByteArray& block) {
     const std::scoped_lock lock(m_lock);
-    m_waiting.emplace_back();
+    if (m_waitingBytes + cost(block) > maximumWaiting)
+        return false;
+    m_waitingBytes += cost(block);
+    m_waiting.push_back(block);
     m_arrived.notify_one();
+    return true;
 }
 
 void LiveWork::cancel() {
@@ -58,7 +63,7 @@ std::optional<QByteArray> LiveWork::next() {
         return {};
     QByteArray block = std::move(m_waiting.front());
     m_waiting.pop_front();
-    m_waitingBytes -= static_cast<std::size_t>(block.size());
+    m_waitingBytes -= cost(block);
     return block;
 }
 

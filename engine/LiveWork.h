@@ -31,8 +31,8 @@ public:
 
     /// False when too much is waiting; the audio is not taken then. `audio` holds whole samples.
     bool append(const QByteArray& audio);
-    /// Everything before it is answered, then "input_audio_buffer.committed" is sent.
-    void commit();
+    /// Everything before it is answered, then "input_audio_buffer.committed" is sent. False when too much is waiting.
+    bool commit();
     void cancel();
 
 private:
@@ -40,6 +40,7 @@ private:
 
     void run(ModelPool& models);
     void recognise(Recognizer& recognizer);
+    bool wait(const QByteArray& block);
     std::optional<QByteArray> next();
 
     const wire::SessionSettings m_settings;

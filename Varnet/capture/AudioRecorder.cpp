@@ -98,12 +98,9 @@ void AudioRecorder::open(const std::filesystem::path& path) {
 
 void AudioRecorder::deliver(const CaptureBuffer& buffer) {
     try {
-        std::vector<PlacedSamples> placed;
-        {
-            const std::lock_guard lock(m_converterMutex);
-            placed = m_converter->convert(buffer, m_clock());
-        }
-        m_queue.post([this, placed = std::move(placed)]() mutable {
+        // Posted under the lock, so that no tick takes the converter's rest before what came ahead of it.
+        const std::lock_guard lock(m_converterMutex);
+        m_queue.post([this, placed = m_converter->convert(buffer, m_clock())]() mutable {
             for (PlacedSamples& next : placed)
                 gather(std::move(next));
         });

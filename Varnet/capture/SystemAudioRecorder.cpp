@@ -85,6 +85,9 @@ Task<> SystemAudioRecorder::start(std::filesystem::path mixedFile, RecorderCallb
             if (m_failed)
                 throw SpeechFailure(
                     "Audio capture failed while starting. Check recording permissions and audio devices.");
+            m_started = true;
+            for (auto& mix : std::exchange(m_unsent, {}))
+                m_callbacks.onPCM(std::move(mix));
         });
         co_return;
     } catch (const CaptureUnavailable& reason) {
@@ -175,8 +178,10 @@ void SystemAudioRecorder::writeBlock(const AudioBlock& block) {
     m_files.at("microphone")->append(DurableWAV::pcm(block.microphone));
     m_files.at("system")->append(DurableWAV::pcm(block.system));
     m_files.at("mixed")->append(mix);
-    if (m_callbacks.onPCM)
+    if (m_callbacks.onPCM && m_started)
         m_callbacks.onPCM(std::move(mix));
+    else if (m_callbacks.onPCM)
+        m_unsent.push_back(std::move(mix));
     if (m_callbacks.onLevels)
         m_callbacks.onLevels(rmsLevel(block.microphone), rmsLevel(block.system));
 }

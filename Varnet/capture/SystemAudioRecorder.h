@@ -80,6 +80,8 @@ private:
     std::int64_t m_finalFrame = 0;
     bool m_stopping = false;
     bool m_failed = false;
+    bool m_started = false;                       ///< the capture runs: nothing will be undone
+    std::vector<std::vector<std::byte>> m_unsent; ///< blocks of the mix from before that; at most a few seconds
 
     // The capture ends first, then the queue does what it has been given.
     SerialQueue m_queue;

@@ -132,6 +132,7 @@ void MeetingPage::rename(const QString& title) {
 /// Another meeting starts with empty lists, so that its rows are not taken for changes of the former one's.
 void MeetingPage::follow() {
     if (m_store.selectedID() != m_shown) {
+        Q_EMIT aboutToLeave();
         m_shown = m_store.selectedID();
         m_turns.clear();
         m_partialTurns.clear();

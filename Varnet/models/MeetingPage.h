@@ -65,6 +65,9 @@ public:
 
 Q_SIGNALS:
     void changed();
+    /// The page turns to another meeting, or the program ends: what is being edited belongs to the meeting shown until
+    /// now and must be handed in at once.
+    void aboutToLeave();
     void clockChanged();
     void levelsChanged();
     void callMissingChanged();

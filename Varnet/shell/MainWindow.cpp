@@ -36,6 +36,7 @@ MainWindow::MainWindow(VarnetApp& app, QObject* parent)
         if (m_app.delegate().askingToSave())
             show();
     });
+    connect(&app.delegate(), &MeetingAppDelegate::closing, &m_meetingPage, &MeetingPage::aboutToLeave);
 }
 
 MainWindow::~MainWindow() {

@@ -1,9 +1,18 @@
 #include "Varnet/shell/MeetingAppDelegate.h"
 
+#include "Varnet/async/Waits.h"
 #include "Varnet/engines/EngineSupervisor.h"
 #include "Varnet/store/MeetingStore.h"
 
+#include <chrono>
+
 namespace varnet {
+
+namespace {
+
+constexpr std::chrono::seconds captureTimeout{10};
+
+} // namespace
 
 MeetingAppDelegate::MeetingAppDelegate(QObject* parent) : QObject(parent) {}
 
@@ -13,22 +22,33 @@ void MeetingAppDelegate::adopt(MeetingStore* store, EngineSupervisor* engines) {
 }
 
 bool MeetingAppDelegate::canCloseAtOnce() {
-    return !m_store || (!m_store->recording() && m_store->retrySaving());
+    Q_EMIT closing();
+    return !m_store || (!m_store->recording() && !m_store->capturing() && m_store->retrySaving());
 }
 
 void MeetingAppDelegate::quit() {
     if (m_quitting)
         return;
     m_quitting = true;
-    if (m_store && m_store->recording())
-        m_tasks.spawn(stopRecordingAndClose(this));
+    Q_EMIT closing();
+    if (m_store && (m_store->recording() || m_store->capturing()))
+        m_tasks.spawn(endCaptureAndClose(this, m_tasks.stopToken()));
     else
         close();
 }
 
-Task<> MeetingAppDelegate::stopRecordingAndClose(QPointer<MeetingAppDelegate> self) {
-    // A recording that cannot be stopped says so in the store's error; whether to stay is up to what is saved.
-    co_await self->m_store->stopRecording();
+/// A start or a stop that is under way comes to its end first, so that the files of the recording are closed.
+Task<> MeetingAppDelegate::endCaptureAndClose(QPointer<MeetingAppDelegate> self, std::stop_token stop) {
+    do {
+        // A recording that cannot be stopped says so in the store's error; whether to stay is up to what is saved.
+        if (self->m_store->recording())
+            co_await self->m_store->stopRecording();
+        else if (co_await waitForSignal(self->m_store.data(), &MeetingStore::meetingChanged, captureTimeout, stop) ==
+                 WaitOutcome::timedOut)
+            break;
+        if (!self || stop.stop_requested())
+            co_return;
+    } while (self->m_store && self->m_store->capturing());
     if (self)
         self->close();
 }

@@ -41,11 +41,13 @@ public:
 Q_SIGNALS:
     void askingToSaveChanged();
     void quitCancelled();
+    /// A quit begins: edits that are still open are to be handed to the store now.
+    void closing();
     /// The quit is agreed and the engines are shut down: the event loop may end.
     void terminated();
 
 private:
-    static Task<> stopRecordingAndClose(QPointer<MeetingAppDelegate> self);
+    static Task<> endCaptureAndClose(QPointer<MeetingAppDelegate> self, std::stop_token stop);
     void close();
     void setAskingToSave(bool asking);
     void cancel();

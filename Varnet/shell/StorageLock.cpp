@@ -60,7 +60,7 @@ bool StorageLock::lockFile(const std::filesystem::path& file) {
     m_descriptor = open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600);
     if (m_descriptor < 0)
         return false;
-    m_held = flock(m_descriptor, LOCK_EX | LOCK_NB) == 0;
+    m_held = flock(m_descriptor, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK; // not every file system has locks
     if (!m_held) {
         m_holder = readProcess(m_descriptor);
         return true;

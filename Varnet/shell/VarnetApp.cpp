@@ -16,7 +16,7 @@ constexpr std::chrono::seconds pollInterval{15};
 
 StoreParts partsFor(const CommandLine& commandLine) {
     StoreParts parts;
-    parts.recoversInterrupted = !commandLine.exportsWindow;
+    parts.writable = !commandLine.exportsWindow;
     return parts;
 }
 

@@ -62,7 +62,7 @@ std::string microphoneOnlyMessage() {
 } // namespace
 
 Task<> MeetingStore::startRecording() {
-    if (m_recording || m_busy || !m_repository)
+    if (m_recording || m_busy || !m_repository || !m_parts.writable)
         co_return;
     const auto gone = m_tasks->stopToken();
     assign(m_busy, true, &MeetingStore::busyChanged);

@@ -93,7 +93,7 @@ void MeetingStore::open(const std::optional<fs::path>& storageRoot) {
         m_error = std::string("Could not open meeting storage: ") + failure.what();
         return;
     }
-    if (m_parts.recoversInterrupted)
+    if (m_parts.writable)
         recoverInterrupted();
 }
 
@@ -175,7 +175,7 @@ Task<> MeetingStore::checkHealth(QUrl engine, bool MeetingStore::* field, Signal
 
 void MeetingStore::persist(Uuid id) {
     const Meeting* meeting = find(id);
-    if (!meeting)
+    if (!meeting || !m_parts.writable)
         return;
     auto failures = m_saveFailures;
     try {
@@ -198,7 +198,7 @@ bool MeetingStore::retrySaving() {
 }
 
 Meeting MeetingStore::create(const std::string& title) {
-    if (!m_repository)
+    if (!m_repository || !m_parts.writable)
         throw Failure(storageUnavailable);
     Meeting meeting = Meeting::make(validUtf8(title));
     m_repository->save(meeting);

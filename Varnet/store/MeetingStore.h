@@ -68,6 +68,8 @@ public:
     /// The meeting with that id, or null. Valid until the store is next called or control returns to the event loop.
     const Meeting* meeting(const Uuid& id) const;
     const Meeting* selected() const;
+    /// Files of a recording are open: from a start on, before `recording`, until a stop has closed them.
+    bool capturing() const { return m_recorder || m_systemRecorder; }
     bool showingLiveMeeting() const { return m_selectedID && m_selectedID == m_recordingID; }
 
     void setCaptureMode(CaptureMode mode);

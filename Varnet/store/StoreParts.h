@@ -21,9 +21,9 @@ struct StoreParts {
     std::function<Task<std::unique_ptr<SleepInhibitor>>(QString reason)> inhibitSleep; ///< gives null when it cannot
     QUrl speechURL{QStringLiteral("http://127.0.0.1:17863")};
     QUrl notesURL{QStringLiteral("http://127.0.0.1:17864")};
-    /// Whether meetings that a crash interrupted are repaired at the start. False for a run that only shows the
-    /// library, perhaps beside a process that is recording.
-    bool recoversInterrupted = true;
+    /// Whether the library on disk may be changed. False for a run that only shows it, perhaps beside a process that is
+    /// recording: nothing is repaired or saved then, and no recording starts.
+    bool writable = true;
 };
 
 } // namespace varnet

@@ -2,10 +2,25 @@
 
 #include <gtest/gtest.h>
 
+namespace {
+
+/// Lets what a test has called off come to its end: stopped coroutines resume, and objects to be deleted later are.
+class EventsAfterEachTest final : public testing::EmptyTestEventListener {
+    void OnTestEnd(const testing::TestInfo&) override {
+        for (int round = 0; round < 10; ++round) {
+            QCoreApplication::processEvents();
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        }
+    }
+};
+
+} // namespace
+
 int main(int argc, char** argv) {
     ::testing::InitGoogleTest(&argc, argv);
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QGuiApplication application(argc, argv);
+    testing::UnitTest::GetInstance()->listeners().Append(new EventsAfterEachTest);
     return RUN_ALL_TESTS();
 }

@@ -45,7 +45,7 @@ public:
     }
 
     Task<> stop() override {
-        if (!m_session || std::exchange(m_stopping, true))
+        if (!m_thread.joinable() || std::exchange(m_stopping, true))
             co_return;
         m_session->stop();
         co_await Wait::ended(m_ended);

@@ -29,9 +29,19 @@ FocusScope {
             }
 
             TitleField {
+                id: titleField
+
                 Layout.fillWidth: true
                 title: root.page.title
                 onRenamed: title => root.page.rename(title)
+
+                Connections {
+                    function onAboutToLeave() {
+                        titleField.focus = false
+                    }
+
+                    target: root.page
+                }
             }
 
             Badge {

@@ -6,6 +6,7 @@ import Varnet
 TextField {
     id: root
 
+    property string began // the title when the editing began
     required property string title
 
     signal renamed(string title)
@@ -29,13 +30,14 @@ TextField {
     topPadding: Theme.unit
 
     Keys.onEscapePressed: {
-        settle()
+        text = began
         focus = false
     }
     Keys.onShortcutOverride: event => event.accepted = event.key === Qt.Key_Escape
     onAccepted: focus = false
+    onActiveFocusChanged: if (activeFocus) began = title
     onEditingFinished: {
-        if (text !== title)
+        if (text !== began)
             renamed(text)
         settle()
     }

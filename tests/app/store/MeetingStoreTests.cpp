@@ -96,7 +96,7 @@ TEST_F(MeetingStoreTest, LeavesFinishedMeetingsAndAnotherProcessesRecordingAlone
     const Meeting running = saved("Running", "Recording · live transcript", "microphone.wav");
     writeUnclosed(file(running, "microphone.wav"), 640);
     StoreParts parts;
-    parts.recoversInterrupted = false;
+    parts.writable = false;
     const MeetingStore onlyLooking(root, parts);
     EXPECT_EQ(repository.load(running.id), running);
     EXPECT_EQ(audioBytesInHeader(file(running, "microphone.wav")), 0U);
