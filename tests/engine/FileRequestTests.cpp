@@ -1,7 +1,9 @@
 #include "tests/engine/EngineClient.h"
 
+#include <QHostAddress>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QTcpSocket>
 
 #include <gtest/gtest.h>
 
@@ -40,6 +42,17 @@ TEST(FileRequest, NamesNoSpeakersUnlessAsked) {
     const HTTPResult result = exchange(engine().port(), transcriptionRequest(wavOf(spoken("Good morning.")), "false"));
     ASSERT_EQ(result.status, 200);
     EXPECT_FALSE(QJsonDocument::fromJson(result.body)["words"][0].toObject().contains("speaker"));
+}
+
+TEST(FileRequest, BytesAfterAFileAreLeftAlone) {
+    QTcpSocket socket;
+    socket.connectToHost(QHostAddress::LocalHost, engine().port());
+    ASSERT_TRUE(socket.waitForConnected(5'000));
+    socket.write(transcriptionRequest(wavOf(spoken("Good morning."))));
+    for (int more = 0; more < 1'000 && !socket.waitForReadyRead(20); ++more)
+        socket.write("\r\n");
+    EXPECT_TRUE(socket.readAll().startsWith("HTTP/1.1 200 "));
+    EXPECT_EQ(engine().health(), 200);
 }
 
 TEST(FileRequest, BadRequestsAreAnsweredWithASentence) {
