@@ -62,6 +62,9 @@ struct GeneratedNotes {
     std::string promptVersion = "grounded-notes-v7-repaired-quotes";
     std::optional<std::int64_t> droppedItems; ///< how many points failed validation
 
+    /// The draft as a Markdown text, each point with its quotes.
+    std::string markdown() const;
+
     bool operator==(const GeneratedNotes&) const = default;
 };
 

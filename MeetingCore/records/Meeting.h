@@ -71,6 +71,12 @@ struct Meeting {
     /// The display name of a speaker label: its entry in `speakerNames`, else the label.
     std::string speakerName(const std::string& label) const;
 
+    /// The whole record as a Markdown text: title, notes, draft, transcript and imported content.
+    std::string markdown() const;
+
+    /// Whether there is a draft whose transcript or speaker names have changed since. It reads the whole transcript.
+    bool generatedNotesAreStale() const;
+
     bool operator==(const Meeting&) const = default;
 };
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "MeetingCore/base/Date.h"
 #include "MeetingCore/records/Meeting.h"
 
 #include <filesystem>
@@ -7,6 +8,12 @@
 #include <vector>
 
 namespace varnet {
+
+struct DeletedMeeting;
+struct MeetingHistory;
+struct MeetingHistoryEntry;
+struct MeetingRestoreOptions;
+struct MeetingRevisions;
 
 /// What a pass over the library found.
 struct LoadedMeetings {
@@ -40,6 +47,39 @@ public:
 
     /// Keeps a copy of the record as a version in the meeting's "history" folder. Throws as save does.
     void archiveBeforeTranscription(const Meeting& meeting) const;
+
+    /// The versions of a meeting. A meeting without a "history" folder has none; a file that is not a version of this
+    /// meeting is counted. Throws FileFailure when the folder cannot be listed, MeetingHistoryError when it is not
+    /// inside the library.
+    MeetingHistory history(const Uuid& id) const;
+
+    /// Puts the wanted content of a version into its meeting, after keeping the present record as a version, and gives
+    /// the meeting as saved. Both are read again and must still be what `expected` tells; nothing is written before
+    /// every check has passed. Throws MeetingHistoryError, FileFailure and JsonFailure.
+    Meeting restore(const MeetingHistoryEntry& entry, MeetingRestoreOptions options,
+                    const MeetingRevisions& expected) const;
+
+    /// "deleted-meetings" beside the root. Touches no disk.
+    std::filesystem::path deletedRoot() const;
+    std::filesystem::path deletedDirectory(const Uuid& id) const;
+
+    /// Moves a meeting's folder out of the library and marks it. Whatever fails leaves it in the library. Throws
+    /// MeetingTrashError and FileFailure.
+    void moveToDeleted(const Uuid& id, Date at) const;
+
+    /// Moves the folder back. Never overwrites, and refuses a record that cannot be read. Throws MeetingTrashError,
+    /// FileFailure and JsonFailure, with everything left where it is.
+    Meeting restoreDeleted(const Uuid& id) const;
+
+    /// Removes a deleted meeting's folder for good. Throws FileFailure.
+    void eraseDeleted(const Uuid& id) const;
+
+    /// The deleted meetings whose records can be read, last deleted first. One without a readable marker counts as
+    /// deleted `now`.
+    std::vector<DeletedMeeting> loadDeleted(Date now) const;
+
+    /// Erases the meetings that were deleted `retention` seconds ago or longer; gives their ids.
+    std::vector<Uuid> eraseExpired(Date now, double retention) const;
 
 private:
     std::filesystem::path m_root;

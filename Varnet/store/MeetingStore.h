@@ -2,7 +2,9 @@
 
 #include "MeetingCore/base/Uuid.h"
 #include "MeetingCore/records/Meeting.h"
+#include "MeetingCore/records/MeetingHistory.h"
 #include "MeetingCore/records/MeetingRepository.h"
+#include "MeetingCore/records/MeetingTrash.h"
 #include "MeetingCore/speech/SpeechEvent.h"
 #include "Varnet/async/Task.h"
 #include "Varnet/store/CaptureMode.h"
@@ -22,6 +24,8 @@
 #include <type_traits>
 #include <vector>
 
+class QUndoStack;
+
 namespace varnet {
 
 class AudioRecorder;
@@ -31,7 +35,16 @@ class LoopbackHTTP;
 class SleepInhibitor;
 class SystemAudioRecorder;
 class TaskScope;
+struct CalendarEvent;
 struct RecorderCallbacks;
+
+/// A delete that can be undone.
+struct DeletionReceipt {
+    Uuid id;
+    std::vector<Uuid> meetingIDs;
+
+    bool operator==(const DeletionReceipt&) const = default;
+};
 
 /// The library in memory and everything that changes it: the meetings, the selection, the running recording and the
 /// one message that the user sees. It alone writes meetings. One object lives for the whole run, on the main thread.
@@ -63,6 +76,12 @@ public:
     const std::map<Uuid, std::string>& saveFailures() const { return m_saveFailures; } ///< why a last save failed
     /// The meeting being recorded, from the first moment of a start until a stop has ended.
     const std::optional<Uuid>& recordingID() const { return m_recordingID; }
+    /// The meeting whose notes are being written.
+    const std::optional<Uuid>& notesMeetingID() const { return m_notesMeetingID; }
+    const std::vector<DeletedMeeting>& deletedMeetings() const { return m_deletedMeetings; } ///< last deleted first
+    const std::optional<DeletionReceipt>& pendingUndo() const {
+        return m_pendingUndo;
+    } ///< the last delete, for a while
     CaptureLevels& levels() const { return *m_levels; }
 
     /// The meeting with that id, or null. Valid until the store is next called or control returns to the event loop.
@@ -105,6 +124,43 @@ public:
     /// The meeting's main audio file; absent when it has none, the name has a folder part, or no such file exists.
     std::optional<std::filesystem::path> audioURL(const Meeting& meeting) const;
 
+    /// Writes the selected meeting as a Markdown text; what fails shows in `error`. Nothing without a selection.
+    void exportSelected(const std::filesystem::path& file);
+
+    /// Stores a meeting that came from a calendar or an import and selects it. A meeting with the same source gets only
+    /// the new source and imported content, after a version of it was kept. False when it was refused or not saved;
+    /// `error` tells.
+    bool saveImported(Meeting meeting);
+
+    /// Selects the meeting of the event, which is made if there is none. Whether one is selected.
+    bool useCalendarEvent(const CalendarEvent& event);
+
+    /// Takes over what the calendar says now about meetings that came from it.
+    void reconcileCalendar(const std::vector<CalendarEvent>& events);
+
+    /// The versions of a meeting. Throws as MeetingRepository::history does, and Failure without storage.
+    MeetingHistory history(Uuid id) const;
+
+    /// Puts the wanted content of a version into its meeting; see MeetingRepository::restore. Throws Failure with
+    /// nothing changed, also when the store is busy or the meeting has edits that cannot be saved.
+    void restoreHistory(const MeetingHistoryEntry& entry, MeetingRestoreOptions options,
+                        const MeetingRevisions& expected);
+
+    /// Why these meetings cannot be deleted now, if so.
+    std::optional<std::string> deletionBlocker(const std::set<Uuid>& ids) const;
+
+    /// Moves meetings to the deleted ones and registers an undo for those that moved; `error` names the others.
+    void deleteMeetings(const std::set<Uuid>& ids, QUndoStack* undoManager);
+
+    /// Brings deleted meetings back, with the opposite undo; `error` names those that could not be.
+    void restoreMeetings(const std::set<Uuid>& ids, QUndoStack* undoManager);
+
+    /// Erases deleted meetings for good; `error` names those that could not be.
+    void eraseDeleted(const std::set<Uuid>& ids);
+
+    /// The offer to undo the last delete is over; the delete itself can still be undone.
+    void dismissPendingUndo();
+
     /// Starts a recording, into the selected calendar meeting if that has no audio yet, else into a new meeting. What
     /// fails shows in `error` and in the meeting's status: without a speech engine it records without a transcript,
     /// without the sound of the call it records the microphone. Refused while recording or busy, and without storage.
@@ -136,6 +192,9 @@ Q_SIGNALS:
     void errorChanged();
     void saveFailuresChanged();
     void recordingIDChanged();
+    void notesMeetingIDChanged();
+    void deletedMeetingsChanged();
+    void pendingUndoChanged();
 
 private:
     using Signal = void (MeetingStore::*)();
@@ -187,6 +246,9 @@ private:
     std::optional<std::string> m_error;
     std::map<Uuid, std::string> m_saveFailures;
     std::optional<Uuid> m_recordingID;
+    std::optional<Uuid> m_notesMeetingID;
+    std::vector<DeletedMeeting> m_deletedMeetings;
+    std::optional<DeletionReceipt> m_pendingUndo;
 
     // Shared with the coroutines that wait for them, which may outlive the store.
     std::shared_ptr<AudioRecorder> m_recorder;

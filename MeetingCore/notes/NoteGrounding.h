@@ -1,0 +1,47 @@
+#pragma once
+
+#include "MeetingCore/notes/NotesFailure.h"
+#include "MeetingCore/records/GeneratedNotes.h"
+#include "MeetingCore/records/Meeting.h"
+
+#include <cstddef>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// The rules by which drafted points are tied to the words of a transcript. The model only proposes: a point stands if
+/// its quotes stand in the transcript, literally but for white space. Pure functions; any thread.
+namespace varnet::NoteGrounding {
+
+/// The transcript as numbered sources of at most 1800 bytes; a longer turn gives several. A piece is cut between
+/// user-perceived characters, and one that is longer by itself stays whole. Blank turns give none.
+std::vector<NoteSource> sources(const Meeting& meeting);
+
+/// Groups in order whose JSON is at most `limit` bytes each, apart from a single source that is larger by itself.
+/// Throws NotesFailure (emptyTranscript) without sources.
+std::vector<std::vector<NoteSource>> chunks(std::span<const NoteSource> sources, std::size_t limit);
+
+/// SHA-256 of the sources' JSON in lower-case hexadecimal: it changes with the text, the names, the times and the
+/// turns. Throws JsonFailure for times that cannot be stored.
+std::string hash(std::span<const NoteSource> sources);
+
+/// The text with every run of white space as one blank and none at its ends.
+std::string normalized(std::string_view text);
+
+/// Owners and deadlines that only say that there is none become absent.
+std::vector<NoteItem> normalizeMissingAssignments(std::vector<NoteItem> items);
+
+/// Moves quotes to where their exact words stand: up to `reach` sources away from the one that was named, across up to
+/// `maxRun` sources in a row (one quote for each of them then). What stands nowhere stays as it was.
+std::vector<NoteItem> repairEvidence(std::vector<NoteItem> items, std::span<const NoteSource> sources, int reach,
+                                     int maxRun);
+
+/// Throws NotesFailure for the first point that is not carried by its quotes. The ids of the sources differ.
+void validate(std::span<const NoteItem> items, std::span<const NoteSource> sources);
+
+/// Whether the phrase stands in the text whole, between characters that are neither letters nor digits. Case and
+/// white space do not matter.
+bool containsPhrase(std::string_view text, std::string_view phrase);
+
+} // namespace varnet::NoteGrounding
