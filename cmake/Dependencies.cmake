@@ -2,6 +2,7 @@ find_package(PkgConfig REQUIRED)
 find_package(Threads REQUIRED)
 find_package(ICU REQUIRED COMPONENTS uc i18n)
 find_package(simdjson REQUIRED)
+find_package(OpenSSL REQUIRED COMPONENTS Crypto)
 
 if(BUILD_TESTING OR NOT DEFINED BUILD_TESTING)
     find_package(GTest REQUIRED)

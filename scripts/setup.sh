@@ -8,15 +8,15 @@ declare -A groups=(
         qt6-base-dev qt6-base-dev-tools qt6-declarative-dev qt6-declarative-dev-tools qt6-websockets-dev
         qt6-svg-dev qcoro-qt6-dev libgl-dev libegl-dev
         libpipewire-0.3-dev libspa-0.2-dev
-        libicu-dev libsimdjson-dev libpocketsphinx-dev libsphinxbase-dev"
+        libicu-dev libssl-dev libsimdjson-dev libpocketsphinx-dev libsphinxbase-dev"
     [run]="qml6-module-qtquick qml6-module-qtquick-controls qml6-module-qtquick-layouts
         qml6-module-qtquick-window qml6-module-qtquick-templates qml6-module-qtqml qml6-module-qtqml-models
-        qml6-module-qtqml-workerscript qml6-module-qtquick-shapes libqt6svg6 qt6-qpa-plugins
+        qml6-module-qtqml-workerscript qml6-module-qtquick-shapes qml6-module-qtquick-dialogs libqt6svg6 qt6-qpa-plugins
         libgl1-mesa-dri fonts-dejavu-core pipewire wireplumber dbus pocketsphinx-en-us"
     [test]="libgtest-dev libgmock-dev xvfb xauth xdotool x11-utils pipewire-bin flite sox ffmpeg
         libglib2.0-bin iproute2 util-linux procps python3 python3-dbus python3-gi python3-dbusmock"
     [lint]="clang-tidy-19 clang-format-19 shellcheck python3"
-    [bench]="libsoxr-dev"
+    [bench]="libsoxr-dev nlohmann-json3-dev"
     [package]="dpkg-dev file"
 )
 

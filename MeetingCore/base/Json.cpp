@@ -79,7 +79,7 @@ JsonFailure::JsonFailure(std::string_view detail) : Failure("The data is not val
 void JsonWriter::key(std::string_view name) {
     element();
     appendString(m_out, name);
-    m_out += ": ";
+    m_out += m_pretty ? ": " : ":";
 }
 
 void JsonWriter::element() {
@@ -108,7 +108,8 @@ void JsonWriter::boolean(bool value) {
 
 std::string JsonWriter::take() && {
     VARNET_ASSERT(m_depth == 0);
-    m_out += '\n';
+    if (m_pretty)
+        m_out += '\n';
     return std::move(m_out);
 }
 
@@ -127,6 +128,8 @@ void JsonWriter::close(char bracket) {
 }
 
 void JsonWriter::newLine() {
+    if (!m_pretty)
+        return;
     m_out += '\n';
     m_out.append(2 * m_depth, ' ');
 }

@@ -23,11 +23,16 @@ inline constexpr std::size_t maximumElements = 1'000'000; ///< of one array or m
 inline constexpr int maximumDepth = 64;                   ///< of values under keys that nobody knows
 } // namespace JsonLimits
 
-/// Writes one pretty-printed document: two blanks of indentation, `"key": value`, empty containers on one line. Text is
-/// written as valid UTF-8 with bad bytes replaced by U+FFFD. The caller keeps the order of keys and puts a key() before
-/// every member of an object and an element() before every member of an array.
+/// How a document is laid out: with two blanks of indentation, `"key": value`, empty containers on one line and a line
+/// feed at the end, or without any white space.
+enum class JsonLayout { pretty, compact };
+
+/// Writes one document. Text is written as valid UTF-8 with bad bytes replaced by U+FFFD. The caller keeps the order of
+/// keys and puts a key() before every member of an object and an element() before every member of an array.
 class JsonWriter {
 public:
+    explicit JsonWriter(JsonLayout layout = JsonLayout::pretty) : m_pretty(layout == JsonLayout::pretty) {}
+
     void beginObject() { open('{'); }
     void endObject() { close('}'); }
     void beginArray() { open('['); }
@@ -41,7 +46,7 @@ public:
     void integer(std::int64_t value);
     void boolean(bool value);
 
-    /// The document, which ends with a line feed.
+    /// The whole document.
     std::string take() &&;
 
 private:
@@ -51,6 +56,7 @@ private:
 
     std::string m_out;
     std::size_t m_depth = 0;
+    bool m_pretty;
     bool m_empty = true; ///< nothing stands in the open container yet
 };
 

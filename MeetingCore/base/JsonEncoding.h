@@ -5,6 +5,7 @@
 #include "MeetingCore/base/Uuid.h"
 
 #include <cstdint>
+#include <span>
 #include <type_traits>
 #include <utility>
 
@@ -15,6 +16,9 @@ namespace json {
 
 template <class Record>
 void writeRecord(JsonWriter& writer, const Record& record);
+
+template <class Element>
+void writeList(JsonWriter& writer, std::span<const Element> elements, const JsonRange& range);
 
 template <class T>
 void writeValue(JsonWriter& writer, const T& value, const JsonRange& range) {
@@ -33,12 +37,7 @@ void writeValue(JsonWriter& writer, const T& value, const JsonRange& range) {
     } else if constexpr (std::is_enum_v<T>) {
         writer.text(JsonNames<T>::names[static_cast<std::size_t>(value)]);
     } else if constexpr (isVector<T>) {
-        writer.beginArray();
-        for (const auto& element : value) {
-            writer.element();
-            writeValue(writer, element, range);
-        }
-        writer.endArray();
+        writeList(writer, std::span<const typename T::value_type>(value), range);
     } else if constexpr (isMap<T>) {
         writer.beginObject();
         for (const auto& [key, mapped] : value) {
@@ -49,6 +48,16 @@ void writeValue(JsonWriter& writer, const T& value, const JsonRange& range) {
     } else {
         writeRecord(writer, value);
     }
+}
+
+template <class Element>
+void writeList(JsonWriter& writer, std::span<const Element> elements, const JsonRange& range) {
+    writer.beginArray();
+    for (const Element& element : elements) {
+        writer.element();
+        writeValue(writer, element, range);
+    }
+    writer.endArray();
 }
 
 template <class Record>
@@ -83,11 +92,11 @@ void writeRecord(JsonWriter& writer, const Record& record) {
 
 } // namespace json
 
-/// The record as a document. Throws JsonFailure for a number that decoding would refuse.
-template <class Record>
-std::string encodeJson(const Record& record) {
-    JsonWriter writer;
-    json::writeRecord(writer, record);
+/// The record, or a list of records, as a document. Throws JsonFailure for a number that decoding would refuse.
+template <class Value>
+std::string encodeJson(const Value& value, JsonLayout layout = JsonLayout::pretty) {
+    JsonWriter writer(layout);
+    json::writeValue(writer, value, anyTime);
     return std::move(writer).take();
 }
 

@@ -89,6 +89,12 @@ std::string encodeMeeting(const Meeting& meeting) {
     return encodeJson(meeting);
 }
 
+std::string encodeSources(std::span<const NoteSource> sources) {
+    JsonWriter writer(JsonLayout::compact);
+    json::writeList(writer, sources, anyTime);
+    return std::move(writer).take();
+}
+
 Meeting decodeMeeting(std::string_view json) {
     JsonParser parser;
     return decodeMeeting(json, parser);

@@ -2,6 +2,7 @@
 
 #include "MeetingCore/records/Meeting.h"
 
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -22,5 +23,9 @@ Meeting decodeMeeting(std::string_view json);
 
 /// The same with a parser that the caller keeps, for many documents one after another.
 Meeting decodeMeeting(std::string_view json, JsonParser& parser);
+
+/// The sources as an array without white space, keys in ascending order: what is hashed and what is measured. Throws
+/// JsonFailure for times that cannot be stored.
+std::string encodeSources(std::span<const NoteSource> sources);
 
 } // namespace varnet
