@@ -1,11 +1,18 @@
 #include "MeetingCore/base/Text.h"
 
+#include "MeetingCore/base/Assert.h"
+
+#include <unicode/bytestream.h>
+#include <unicode/casemap.h>
 #include <unicode/uchar.h>
 #include <unicode/utf8.h>
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
+#include <limits>
 
 namespace varnet {
 
@@ -31,6 +38,54 @@ std::size_t trailingSpace(std::string_view text) {
     return character >= 0 && u_isUWhiteSpace(character) ? tail.size() - static_cast<std::size_t>(begin) : 0;
 }
 
+/// ICU counts in 32 bits.
+std::int32_t lengthFor32Bits(std::string_view text) {
+    VARNET_ASSERT(text.size() <= std::numeric_limits<std::int32_t>::max());
+    return static_cast<std::int32_t>(text.size());
+}
+
+std::string lowerCasedInContext(std::string_view text) {
+    std::string lower;
+    icu::StringByteSink<std::string> sink(&lower);
+    UErrorCode status = U_ZERO_ERROR;
+    icu::CaseMap::utf8ToLower("", 0, icu::StringPiece(text.data(), lengthFor32Bits(text)), sink, nullptr, status);
+    VARNET_ASSERT(U_SUCCESS(status));
+    return lower;
+}
+
+/// Length of the ASCII at the start of the text.
+std::size_t asciiLength(std::string_view text) {
+    std::size_t at = 0;
+    for (; text.size() - at >= sizeof(std::uint64_t); at += sizeof(std::uint64_t)) {
+        std::uint64_t bytes = 0;
+        std::memcpy(&bytes, text.data() + at, sizeof bytes);
+        if (bytes & 0x8080808080808080U)
+            break;
+    }
+    while (at < text.size() && U8_IS_SINGLE(text[at]))
+        ++at;
+    return at;
+}
+
+void lowerASCII(char* text, std::size_t length) {
+    for (std::size_t i = 0; i < length; ++i) // vectorised
+        text[i] = static_cast<char>(text[i] + (text[i] >= 'A' && text[i] <= 'Z' ? 'a' - 'A' : 0));
+}
+
+constexpr std::array<UChar32, 2> charactersWithoutCase{0x3000, 0x9FFF}; ///< ideographs and kana
+constexpr UChar32 twoByteLimit = 0x800;
+
+/// The lower case of the characters that have at most two bytes, which are nearly all that have any.
+const std::array<char16_t, twoByteLimit>& lowerCaseTable() {
+    static const auto table = [] {
+        std::array<char16_t, twoByteLimit> mapped{};
+        for (UChar32 character = 0; character < twoByteLimit; ++character)
+            mapped[static_cast<std::size_t>(character)] = static_cast<char16_t>(u_tolower(character));
+        return mapped;
+    }();
+    return table;
+}
+
 } // namespace
 
 std::string trimmed(std::string_view text) {
@@ -52,6 +107,35 @@ std::string validUtf8(std::string_view text) {
         valid += character < 0 ? std::string_view("\uFFFD") : text.substr(begin, at - begin);
     }
     return valid;
+}
+
+std::string lowerCased(std::string_view text) {
+    constexpr UChar32 sigma = 0x3A3; // the only character whose mapping depends on those around it
+    const auto& table = lowerCaseTable();
+    std::string lower(text);
+    std::size_t at = 0;
+    while (at < text.size()) {
+        if (U8_IS_SINGLE(text[at])) {
+            const std::size_t length = asciiLength(text.substr(at));
+            lowerASCII(lower.data() + at, length);
+            at += length;
+            continue;
+        }
+        std::size_t begin = at;
+        UChar32 character = 0;
+        U8_NEXT(text.data(), at, text.size(), character);
+        if (character < 0 || (character >= charactersWithoutCase[0] && character <= charactersWithoutCase[1]))
+            continue;
+        const UChar32 mapped =
+            character < twoByteLimit ? table[static_cast<std::size_t>(character)] : u_tolower(character);
+        if (mapped == character)
+            continue;
+        // The other length is also that of the simple mapping of İ, the only character whose full one is two.
+        if (character == sigma || U8_LENGTH(mapped) != static_cast<int>(at - begin))
+            return lowerCasedInContext(text);
+        U8_APPEND_UNSAFE(lower.data(), begin, mapped);
+    }
+    return lower;
 }
 
 } // namespace varnet

@@ -13,4 +13,8 @@ std::string trimmed(std::string_view text);
 /// The text as valid UTF-8: each maximal ill-formed sequence becomes one U+FFFD, the rest is unchanged.
 std::string validUtf8(std::string_view text);
 
+/// The text in lower case by Unicode's full mapping in no particular language: "İ" becomes two characters, and "Σ"
+/// becomes "ς" at the end of a word. Bytes that are not UTF-8 stay. Less than 2 GiB.
+std::string lowerCased(std::string_view text);
+
 } // namespace varnet

@@ -38,3 +38,23 @@ TEST(Text, BadBytesBecomeReplacementCharacters) {
     for (const auto& row : rows)
         EXPECT_EQ(validUtf8(row.text), row.expected) << testing::PrintToString(row.text);
 }
+
+TEST(Text, LowerCaseIsUnicodesFullMapping) {
+    const struct {
+        std::string text, expected;
+    } rows[] = {
+        {"", ""},
+        {"Weekly SYNC @[`{ 2026", "weekly sync @[`{ 2026"},
+        {"GRÜSSE, ÉCOLE ẞ", "grüsse, école ß"},
+        {"ПРИВЕТ İI \u212A\u2126", "привет i\u0307i k\u03C9"},
+        {"ΟΔΟΣ ΟΔΟΣ. Σ ΑΣΑ", "οδος οδος. σ ασα"},
+        {"AΣ\u0301B AΣ\u0301", "aσ\u0301b aς\u0301"}, // a mark does not end a word
+        {"\U0001F600\U00010400 \u01C5", "\U0001F600\U00010428 \u01C6"},
+        {"\xFF"
+         "A\xC3",
+         "\xFF"
+         "a\xC3"},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(lowerCased(row.text), row.expected) << testing::PrintToString(row.text);
+}
