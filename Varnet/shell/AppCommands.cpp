@@ -1,16 +1,29 @@
 #include "Varnet/shell/AppCommands.h"
 
 #include "Varnet/engines/EngineSupervisor.h"
+#include "Varnet/models/Text.h"
 #include "Varnet/shell/AppRouter.h"
 #include "Varnet/shell/RecordingCoordinator.h"
 #include "Varnet/store/MeetingStore.h"
 
 namespace varnet {
 
+namespace {
+
+QString withAction(const QString& command, const QString& action) {
+    return action.isEmpty() ? command : command + u' ' + action;
+}
+
+} // namespace
+
 AppCommands::AppCommands(MeetingStore& store, EngineSupervisor& engines, AppRouter& router, QObject* parent)
     : QObject(parent), m_store(store), m_engines(engines), m_router(router) {
     connect(&store, &MeetingStore::recordingChanged, this, &AppCommands::recordChanged);
     connect(&store, &MeetingStore::busyChanged, this, &AppCommands::recordChanged);
+    connect(&store, &MeetingStore::selectedIDChanged, this, &AppCommands::deleteChanged);
+    connect(&store, &MeetingStore::librarySelectionChanged, this, &AppCommands::deleteChanged);
+    connect(&router, &AppRouter::pageChanged, this, &AppCommands::deleteChanged);
+    connect(&m_undoStack, &QUndoStack::indexChanged, this, &AppCommands::undoChanged);
 }
 
 QString AppCommands::recordTitle() const {
@@ -25,6 +38,18 @@ bool AppCommands::stops() const {
     return m_store.recording();
 }
 
+bool AppCommands::deleteEnabled() const {
+    return !chosen().empty();
+}
+
+QString AppCommands::undoText() const {
+    return withAction(tr("Undo"), m_undoStack.undoText());
+}
+
+QString AppCommands::redoText() const {
+    return withAction(tr("Redo"), m_undoStack.redoText());
+}
+
 void AppCommands::toggleRecording() {
     if (recordEnabled())
         m_tasks.spawn(RecordingCoordinator::toggle(&m_store, &m_engines, &m_router));
@@ -34,9 +59,66 @@ void AppCommands::showLibrary() {
     m_router.setPage(AppRouter::Page::library);
 }
 
+void AppCommands::showDeleted() {
+    m_router.setPage(AppRouter::Page::deleted);
+}
+
+void AppCommands::searchLibrary() {
+    showLibrary();
+    m_router.requestSearchFocus();
+}
+
 void AppCommands::openSelected() {
     if (m_store.selected())
         m_router.setPage(AppRouter::Page::meeting);
 }
+
+void AppCommands::openHistory() {
+    Q_EMIT aboutToAct();
+    m_router.setHistoryOpen(m_store.selected() != nullptr);
+}
+
+void AppCommands::closeHistory() {
+    m_router.setHistoryOpen(false);
+}
+
+void AppCommands::exportSelected(const QUrl&) {
+    Q_EMIT aboutToAct();
+}
+
+std::set<Uuid> AppCommands::chosen() const {
+    if (m_router.showingLibrary())
+        return m_store.librarySelection();
+    if (m_router.showingMeeting() && m_store.selectedID())
+        return {*m_store.selectedID()};
+    return {};
+}
+
+void AppCommands::deleteSelected() {
+    Q_EMIT aboutToAct();
+}
+
+void AppCommands::restoreDeleted(const QStringList&) {
+    Q_EMIT aboutToAct();
+}
+
+void AppCommands::eraseDeleted(const QStringList&) {}
+
+void AppCommands::undo() {
+    Q_EMIT aboutToAct();
+    m_undoStack.undo();
+}
+
+void AppCommands::redo() {
+    Q_EMIT aboutToAct();
+    m_undoStack.redo();
+    Q_EMIT undoChanged(); // the stack is silent when a command drops out of it
+}
+
+void AppCommands::undoDelete() {
+    Q_EMIT aboutToAct();
+}
+
+void AppCommands::dismissUndo() {}
 
 } // namespace varnet

@@ -1,9 +1,15 @@
 #pragma once
 
+#include "MeetingCore/base/Uuid.h"
 #include "Varnet/async/TaskScope.h"
 
 #include <QObject>
+#include <QStringList>
+#include <QUndoStack>
+#include <QUrl>
 #include <QtQml/qqmlregistration.h>
+
+#include <set>
 
 namespace varnet {
 
@@ -12,7 +18,8 @@ class EngineSupervisor;
 class MeetingStore;
 
 /// The commands of the application, with the words and the rule by which each can be used. Buttons, shortcuts, menus
-/// and the bus all come here. Main thread; the three objects must outlive it.
+/// and the bus all come here. Deletes and restores can be undone and redone for as long as the program runs. Ids are
+/// those of meetings, as text. Main thread; the three objects must outlive it.
 class AppCommands : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -20,6 +27,11 @@ class AppCommands : public QObject {
     Q_PROPERTY(QString recordTitle READ recordTitle NOTIFY recordChanged)
     Q_PROPERTY(bool recordEnabled READ recordEnabled NOTIFY recordChanged)
     Q_PROPERTY(bool stops READ stops NOTIFY recordChanged)
+    Q_PROPERTY(bool deleteEnabled READ deleteEnabled NOTIFY deleteChanged)
+    Q_PROPERTY(bool canUndo READ canUndo NOTIFY undoChanged)
+    Q_PROPERTY(bool canRedo READ canRedo NOTIFY undoChanged)
+    Q_PROPERTY(QString undoText READ undoText NOTIFY undoChanged)
+    Q_PROPERTY(QString redoText READ redoText NOTIFY undoChanged)
 
 public:
     AppCommands(MeetingStore& store, EngineSupervisor& engines, AppRouter& router, QObject* parent = nullptr);
@@ -27,19 +39,51 @@ public:
     QString recordTitle() const; ///< "New Recording" or "Stop Recording"
     bool recordEnabled() const;  ///< a running recording can always be stopped
     bool stops() const;          ///< the record command would stop a recording
+    bool deleteEnabled() const;  ///< there is something to delete; what stands against it is said when it is tried
+    bool canUndo() const { return m_undoStack.canUndo(); }
+    bool canRedo() const { return m_undoStack.canRedo(); }
+    QString undoText() const; ///< such as "Undo Delete Meeting"; "Undo" while there is nothing to undo
+    QString redoText() const;
 
     Q_INVOKABLE void toggleRecording();
     Q_INVOKABLE void showLibrary();
+    Q_INVOKABLE void showDeleted();
+    /// Shows the library with the cursor in its search field.
+    Q_INVOKABLE void searchLibrary();
     /// Opens the page of the selected meeting, if one is selected.
     Q_INVOKABLE void openSelected();
+    /// Presents the versions of the selected meeting, if one is selected.
+    Q_INVOKABLE void openHistory();
+    Q_INVOKABLE void closeHistory();
+    /// Writes the selected meeting as Markdown.
+    Q_INVOKABLE void exportSelected(const QUrl& file);
+
+    /// On the library page deletes the selected rows; on a meeting's page that meeting, and then shows the library.
+    Q_INVOKABLE void deleteSelected();
+    Q_INVOKABLE void restoreDeleted(const QStringList& ids);
+    Q_INVOKABLE void eraseDeleted(const QStringList& ids);
+
+    Q_INVOKABLE void undo();
+    Q_INVOKABLE void redo();
+    /// Takes back the delete that is being offered for undoing, also when other commands came after it.
+    Q_INVOKABLE void undoDelete();
+    Q_INVOKABLE void dismissUndo();
 
 Q_SIGNALS:
     void recordChanged();
+    void deleteChanged();
+    void undoChanged();
+    /// A command looks at meetings or changes them now: a title, a turn or notes that are being edited must be handed
+    /// in before this returns.
+    void aboutToAct();
 
 private:
+    std::set<Uuid> chosen() const;
+
     MeetingStore& m_store;
     EngineSupervisor& m_engines;
     AppRouter& m_router;
+    QUndoStack m_undoStack;
     TaskScope m_tasks{"Commands"};
 };
 

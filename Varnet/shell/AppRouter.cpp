@@ -5,8 +5,16 @@ namespace varnet {
 void AppRouter::setPage(Page page) {
     if (page == m_page)
         return;
+    setHistoryOpen(false);
     m_page = page;
     Q_EMIT pageChanged();
+}
+
+void AppRouter::setHistoryOpen(bool open) {
+    if (open == m_historyOpen)
+        return;
+    m_historyOpen = open;
+    Q_EMIT historyOpenChanged();
 }
 
 void AppRouter::setImporting(bool importing) {

@@ -13,6 +13,8 @@ class AppRouter : public QObject {
     Q_PROPERTY(Page page READ page WRITE setPage NOTIFY pageChanged)
     Q_PROPERTY(bool showingLibrary READ showingLibrary NOTIFY pageChanged)
     Q_PROPERTY(bool showingMeeting READ showingMeeting NOTIFY pageChanged)
+    Q_PROPERTY(bool showingDeleted READ showingDeleted NOTIFY pageChanged)
+    Q_PROPERTY(bool historyOpen READ historyOpen WRITE setHistoryOpen NOTIFY historyOpenChanged)
     Q_PROPERTY(bool importing READ importing WRITE setImporting NOTIFY importingChanged)
     Q_PROPERTY(int searchFocusRequest READ searchFocusRequest NOTIFY searchFocusRequestChanged)
 
@@ -26,6 +28,11 @@ public:
     void setPage(Page page);
     bool showingLibrary() const { return m_page == Page::library; }
     bool showingMeeting() const { return m_page == Page::meeting; }
+    bool showingDeleted() const { return m_page == Page::deleted; }
+
+    /// The versions of the selected meeting are presented. Turning to another page ends that.
+    bool historyOpen() const { return m_historyOpen; }
+    void setHistoryOpen(bool open);
 
     /// True asks the main window to present the audio file picker.
     bool importing() const { return m_importing; }
@@ -37,11 +44,13 @@ public:
 
 Q_SIGNALS:
     void pageChanged();
+    void historyOpenChanged();
     void importingChanged();
     void searchFocusRequestChanged();
 
 private:
     Page m_page = Page::library;
+    bool m_historyOpen = false;
     bool m_importing = false;
     int m_searchFocusRequest = 0;
 };

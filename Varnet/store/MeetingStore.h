@@ -1,6 +1,7 @@
 #pragma once
 
 #include "MeetingCore/base/Uuid.h"
+#include "MeetingCore/calendar/CalendarEvents.h"
 #include "MeetingCore/records/Meeting.h"
 #include "MeetingCore/records/MeetingHistory.h"
 #include "MeetingCore/records/MeetingRepository.h"
@@ -14,6 +15,7 @@
 
 #include <exception>
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -35,7 +37,6 @@ class LoopbackHTTP;
 class SleepInhibitor;
 class SystemAudioRecorder;
 class TaskScope;
-struct CalendarEvent;
 struct RecorderCallbacks;
 
 /// A delete that can be undone.
@@ -87,6 +88,7 @@ public:
     /// The meeting with that id, or null. Valid until the store is next called or control returns to the event loop.
     const Meeting* meeting(const Uuid& id) const;
     const Meeting* selected() const;
+    const DeletedMeeting* deletedMeeting(const Uuid& id) const; ///< the same for the deleted ones
     /// Files of a recording are open: from a start on, before `recording`, until a stop has closed them.
     bool capturing() const { return m_recorder || m_systemRecorder; }
     bool showingLiveMeeting() const { return m_selectedID && m_selectedID == m_recordingID; }
@@ -132,6 +134,10 @@ public:
     /// `error` tells.
     bool saveImported(Meeting meeting);
 
+    using CalendarLookup = std::function<std::optional<CalendarEvent>()>;
+    /// How a start of a recording learns of the event that takes place now.
+    void setCalendarLookup(CalendarLookup lookup);
+
     /// Selects the meeting of the event, which is made if there is none. Whether one is selected.
     bool useCalendarEvent(const CalendarEvent& event);
 
@@ -149,11 +155,14 @@ public:
     /// Why these meetings cannot be deleted now, if so.
     std::optional<std::string> deletionBlocker(const std::set<Uuid>& ids) const;
 
-    /// Moves meetings to the deleted ones and registers an undo for those that moved; `error` names the others.
-    void deleteMeetings(const std::set<Uuid>& ids, QUndoStack* undoManager);
+    /// Moves meetings to the deleted ones, registers an undo for those that moved and gives them; `error` names the
+    /// others. Each can be deleted that has no edits which cannot be saved. Another meeting is selected in place of a
+    /// deleted one: the next below it, else the one above.
+    std::set<Uuid> deleteMeetings(const std::set<Uuid>& ids, QUndoStack* undoManager = nullptr);
 
-    /// Brings deleted meetings back, with the opposite undo; `error` names those that could not be.
-    void restoreMeetings(const std::set<Uuid>& ids, QUndoStack* undoManager);
+    /// Brings deleted meetings back, registers the opposite undo for those that came and gives them; `error` names the
+    /// others. The selection stays, unless there was none.
+    std::set<Uuid> restoreMeetings(const std::set<Uuid>& ids, QUndoStack* undoManager = nullptr);
 
     /// Erases deleted meetings for good; `error` names those that could not be.
     void eraseDeleted(const std::set<Uuid>& ids);
@@ -206,9 +215,15 @@ private:
     Meeting* find(const Uuid& id);
     void open(const std::optional<std::filesystem::path>& storageRoot);
     void recoverInterrupted();
+    void loadDeleted();
+    bool writable() const { return m_repository && m_parts.writable; }
+    const Meeting* meetingFrom(const MeetingSource& source) const;
+    void takeOut(const std::set<Uuid>& moved, Date deletedAt);
+    void forgetDeleted(const std::set<Uuid>& ids);
     Task<> checkHealth(QUrl engine, bool MeetingStore::* field, Signal changed);
 
     // The recording flow. Coroutines hold a stop token of m_tasks and leave the store alone once it is stopped.
+    bool hasBeenRecorded(const CalendarEvent& event) const;
     Uuid meetingToRecord();
     Task<> beginCapture(Uuid id);
     Task<> connectLive(Uuid id);
@@ -230,6 +245,7 @@ private:
     void clearPartial();
 
     StoreParts m_parts;
+    CalendarLookup m_calendarLookup;
     std::optional<MeetingRepository> m_repository; ///< absent when storage could not be opened
 
     CaptureMode m_captureMode = CaptureMode::meeting;
