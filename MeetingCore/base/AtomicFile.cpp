@@ -74,10 +74,12 @@ void writeFileAtomically(const std::filesystem::path& path, std::string_view byt
     }
 }
 
-std::string readFile(const std::filesystem::path& path, std::size_t maximumBytes) {
+namespace {
+
+DatedContent readWhole(const std::filesystem::path& path, std::size_t maximumBytes, int linkFlags) {
     // Without O_NONBLOCK the opening of a pipe would wait for a writer.
-    const FileDescriptor file(
-        uninterrupted([&] { return ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY); }));
+    const int flags = O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY | linkFlags;
+    const FileDescriptor file(uninterrupted([&] { return ::open(path.c_str(), flags); }));
     struct stat status{};
     if (!file.opened() || ::fstat(file.get(), &status) != 0)
         throw FileFailure::reading(path, errno);
@@ -100,7 +102,18 @@ std::string readFile(const std::filesystem::path& path, std::size_t maximumBytes
         filled += static_cast<std::size_t>(got);
     }
     bytes.resize(filled);
-    return bytes;
+    const double modified = static_cast<double>(status.st_mtim.tv_sec) + 1e-9 * status.st_mtim.tv_nsec;
+    return {.bytes = std::move(bytes), .modifiedAt = Date::fromUnix(modified)};
+}
+
+} // namespace
+
+std::string readFile(const std::filesystem::path& path, std::size_t maximumBytes) {
+    return readWhole(path, maximumBytes, 0).bytes;
+}
+
+DatedContent readFileItself(const std::filesystem::path& path, std::size_t maximumBytes) {
+    return readWhole(path, maximumBytes, O_NOFOLLOW);
 }
 
 void makePrivateDirectories(const std::filesystem::path& path) {

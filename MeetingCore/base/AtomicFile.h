@@ -1,5 +1,7 @@
 #pragma once
 
+#include "MeetingCore/base/Date.h"
+
 #include <sys/types.h>
 
 #include <cstddef>
@@ -18,6 +20,16 @@ void writeFileAtomically(const std::filesystem::path& path, std::string_view byt
 /// The content of a regular file of at most `maximumBytes`; links are followed. Anything else that may stand there,
 /// such as a folder, a pipe or a device, is refused without waiting for it. Throws FileFailure.
 std::string readFile(const std::filesystem::path& path, std::size_t maximumBytes = std::size_t{256} << 20);
+
+/// A file's content and when it was last written, both of the same file.
+struct DatedContent {
+    std::string bytes;
+    Date modifiedAt;
+};
+
+/// As readFile, but a link at the path itself is refused too (ELOOP). The file is opened first and looked at then, so
+/// that nothing can take its place in between.
+DatedContent readFileItself(const std::filesystem::path& path, std::size_t maximumBytes);
 
 /// Makes the folder and its missing parents, each with mode 0700. Folders that exist are left as they are. Throws
 /// FileFailure, also when something that is not a folder stands at the path.

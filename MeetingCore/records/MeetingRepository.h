@@ -59,7 +59,7 @@ public:
     Meeting restore(const MeetingHistoryEntry& entry, MeetingRestoreOptions options,
                     const MeetingRevisions& expected) const;
 
-    /// "deleted-meetings" beside the root. Touches no disk.
+    /// "deleted-meetings" beside the root, as an absolute path.
     std::filesystem::path deletedRoot() const;
     std::filesystem::path deletedDirectory(const Uuid& id) const;
 
@@ -67,18 +67,22 @@ public:
     /// MeetingTrashError and FileFailure.
     void moveToDeleted(const Uuid& id, Date at) const;
 
-    /// Moves the folder back. Never overwrites, and refuses a record that cannot be read. Throws MeetingTrashError,
-    /// FileFailure and JsonFailure, with everything left where it is.
+    /// Moves the folder back to where its record belongs, which is the same id unless somebody renamed the folder. Never
+    /// overwrites, and refuses a record that cannot be read. Throws MeetingTrashError, FileFailure and JsonFailure, with
+    /// everything left where it is.
     Meeting restoreDeleted(const Uuid& id) const;
 
-    /// Removes a deleted meeting's folder for good. Throws FileFailure.
+    /// Removes a deleted meeting's folder for good; links in it are removed, not followed. From the first moment on it
+    /// is no deleted meeting any more, whatever happens. Throws MeetingTrashError and FileFailure.
     void eraseDeleted(const Uuid& id) const;
 
-    /// The deleted meetings whose records can be read, last deleted first. One without a readable marker counts as
-    /// deleted `now`.
+    /// The deleted meetings whose records can be read, last deleted first, each with its folder's id. One without a
+    /// readable marker counts as deleted `now`. Empty when nothing was ever deleted or the folder cannot be listed.
     std::vector<DeletedMeeting> loadDeleted(Date now) const;
 
-    /// Erases the meetings that were deleted `retention` seconds ago or longer; gives their ids.
+    /// Erases the meetings that were deleted `retention` seconds ago or longer, and what an earlier erasing left; gives
+    /// the ids of the erased. A meeting without a readable marker gets one with `now` instead. What cannot be erased or
+    /// marked stays and is tried again the next time.
     std::vector<Uuid> eraseExpired(Date now, double retention) const;
 
 private:

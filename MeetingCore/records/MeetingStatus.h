@@ -24,5 +24,6 @@ inline constexpr std::string_view transcribing = "Transcribing and assigning spe
 inline constexpr std::string_view transcribed = "Transcribed";
 inline constexpr std::string_view transcriptionNeedsAttention = "Transcription needs attention";
 inline constexpr std::string_view importNeedsAttention = "Import needs attention";
+inline constexpr std::string_view transcriptRestored = "Transcript restored";
 
 } // namespace varnet::MeetingStatus
