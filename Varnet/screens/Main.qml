@@ -28,29 +28,10 @@ ApplicationWindow {
     palette.windowText: Theme.text
     title: Qt.application.displayName
 
-    Shortcut {
-        context: Qt.ApplicationShortcut
-        enabled: root.commands.recordEnabled
-        sequence: "Ctrl+N"
-        onActivated: root.commands.toggleRecording()
-    }
-
-    Shortcut {
-        context: Qt.ApplicationShortcut
-        sequence: "Ctrl+1"
-        onActivated: root.commands.showLibrary()
-    }
-
-    Shortcut {
-        enabled: root.router.showingMeeting
-        sequences: [StandardKey.Cancel]
-        onActivated: root.commands.showLibrary()
-    }
-
-    Shortcut {
-        context: Qt.ApplicationShortcut
-        sequences: [StandardKey.Quit]
-        onActivated: root.delegate.quit()
+    Shortcuts {
+        commands: root.commands
+        delegate: root.delegate
+        router: root.router
     }
 
     RowLayout {
@@ -98,25 +79,8 @@ ApplicationWindow {
         }
     }
 
-    Ask {
-        explanation: qsTr("The latest edits are still in this app's memory. Make storage available and retry saving. The app will stay open if saving still fails.")
-        firstAnswer: qsTr("Keep app open")
-        question: qsTr("Some meeting changes have not been saved")
-        secondAnswer: qsTr("Retry saving and quit")
-        visible: root.delegate.askingToSave
-        onDismissed: root.delegate.keepOpen()
-        onFirst: root.delegate.keepOpen()
-        onSecond: root.delegate.retrySavingAndQuit()
-    }
-
-    Ask {
-        explanation: root.frame.closeNotice
-        firstAnswer: qsTr("Quit")
-        question: qsTr("%1 keeps running without its window").arg(Qt.application.displayName)
-        secondAnswer: qsTr("Close the window")
-        visible: root.frame.askingToClose
-        onDismissed: root.frame.cancelClosing()
-        onFirst: root.delegate.quit()
-        onSecond: root.frame.close()
+    Questions {
+        delegate: root.delegate
+        frame: root.frame
     }
 }

@@ -1,0 +1,37 @@
+import QtQuick
+import Varnet
+
+// The keys that work wherever the focus is. A question over the window has the keys for itself, apart from those of the
+// whole application.
+Item {
+    id: root
+
+    required property AppCommands commands
+    required property AppRouter router
+    required property MeetingAppDelegate delegate
+
+    Shortcut {
+        context: Qt.ApplicationShortcut
+        enabled: root.commands.recordEnabled
+        sequence: "Ctrl+N"
+        onActivated: root.commands.toggleRecording()
+    }
+
+    Shortcut {
+        context: Qt.ApplicationShortcut
+        sequence: "Ctrl+1"
+        onActivated: root.commands.showLibrary()
+    }
+
+    Shortcut {
+        enabled: root.router.showingMeeting
+        sequences: [StandardKey.Cancel]
+        onActivated: root.commands.showLibrary()
+    }
+
+    Shortcut {
+        context: Qt.ApplicationShortcut
+        sequences: [StandardKey.Quit]
+        onActivated: root.delegate.quit()
+    }
+}
