@@ -41,23 +41,16 @@ struct Dialogue {
 
 } // namespace
 
-TEST(Dialogue, OfTwoMenAndOfThreeVoicesIsUnderstoodLive) {
+TEST(Dialogue, OfTwoMenAndOfThreeVoicesIsUnderstoodLiveAndFromAFile) {
     EngineProcess engine;
     const std::pair<const char*, const char*> dialogues[] = {{"rms-awb", "90"}, {"slt-rms-awb", "85"}};
     for (const auto& [name, accuracy] : dialogues) {
         SCOPED_TRACE(name);
         const Dialogue dialogue(name);
         LiveClient client(engine);
-        client.handshake();
-        client.sendAudio(dialogue.audio);
-        client.commit();
-        ASSERT_TRUE(client.waitFor("input_audio_buffer.committed"));
+        client.hold(dialogue.audio);
         EXPECT_EQ(dialogue.score(client.words(), accuracy), 0);
     }
-}
-
-TEST(Dialogue, OfThreeVoicesIsUnderstoodFromAFile) {
-    EngineProcess engine;
     const Dialogue dialogue("slt-rms-awb");
     const HTTPResult file = exchange(engine.port(), transcriptionRequest(wavOf(dialogue.audio)));
     ASSERT_EQ(file.status, 200);

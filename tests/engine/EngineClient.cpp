@@ -47,23 +47,28 @@ EngineProcess::~EngineProcess() {
     m_process.waitForFinished();
 }
 
+EngineProcess& sharedEngine() {
+    static EngineProcess shared;
+    return shared;
+}
+
 int EngineProcess::health() const {
     return exchange(m_port, "GET /health HTTP/1.1\r\nHost: 127.0.0.1\r\n\r\n").status;
 }
 
-qint64 EngineProcess::memory(const QByteArray& key) const {
-    QFile file(QString("/proc/%1/status").arg(m_process.processId()));
-    if (!file.open(QFile::ReadOnly))
-        return -1;
-    const QByteArray text = file.readAll();
-    return text.mid(text.indexOf(key) + key.size() + 1).trimmed().split(' ').first().toLongLong();
+QByteArray EngineProcess::proc(const char* name) const {
+    QFile file(QString("/proc/%1/%2").arg(m_process.processId()).arg(name));
+    EXPECT_TRUE(file.open(QFile::ReadOnly));
+    return file.readAll();
+}
+
+qint64 EngineProcess::peakMemory() const {
+    const QByteArray text = proc("status");
+    return text.mid(text.indexOf("VmHWM:") + 6).trimmed().split(' ').first().toLongLong();
 }
 
 double EngineProcess::cpuSeconds() const {
-    QFile file(QString("/proc/%1/stat").arg(m_process.processId()));
-    if (!file.open(QFile::ReadOnly))
-        return -1;
-    const QList<QByteArray> fields = file.readAll().split(')').last().trimmed().split(' ');
+    const QList<QByteArray> fields = proc("stat").split(')').last().trimmed().split(' ');
     return (fields[11].toDouble() + fields[12].toDouble()) / static_cast<double>(sysconf(_SC_CLK_TCK));
 }
 
@@ -122,6 +127,13 @@ void LiveClient::sendAudio(const QByteArray& pcm) {
         m_socket.sendBinaryMessage(pcm.mid(place, 5120));
 }
 
+void LiveClient::hold(const QByteArray& pcm) {
+    handshake();
+    sendAudio(pcm);
+    commit();
+    EXPECT_TRUE(waitFor("input_audio_buffer.committed"));
+}
+
 std::optional<std::size_t> LiveClient::waitFor(const QString& type) {
     std::size_t place = 0;
     const auto found = [&] {
@@ -147,6 +159,13 @@ QJsonArray LiveClient::words() const {
             all.append(word);
     }
     return all;
+}
+
+std::string LiveClient::text() const {
+    QStringList all;
+    for (const QJsonValue word : words())
+        all += word["word"].toString();
+    return all.join(' ').toStdString();
 }
 
 QByteArray pcmOf(const QString& wavFile) {

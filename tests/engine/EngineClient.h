@@ -21,15 +21,19 @@ public:
     QProcess& process() { return m_process; }
     /// The status of GET "/health", 0 when nothing answers within the application's 1.5 seconds.
     int health() const;
-    /// A line of /proc/PID/status, in KiB.
-    qint64 memory(const QByteArray& key) const;
+    qint64 peakMemory() const; ///< KiB
     /// Processor time used so far.
     double cpuSeconds() const;
 
 private:
+    QByteArray proc(const char* name) const;
+
     QProcess m_process;
     int m_port = 0;
 };
+
+/// The engine that tests share which leave it as it was.
+EngineProcess& sharedEngine();
 
 struct HTTPResult {
     int status = 0;
@@ -58,12 +62,15 @@ public:
     /// In blocks of the application's size.
     void sendAudio(const QByteArray& pcm);
     void commit() { sendText(R"({"type":"input_audio_buffer.commit"})"); }
+    /// A whole session: the handshake, this audio, the commit, and its acknowledgement.
+    void hold(const QByteArray& pcm);
 
     /// Waits until a message of the type has come, for a minute at most; its place in `messages`.
     std::optional<std::size_t> waitFor(const QString& type);
     bool waitForClose();
-    /// The words of all ".completed" messages.
+    /// The words of all ".completed" messages, and their text.
     QJsonArray words() const;
+    std::string text() const;
 
     std::vector<Message> messages;
     QElapsedTimer clock;

@@ -5,30 +5,10 @@
 
 #include <gtest/gtest.h>
 
-namespace {
-
-EngineProcess& engine() {
-    static EngineProcess shared;
-    return shared;
-}
-
-QString finalText(const LiveClient& client) {
-    QStringList text;
-    for (const QJsonValue word : client.words())
-        text += word.toObject().value("word").toString();
-    return text.join(' ');
-}
-
-} // namespace
-
 TEST(LiveSession, SendsPartialsThenTheUtteranceThenTheAcknowledgement) {
-    LiveClient client(engine());
-    client.handshake();
-    client.sendAudio(spoken("We will talk about the money next week. The train was late again."));
-    client.commit();
-    const auto committed = client.waitFor("input_audio_buffer.committed");
-    ASSERT_TRUE(committed);
-    EXPECT_EQ(*committed, client.messages.size() - 1);
+    LiveClient client(sharedEngine());
+    client.hold(spoken("We will talk about the money next week. The train was late again."));
+    EXPECT_EQ(client.waitFor("input_audio_buffer.committed"), client.messages.size() - 1);
     const auto partial = client.waitFor("transcription.delta");
     const auto completed = client.waitFor("transcription.completed");
     ASSERT_TRUE(partial && completed);
@@ -49,14 +29,11 @@ TEST(LiveSession, SendsPartialsThenTheUtteranceThenTheAcknowledgement) {
 }
 
 TEST(LiveSession, TimesGoOnThroughSilenceAndEveryPauseEndsAnUtterance) {
-    LiveClient client(engine());
-    client.handshake();
+    LiveClient client(sharedEngine());
     const QByteArray sentence = spoken("Good morning.");
-    client.sendAudio(sentence + QByteArray(3 * 32000, 0) + sentence);
-    client.commit();
-    ASSERT_TRUE(client.waitFor("input_audio_buffer.committed"));
+    client.hold(sentence + QByteArray(3 * 32000, 0) + sentence);
     const QJsonArray words = client.words();
-    ASSERT_EQ(finalText(client), "good morning good morning");
+    ASSERT_EQ(client.text(), "good morning good morning");
     const double distance = static_cast<double>(sentence.size()) / 32000 + 3;
     EXPECT_NEAR(words[2]["start"].toDouble() - words[0]["start"].toDouble(), distance, 0.05);
     EXPECT_EQ(words[2]["speaker"].toInt(-1), words[0]["speaker"].toInt(-2));
@@ -67,10 +44,7 @@ TEST(LiveSession, KnowsNothingOfTheSessionsBefore) {
     const QByteArray sentence = spoken("We will talk about the money next week.");
     const auto words = [&own](const QByteArray& audio) {
         LiveClient client(own);
-        client.handshake();
-        client.sendAudio(audio);
-        client.commit();
-        EXPECT_TRUE(client.waitFor("input_audio_buffer.committed"));
+        client.hold(audio);
         return client.words();
     };
     const QJsonArray first = words(sentence);
@@ -84,7 +58,7 @@ TEST(LiveSession, KnowsNothingOfTheSessionsBefore) {
 }
 
 TEST(LiveSession, CommitsWithoutSpeechAreAcknowledgedAlone) {
-    LiveClient client(engine());
+    LiveClient client(sharedEngine());
     client.handshake();
     client.commit();
     ASSERT_EQ(client.waitFor("input_audio_buffer.committed"), 2U);
@@ -95,7 +69,7 @@ TEST(LiveSession, CommitsWithoutSpeechAreAcknowledgedAlone) {
 }
 
 TEST(LiveSession, TwoAtOnceHearTheirOwnAudioOnly) {
-    LiveClient first(engine()), second(engine());
+    LiveClient first(sharedEngine()), second(sharedEngine());
     first.handshake();
     second.handshake();
     first.sendAudio(spoken("The train was late again."));
@@ -104,8 +78,8 @@ TEST(LiveSession, TwoAtOnceHearTheirOwnAudioOnly) {
     second.commit();
     ASSERT_TRUE(first.waitFor("input_audio_buffer.committed"));
     ASSERT_TRUE(second.waitFor("input_audio_buffer.committed"));
-    EXPECT_EQ(finalText(first), "the train was late again");
-    EXPECT_EQ(finalText(second), "we need a new kitchen");
+    EXPECT_EQ(first.text(), "the train was late again");
+    EXPECT_EQ(second.text(), "we need a new kitchen");
 }
 
 TEST(LiveSession, BadInputIsAnsweredByAnErrorAndTheEnd) {
@@ -126,7 +100,6 @@ TEST(LiveSession, BadInputIsAnsweredByAnErrorAndTheEnd) {
         {"a block over 1 MiB", true, audio(1048578), "The audio block is too long."},
         {"early audio", false, audio(5120), "Audio came before \"session.update\"."},
         {"no JSON", true, text("{\"type\":"), "The message is not a JSON object."},
-        {"an array", true, text("[1]"), "The message is not a JSON object."},
         {"unknown type", true, text("{\"type\":\"response.create\"}"),
          "The message type \"response.create\" is not known."},
         {"a text over 64 KiB", true, text(QString(70000, 'x')), "The message is too long."},
@@ -142,7 +115,7 @@ TEST(LiveSession, BadInputIsAnsweredByAnErrorAndTheEnd) {
     };
     for (const Case& entry : cases) {
         SCOPED_TRACE(entry.name);
-        LiveClient client(engine());
+        LiveClient client(sharedEngine());
         if (entry.updated)
             client.handshake();
         entry.send(client);
@@ -150,21 +123,17 @@ TEST(LiveSession, BadInputIsAnsweredByAnErrorAndTheEnd) {
         EXPECT_EQ(client.messages.back().type(), "error");
         EXPECT_EQ(client.messages.back().json.value("error")["message"].toString(), entry.message);
     }
-    EXPECT_EQ(engine().health(), 200);
-}
-
-TEST(LiveSession, AMessageBeyondAllBoundsEndsTheConnectionAlone) {
-    LiveClient client(engine());
+    LiveClient client(sharedEngine());
     client.handshake();
     client.sendBlock(QByteArray(8 * 1024 * 1024, 1));
-    EXPECT_TRUE(client.waitForClose());
-    EXPECT_EQ(engine().health(), 200);
+    EXPECT_TRUE(client.waitForClose()) << "a message beyond all bounds";
+    EXPECT_EQ(sharedEngine().health(), 200);
 }
 
 TEST(LiveSession, TheFifthAtOnceIsRefusedAndFitsInAfterOneHasEnded) {
     std::vector<std::unique_ptr<LiveClient>> running;
     const auto accepted = [&] {
-        auto client = std::make_unique<LiveClient>(engine());
+        auto client = std::make_unique<LiveClient>(sharedEngine());
         client->sendText(R"({"type":"session.update","session":{}})");
         await([&] { return client->messages.size() == 2; });
         if (client->messages.back().type() == "error")

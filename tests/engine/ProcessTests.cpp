@@ -11,12 +11,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-struct Outcome {
-    int status = -1;
-    QByteArray error;
-};
-
-Outcome run(const QStringList& arguments) {
+std::pair<int, QByteArray> run(const QStringList& arguments) {
     QProcess process;
     process.start(NEMO_SPEECH, arguments);
     process.waitForFinished();
@@ -70,12 +65,11 @@ TEST(EngineProcess, SaysWhyItDoesNotStart) {
     EngineProcess running;
     const QString taken = QString::number(running.port());
     const QString good = VARNET_SOURCE_DIR "/config/speech.yaml";
-    struct Case {
+    const struct {
         QStringList arguments;
         int status;
         QByteArray error;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {{"serve", "--config", config.fileName()},
          1,
          "nemo-speech: Line 3 of the configuration: \"99999\" is not a number from 0 to 65535.\n"},
@@ -86,11 +80,7 @@ TEST(EngineProcess, SaysWhyItDoesNotStart) {
         {{"serve", "--config", good, "--device", "gpu"}, 1, "nemo-speech: The device must be cpu.\n"},
         {{"pull", "nemotron-en", "--quiet"}, 0, ""},
     };
-    for (const Case& entry : cases) {
-        SCOPED_TRACE(entry.arguments.join(' ').toStdString());
-        const Outcome outcome = run(entry.arguments);
-        EXPECT_EQ(outcome.status, entry.status);
-        EXPECT_EQ(outcome.error, entry.error);
-    }
-    EXPECT_EQ(run({"dance"}).status, 2);
+    for (const auto& [arguments, status, error] : cases)
+        EXPECT_EQ(run(arguments), std::pair(status, error)) << arguments.join(' ').toStdString();
+    EXPECT_EQ(run({"dance"}).first, 2);
 }

@@ -1,128 +1,88 @@
 #include "Varnet/platform/SleepInhibitor.h"
 #include "tests/support/Await.h"
 
+#include <QDBusArgument>
 #include <QDBusConnection>
-#include <QDBusContext>
 #include <QDBusMessage>
 #include <QDBusObjectPath>
 #include <QDBusUnixFileDescriptor>
+#include <QDBusVirtualObject>
 
 #include <gtest/gtest.h>
 #include <poll.h>
 #include <unistd.h>
 
 namespace varnet::test {
+namespace {
 
-/// Stands for the login manager on the private bus.
-class LoginManager : public QObject, protected QDBusContext {
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.login1.Manager")
+/// Stands for the login manager, the desktop portal and the portal's request on the private bus.
+class Services : public QDBusVirtualObject {
 public:
-    LoginManager() { EXPECT_EQ(pipe(m_pipe), 0); }
-    ~LoginManager() override { close(m_pipe[0]); }
+    Services() {
+        EXPECT_EQ(pipe(m_pipe), 0);
+        EXPECT_TRUE(bus.registerVirtualObject("/", this, QDBusConnection::SubPath));
+    }
+    ~Services() override { QDBusConnection::disconnectFromBus(bus.name()); }
 
-    QStringList asked;
-    bool granted = true;
+    bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override {
+        calls[message.interface().section('.', -1) + '.' + message.member()] = message.arguments();
+        QDBusMessage reply = message.createReply();
+        if (message.interface().startsWith("org.freedesktop.login1")) {
+            reply << QVariant::fromValue(QDBusUnixFileDescriptor(m_pipe[1])); // a copy
+            close(m_pipe[1]);
+            if (refuses)
+                reply = message.createErrorReply(QDBusError::AccessDenied, "no");
+        } else {
+            reply << QVariant::fromValue(QDBusObjectPath("/request/1"));
+        }
+        return connection.send(reply);
+    }
+    QString introspect(const QString&) const override { return {}; }
 
-    bool released() const {
+    bool lockReleased() const {
         pollfd descriptor{.fd = m_pipe[0], .events = 0, .revents = 0};
         return poll(&descriptor, 1, 0) == 1 && (descriptor.revents & POLLHUP);
     }
 
-public Q_SLOTS:
-    QDBusUnixFileDescriptor Inhibit(const QString& what, const QString& who, const QString& why, const QString& mode) {
-        asked = {what, who, why, mode};
-        QDBusUnixFileDescriptor lock(m_pipe[1]); // a copy; the bus passes it on with the reply
-        close(m_pipe[1]);
-        if (!granted)
-            sendErrorReply(QDBusError::AccessDenied);
-        return lock;
-    }
+    QDBusConnection bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, "services");
+    QMap<QString, QVariantList> calls; ///< the arguments of the last call of each method
+    bool refuses = false;
 
 private:
     int m_pipe[2];
 };
 
-/// Stands for the desktop portal and for the one request that it hands out.
-class Portal : public QObject {
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Inhibit")
-public:
-    quint32 flags = 0;
-    QVariantMap options;
-
-public Q_SLOTS:
-    QDBusObjectPath Inhibit(const QString&, quint32 what, const QVariantMap& with) {
-        flags = what;
-        options = with;
-        return QDBusObjectPath(QStringLiteral("/request/1"));
-    }
-};
-
-class PortalRequest : public QObject {
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Request")
-public:
-    bool closed = false;
-
-public Q_SLOTS:
-    void Close() { closed = true; }
-};
-
-namespace {
-
-struct SleepInhibition : testing::Test {
-    QDBusConnection bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("services"));
-    LoginManager login;
-    Portal portal;
-    PortalRequest request;
-
-    ~SleepInhibition() override { QDBusConnection::disconnectFromBus(bus.name()); }
-
-    void serve(const QString& name, const QString& path, QObject& object) {
-        ASSERT_TRUE(bus.registerObject(path, &object, QDBusConnection::ExportAllSlots));
-        ASSERT_TRUE(bus.registerService(name));
-    }
-    void serveLogin() {
-        serve(QStringLiteral("org.freedesktop.login1"), QStringLiteral("/org/freedesktop/login1"), login);
-    }
-    void servePortal() {
-        ASSERT_TRUE(bus.registerObject(QStringLiteral("/request/1"), &request, QDBusConnection::ExportAllSlots));
-        serve(QStringLiteral("org.freedesktop.portal.Desktop"), QStringLiteral("/org/freedesktop/portal/desktop"),
-              portal);
-    }
-};
-
-TEST_F(SleepInhibition, HoldsTheLoginManagersLockUntilDestroyed) {
-    serveLogin();
-    auto inhibitor = await(SleepInhibitor::take(QStringLiteral("Recording a meeting")));
+TEST(SleepInhibition, HoldsTheLoginManagersLockUntilDestroyed) {
+    Services services;
+    ASSERT_TRUE(services.bus.registerService("org.freedesktop.login1"));
+    auto inhibitor = await(SleepInhibitor::take("Recording a meeting"));
     ASSERT_TRUE(inhibitor);
-    EXPECT_EQ(login.asked, (QStringList{QStringLiteral("sleep:idle"), QStringLiteral("Zelvik"),
-                                        QStringLiteral("Recording a meeting"), QStringLiteral("block")}));
+    EXPECT_EQ(services.calls["Manager.Inhibit"],
+              (QVariantList{"sleep:idle", "Zelvik", "Recording a meeting", "block"}));
     settle();
-    EXPECT_FALSE(login.released());
+    EXPECT_FALSE(services.lockReleased());
     inhibitor.reset();
-    EXPECT_TRUE(eventually([&] { return login.released(); }));
+    EXPECT_TRUE(eventually([&] { return services.lockReleased(); }));
 }
 
-TEST_F(SleepInhibition, AsksThePortalWhenTheLoginManagerRefuses) {
-    serveLogin();
-    servePortal();
-    login.granted = false;
-    auto inhibitor = await(SleepInhibitor::take(QStringLiteral("Recording a meeting")));
+TEST(SleepInhibition, AsksThePortalWhenTheLoginManagerRefuses) {
+    Services services;
+    services.refuses = true;
+    for (const char* name : {"org.freedesktop.login1", "org.freedesktop.portal.Desktop"})
+        ASSERT_TRUE(services.bus.registerService(name));
+    auto inhibitor = await(SleepInhibitor::take("Recording a meeting"));
     ASSERT_TRUE(inhibitor);
-    EXPECT_EQ(portal.flags, 12u);
-    EXPECT_EQ(portal.options.value(QStringLiteral("reason")).toString(), QStringLiteral("Recording a meeting"));
-    EXPECT_FALSE(request.closed);
+    const QVariantList asked = services.calls["Inhibit.Inhibit"];
+    EXPECT_EQ(asked.at(1).toUInt(), 12u);
+    EXPECT_EQ(qdbus_cast<QVariantMap>(asked.at(2)).value("reason").toString(), "Recording a meeting");
+    EXPECT_FALSE(services.calls.contains("Request.Close"));
     inhibitor.reset();
-    EXPECT_TRUE(eventually([&] { return request.closed; }));
+    EXPECT_TRUE(eventually([&] { return services.calls.contains("Request.Close"); }));
 }
 
-TEST_F(SleepInhibition, IsNullWhenNobodyGrantsIt) {
-    EXPECT_FALSE(await(SleepInhibitor::take(QStringLiteral("Recording a meeting"))));
+TEST(SleepInhibition, IsNullWhenNobodyGrantsIt) {
+    EXPECT_FALSE(await(SleepInhibitor::take("Recording a meeting")));
 }
 
 } // namespace
 } // namespace varnet::test
-
-#include "SleepInhibitorTests.moc"

@@ -36,24 +36,22 @@ Background::~Background() {
 }
 
 QString writeWAV(const QTemporaryDir& folder, const QString& name, const std::vector<std::vector<float>>& channels) {
+    const auto channelCount = static_cast<std::uint16_t>(channels.size());
+    const auto byteCount = static_cast<std::uint32_t>(channels.front().size() * channels.size() * 4);
     QByteArray data;
     const auto put = [&](auto value) { data.append(reinterpret_cast<const char*>(&value), sizeof value); };
-    const auto channelCount = static_cast<std::uint16_t>(channels.size());
-    const auto frameCount = static_cast<std::uint32_t>(channels.front().size());
-    const std::uint32_t byteCount = frameCount * channelCount * 4;
+    const auto put16 = [&](std::size_t value) { put(static_cast<std::uint16_t>(value)); };
     data += "RIFF";
     put(byteCount + 36);
-    data += "WAVEfmt ";
-    put(std::uint32_t{16});
-    put(std::uint16_t{3}); // IEEE float
-    put(channelCount);
-    put(std::uint32_t{48'000});
-    put(std::uint32_t{48'000u * channelCount * 4});
-    put(static_cast<std::uint16_t>(channelCount * 4));
-    put(std::uint16_t{32});
+    data += QByteArray("WAVEfmt \x10\0\0\0\3\0", 14); // IEEE float
+    put16(channelCount);
+    put(48'000u);
+    put(48'000u * channelCount * 4);
+    put16(channelCount * 4u);
+    put16(32);
     data += "data";
     put(byteCount);
-    for (std::uint32_t frame = 0; frame < frameCount; ++frame)
+    for (std::size_t frame = 0; frame < channels.front().size(); ++frame)
         for (const std::vector<float>& channel : channels)
             put(channel[frame]);
     const QString path = folder.filePath(name);
@@ -82,50 +80,29 @@ Tone::Tone(const QString& device, double frequency, float amplitude)
                {QStringLiteral("-P"), QStringLiteral("{ node.dont-reconnect = true }"), QStringLiteral("--target"),
                 device, writeWAV(m_folder, QStringLiteral("tone.wav"), {tone(frequency, 60, amplitude)})}) {}
 
-CaptureLab::CaptureLab() : m_capture(makeAudioCapture()) {}
-
-AudioCapture::Callbacks CaptureLab::callbacks() {
-    return {
-        .onBuffer =
-            [this](const CaptureBuffer& buffer) {
-                const auto channels = static_cast<std::size_t>(buffer.format.channelCount);
-                Piece piece{buffer.time, buffer.format.sampleRate, {}};
-                for (std::size_t i = 0; i < buffer.samples.size(); i += channels)
-                    piece.samples.push_back(buffer.samples[i]);
-                const std::lock_guard lock(m_mutex);
-                m_pieces[buffer.source].push_back(std::move(piece));
-            },
-        .onError =
-            [this](std::exception_ptr error) {
-                const std::lock_guard lock(m_mutex);
-                m_errors.push_back(describe(error));
-            },
-        .onNotice =
-            [this](std::string text) {
-                const std::lock_guard lock(m_mutex);
-                m_notices.push_back(std::move(text));
-            },
-    };
-}
-
 void CaptureLab::start(std::vector<CaptureSource> sources) {
-    await(m_capture->start(std::move(sources), callbacks()));
-}
-
-void CaptureLab::stop() {
-    await(m_capture->stop());
+    AudioCapture::Callbacks callbacks;
+    callbacks.onBuffer = [this](const CaptureBuffer& buffer) {
+        Piece piece{buffer.time, buffer.format.sampleRate, {}};
+        for (std::size_t i = 0; i < buffer.samples.size(); i += static_cast<std::size_t>(buffer.format.channelCount))
+            piece.samples.push_back(buffer.samples[i]);
+        const std::lock_guard lock(m_mutex);
+        m_pieces[buffer.source].push_back(std::move(piece));
+    };
+    callbacks.onError = [this](const std::exception_ptr& error) {
+        const std::lock_guard lock(m_mutex);
+        m_errors.push_back(describe(error));
+    };
+    callbacks.onNotice = [this](std::string text) {
+        const std::lock_guard lock(m_mutex);
+        m_notices.push_back(std::move(text));
+    };
+    await(m_capture->start(std::move(sources), std::move(callbacks)));
 }
 
 std::vector<CaptureLab::Piece> CaptureLab::pieces(CaptureSource source) const {
     const std::lock_guard lock(m_mutex);
-    const auto found = m_pieces.find(source);
-    return found == m_pieces.end() ? std::vector<Piece>{} : found->second;
-}
-
-std::size_t CaptureLab::count(CaptureSource source) const {
-    const std::lock_guard lock(m_mutex);
-    const auto found = m_pieces.find(source);
-    return found == m_pieces.end() ? 0 : found->second.size();
+    return m_pieces[source];
 }
 
 std::vector<std::string> CaptureLab::notices() const {
@@ -139,15 +116,13 @@ std::vector<std::string> CaptureLab::errors() const {
 }
 
 double CaptureLab::hears(CaptureSource source, double frequency) const {
-    const std::lock_guard lock(m_mutex);
-    const auto found = m_pieces.find(source);
     std::vector<float> last;
     int sampleRate = 48'000;
-    if (found != m_pieces.end())
-        for (auto piece = found->second.rbegin(); piece != found->second.rend() && last.size() < 4'800; ++piece) {
-            last.insert(last.begin(), piece->samples.begin(), piece->samples.end());
-            sampleRate = piece->sampleRate;
-        }
+    const auto all = pieces(source);
+    for (auto piece = all.rbegin(); piece != all.rend() && last.size() < 4'800; ++piece) {
+        last.insert(last.begin(), piece->samples.begin(), piece->samples.end());
+        sampleRate = piece->sampleRate;
+    }
     return last.size() < 4'800 ? 0 : amplitude(std::span(last).last(4'800), frequency, sampleRate);
 }
 

@@ -61,14 +61,11 @@ public:
         }
     };
 
-    CaptureLab();
-    AudioCapture& capture() { return *m_capture; }
-    AudioCapture::Callbacks callbacks();
     void start(std::vector<CaptureSource> sources = {CaptureSource::microphone, CaptureSource::system});
-    void stop();
+    void stop() { await(m_capture->stop()); }
 
     std::vector<Piece> pieces(CaptureSource source) const;
-    std::size_t count(CaptureSource source) const;
+    std::size_t count(CaptureSource source) const { return pieces(source).size(); }
     std::vector<std::string> notices() const;
     std::vector<std::string> errors() const;
 
@@ -77,10 +74,10 @@ public:
 
 private:
     mutable std::mutex m_mutex;
-    std::map<CaptureSource, std::vector<Piece>> m_pieces;
+    mutable std::map<CaptureSource, std::vector<Piece>> m_pieces;
     std::vector<std::string> m_notices;
     std::vector<std::string> m_errors;
-    std::unique_ptr<AudioCapture> m_capture;
+    std::unique_ptr<AudioCapture> m_capture = makeAudioCapture(); ///< last: it calls back until it is gone
 };
 
 } // namespace varnet::test

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "MeetingCore/base/Failures.h"
 #include "Varnet/async/Task.h"
 
 #include <QCoreApplication>
@@ -11,6 +12,7 @@
 #include <memory>
 #include <optional>
 #include <stdexcept>
+#include <string>
 #include <type_traits>
 
 namespace varnet::test {
@@ -63,6 +65,17 @@ T await(Task<T> task, std::chrono::milliseconds timeout = std::chrono::seconds(1
         std::rethrow_exception(outcome.failure);
     if constexpr (!std::is_void_v<T>)
         return std::move(*outcome.value);
+}
+
+/// The sentence of what the task fails with; empty when it succeeds.
+template <class T>
+std::string failureText(Task<T> task) {
+    try {
+        await(std::move(task));
+        return {};
+    } catch (...) {
+        return describe(std::current_exception());
+    }
 }
 
 } // namespace varnet::test

@@ -86,11 +86,13 @@ struct Engines : ::testing::Test {
         std::ofstream(path) << text;
     }
 
-    /// Installs a script that notes its process and its arguments in the root, one line a start.
-    void install(const char* name, const std::string& script, const std::string& interpreter = "/bin/sh") {
+    /// Installs a script that notes its process and its arguments in the root, one line a start; what begins with
+    /// "#!" is installed as it is.
+    void install(const char* name, const std::string& script) {
         const auto program = root / name;
-        write(program, "#!" + interpreter + "\necho $$ >> " + (root / "starts").string() + "\necho $@ >> " +
-                           (root / "arguments").string() + "\n" + script + "\n");
+        write(program, script.starts_with("#!") ? script
+                                                : "#!/bin/sh\necho $$ >> " + (root / "starts").string() +
+                                                      "\necho $@ >> " + (root / "arguments").string() + "\n" + script);
         std::filesystem::permissions(program, std::filesystem::perms::owner_all);
     }
 

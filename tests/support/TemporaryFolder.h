@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <stdexcept>
 #include <string>
 
@@ -28,6 +29,25 @@ public:
 
 private:
     std::filesystem::path m_path;
+};
+
+/// Makes a folder unusable while it lives: a file stands in its place.
+class FileInTheWay {
+public:
+    explicit FileInTheWay(std::filesystem::path folder) : m_folder(std::move(folder)) {
+        std::filesystem::rename(m_folder, m_folder.string() + ".aside");
+        std::ofstream(m_folder).flush();
+    }
+    FileInTheWay(const FileInTheWay&) = delete;
+    FileInTheWay& operator=(const FileInTheWay&) = delete;
+    ~FileInTheWay() {
+        std::error_code ignored;
+        std::filesystem::remove(m_folder, ignored);
+        std::filesystem::rename(m_folder.string() + ".aside", m_folder, ignored);
+    }
+
+private:
+    std::filesystem::path m_folder;
 };
 
 } // namespace varnet::test

@@ -5,8 +5,6 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
-#include <sys/stat.h>
-
 namespace varnet {
 namespace {
 
@@ -15,7 +13,7 @@ using test::half;
 
 class SystemAudioRecorderTest : public test::RecorderFixture<SystemAudioRecorder> {
 protected:
-    void start() { RecorderFixture::start("meeting.wav"); }
+    SystemAudioRecorderTest() : RecorderFixture("meeting.wav") {}
 
     QJsonObject diagnostics() {
         return QJsonDocument::fromJson(QByteArray::fromStdString(readFile(folder / "capture-diagnostics.json")))
@@ -68,16 +66,6 @@ TEST_F(SystemAudioRecorderTest, AlignsBothTracksWhateverTheOrderOfDelivery) {
     EXPECT_NEAR(levels.at(6).second.value(), 0.25F * std::sqrt(1'600 / 2'560.0F), 0.05F);
 }
 
-TEST_F(SystemAudioRecorderTest, ReadsOutWhileItRuns) {
-    start();
-    clock.setSeconds(1.04); // 0.64 s are due, four blocks
-    deliver(microphone, 0.0, 1'600);
-    ASSERT_TRUE(waitForHeard(10'240));
-    EXPECT_EQ(heardFrames(), 10'240U);
-    EXPECT_EQ(stop(), "");
-    EXPECT_EQ(heardFrames(), 16'640U);
-}
-
 TEST_F(SystemAudioRecorderTest, LosesOnlyTheFramesThatComeTooLate) {
     start();
     clock.setSeconds(2.0); // 1.6 s are due: frame 25,600
@@ -88,14 +76,6 @@ TEST_F(SystemAudioRecorderTest, LosesOnlyTheFramesThatComeTooLate) {
     EXPECT_EQ(late(), 1'600);
     EXPECT_EQ(samples("system.wav")[25'599], 0);
     EXPECT_NEAR(samples("system.wav")[25'700], half, 2);
-}
-
-TEST_F(SystemAudioRecorderTest, CountsWhatLiesBeforeTheOriginAsLate) {
-    start();
-    deliver(microphone, -0.5, 160);
-    clock.setSeconds(0.1);
-    EXPECT_EQ(stop(), "");
-    EXPECT_EQ(late(), 160);
 }
 
 TEST_F(SystemAudioRecorderTest, EndsAtTheMomentOfTheStop) {
@@ -153,18 +133,6 @@ TEST_F(SystemAudioRecorderTest, FailsOnceOnAnImpossibleTimestamp) {
     EXPECT_EQ(stop(), "");
 }
 
-TEST_F(SystemAudioRecorderTest, TellsThatTheSoundServerIsGone) {
-    start();
-    clock.setSeconds(1.04);
-    deliver(microphone, 0.0, 1'600);
-    ASSERT_TRUE(waitForHeard(10'240));
-    capture->fail(std::make_exception_ptr(std::runtime_error("The sound server is gone.")));
-    ASSERT_TRUE(waitForError());
-    EXPECT_EQ(errors[0], "The sound server is gone.");
-    EXPECT_EQ(stop(), streamStopped);
-    EXPECT_EQ(samples("microphone.wav").size(), 10'240U);
-}
-
 TEST_F(SystemAudioRecorderTest, MissesAMicrophoneThatNeverSpoke) {
     start();
     deliver(system, 0.0, 1'600);
@@ -183,12 +151,10 @@ TEST_F(SystemAudioRecorderTest, ClosesTheFilesWhateverFails) {
     deliver(microphone, 0.0, 1'600);
     clock.setSeconds(0.2);
     capture->stopFailure = std::make_exception_ptr(std::runtime_error("The stream would not stop."));
-    std::filesystem::create_directory(folder / "capture-diagnostics.json");
-    std::filesystem::create_directory(folder / "capture-diagnostics.json" / "in the way");
+    std::filesystem::create_directories(folder / "capture-diagnostics.json" / "in the way");
     EXPECT_NE(stop().find("capture-diagnostics.json"), std::string::npos) << "the files' failure before the stream's";
     for (const char* name : {"meeting.wav", "microphone.wav", "system.wav"})
         EXPECT_EQ(samples(name).size(), 3'200U);
-    EXPECT_EQ(stop(), "");
 }
 
 TEST_F(SystemAudioRecorderTest, PassesOnThatTheStreamWouldNotStop) {
@@ -200,19 +166,16 @@ TEST_F(SystemAudioRecorderTest, PassesOnThatTheStreamWouldNotStop) {
 
 TEST_F(SystemAudioRecorderTest, LeavesNothingWhenTheCaptureIsNotAvailable) {
     using Reason = CaptureUnavailable::Reason;
-    const struct {
-        Reason reason;
-        const char* text;
-    } rows[] = {
-        {Reason::accessDenied,
-         "Microphone access is needed to record. Enable Zelvik in System Settings → Privacy & Security → Microphone."},
+    const std::pair<Reason, const char*> rows[] = {
+        {Reason::accessDenied, "Microphone access is needed to record. Enable Zelvik in System Settings → Privacy & "
+                               "Security → Microphone."},
         {Reason::noMicrophone, "The selected audio device has no usable input format."},
         {Reason::noOutput, "No display is available for system audio capture."},
         {Reason::streamFailed, "as the platform says"},
     };
-    for (const auto& row : rows) {
-        capture->startFailure = std::make_exception_ptr(CaptureUnavailable(row.reason, "as the platform says"));
-        EXPECT_EQ(startFailure("meeting.wav"), row.text);
+    for (const auto& [reason, text] : rows) {
+        capture->startFailure = std::make_exception_ptr(CaptureUnavailable(reason, "as the platform says"));
+        EXPECT_EQ(startFailure(), text);
         EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
         EXPECT_EQ(stop(), "");
     }
@@ -220,15 +183,14 @@ TEST_F(SystemAudioRecorderTest, LeavesNothingWhenTheCaptureIsNotAvailable) {
 
 TEST_F(SystemAudioRecorderTest, UndoesAStartDuringWhichTheCaptureFailed) {
     capture->beforeStartEnds = [this] { capture->deliver(microphone, 9.0, std::vector<float>(160), format); };
-    EXPECT_EQ(startFailure("meeting.wav"),
-              "Audio capture failed while starting. Check recording permissions and audio devices.");
+    EXPECT_EQ(startFailure(), "Audio capture failed while starting. Check recording permissions and audio devices.");
     EXPECT_FALSE(capture->running);
     EXPECT_EQ(samples("meeting.wav").size(), 0U);
 }
 
 TEST_F(SystemAudioRecorderTest, DoesNotStartWithoutAPlaceForItsFiles) {
     std::filesystem::create_directory(folder / "system.wav");
-    EXPECT_THROW(start(), FileFailure);
+    EXPECT_NE(startFailure(), "");
     EXPECT_TRUE(capture->startedSources.empty());
     EXPECT_EQ(stop(), "");
 }

@@ -11,6 +11,7 @@
 
 using namespace varnet;
 namespace fs = std::filesystem;
+using ::testing::ElementsAre;
 
 namespace {
 
@@ -73,21 +74,15 @@ TEST_F(Layout, ResolvesInItsOrder) {
 
 TEST_F(Layout, DevelopmentSpeechTakesTheBuiltEngineFirst) {
     const EngineLayout layout{root, false};
-    EXPECT_EQ(layout.speech(settings, fastARM), std::nullopt) << "nothing there is executable";
+    EXPECT_EQ(layout.speech(settings, fastARM), std::nullopt);
     settings.setText("SpeechEngineProcessorOnlyVersion", EngineLayout::appVersion());
-
     const fs::path released = makeProgram(".runtime/nemo-speech-0.2.0-macos-aarch64-metal/bin/nemo-speech");
-    EngineSpec expected;
-    expected.name = "Speech engine";
-    expected.executable = released;
-    expected.arguments = {"serve", "--config", "config/speech.yaml"};
-    expected.workingDirectory = root;
-    expected.port = 17863;
-    EXPECT_EQ(layout.speech(settings, fastARM), expected);
-    EXPECT_EQ(expected.healthURL(), "http://127.0.0.1:17863/health");
-
     const fs::path built = makeFile(root / ".runtime/source/build/metal-asr/bin/nemo-speech");
-    EXPECT_EQ(layout.speech(settings, fastARM), expected) << "the built one is not executable yet";
+    const auto spec = layout.speech(settings, fastARM);
+    EXPECT_EQ(spec->executable, released) << "the built one is not executable yet";
+    EXPECT_EQ(spec->workingDirectory, root) << "its configuration is named from there";
+    EXPECT_EQ(spec->healthURL(), "http://127.0.0.1:17863/health");
+    EXPECT_THAT(spec->arguments, ElementsAre("serve", "--config", "config/speech.yaml"));
     fs::permissions(built, fs::perms::owner_exec, fs::perm_options::add);
     EXPECT_EQ(layout.speech(settings, fastARM)->executable, built);
 }
@@ -96,29 +91,20 @@ TEST_F(Layout, BundledSpeechFollowsTheProcessorAndTheFallback) {
     const EngineLayout layout{root, true};
     const fs::path intel = makeProgram("engine/x86_64/bin/nemo-speech");
     EXPECT_EQ(layout.speech(settings, fastARM), std::nullopt);
-    EXPECT_EQ(layout.bundledBinary(slowIntel), intel);
-    EXPECT_EQ((EngineLayout{root, false}.bundledBinary(slowIntel)), std::nullopt);
-
-    EngineSpec expected;
-    expected.name = "Speech engine";
-    expected.executable = intel;
-    expected.arguments = {"serve", "--config", (root / "config/speech.yaml").string()};
-    expected.workingDirectory = root;
-    expected.port = 17863;
-    expected.environment = {{"NEMO_SPEECH_MODEL_DIR", (folder / "data/Varnet/models").string()}};
     settings.setText("SpeechEngineProcessorOnlyVersion", "another build");
-    EXPECT_EQ(layout.speech(settings, fastIntel), expected);
-
+    const auto fast = layout.speech(settings, fastIntel);
+    EXPECT_EQ(fast->executable, intel);
+    EXPECT_EQ(fast->environment.at("NEMO_SPEECH_MODEL_DIR"), (folder / "data/Varnet/models").string());
+    const std::string config = (root / "config/speech.yaml").string();
+    EXPECT_THAT(fast->arguments, ElementsAre("serve", "--config", config));
     settings.setText("SpeechEngineProcessorOnlyVersion", EngineLayout::appVersion());
-    expected.arguments.insert(expected.arguments.end(), {"--device", "cpu"});
-    EXPECT_EQ(layout.speech(settings, fastIntel), expected);
+    EXPECT_THAT(layout.speech(settings, fastIntel)->arguments,
+                ElementsAre("serve", "--config", config, "--device", "cpu"));
 }
 
 TEST_F(Layout, BundledNotesNeedAFastMachineAndTheWholeModel) {
     const EngineLayout layout{root, true};
     const fs::path program = makeProgram("notes-engine/llama-server");
-    EXPECT_EQ(layout.bundledNotesBinary(slowIntel), std::nullopt);
-    EXPECT_EQ(layout.bundledNotesBinary(fastIntel), program);
     EXPECT_EQ(layout.notes("/key", fastARM), std::nullopt) << "no model yet";
     makeNotesModel(2741986463);
     EXPECT_EQ(layout.notes("/key", fastARM), std::nullopt) << "one byte short";
@@ -132,56 +118,28 @@ TEST_F(Layout, BundledNotesNeedAFastMachineAndTheWholeModel) {
     EXPECT_EQ(spec->arguments.at(1), (folder / "data/Varnet/notes-model/Qwen3.5-4B-Q4_K_M.gguf").string());
 }
 
-TEST_F(Layout, DevelopmentNotesHaveTheFixedCommandLine) {
+TEST_F(Layout, DevelopmentNotesServeThisMachineWithTheKey) {
     const EngineLayout layout{root, false};
-    const fs::path program = makeProgram(".runtime/notes/runtime/llama-b11146/llama-server");
+    makeProgram(".runtime/notes/runtime/llama-b11146/llama-server");
     EXPECT_EQ(layout.notes("/key file", slowIntel), std::nullopt) << "no model";
-    const fs::path model = makeFile(root / ".runtime/notes/Qwen3.5-4B-Q4_K_M.gguf");
-
-    EngineSpec expected;
-    expected.name = "Notes engine";
-    expected.executable = program;
-    expected.workingDirectory = root;
-    expected.port = 17864;
-    expected.arguments = {"--model",
-                          model.string(),
-                          "--alias",
-                          "qwen3.5-4b-q4km",
-                          "--host",
-                          "127.0.0.1",
-                          "--port",
-                          "17864",
-                          "--ctx-size",
-                          "8192",
-                          "--parallel",
-                          "1",
-                          "--threads",
-                          "4",
-                          "--batch-size",
-                          "256",
-                          "--ubatch-size",
-                          "128",
-                          "--jinja",
-                          "--reasoning",
-                          "off",
-                          "--no-context-shift",
-                          "--api-key-file",
-                          "/key file"};
-    EXPECT_EQ(layout.notes("/key file", slowIntel), expected);
+    makeFile(root / ".runtime/notes/Qwen3.5-4B-Q4_K_M.gguf");
+    const auto arguments = layout.notes("/key file", slowIntel)->arguments;
+    const auto after = [&](const char* option) { return *std::next(std::ranges::find(arguments, option)); };
+    EXPECT_EQ(after("--host"), "127.0.0.1");
+    EXPECT_EQ(after("--port"), "17864");
+    EXPECT_EQ(after("--ctx-size"), "8192");
+    EXPECT_EQ(after("--api-key-file"), "/key file");
 }
 
 TEST_F(Layout, SpeechModelsAreInstalledOnceBothAreVerified) {
     const fs::path models = SpeechModels::folder();
-    EXPECT_EQ(models, folder / "data/Varnet/models");
     EXPECT_FALSE(SpeechModels::installed(models));
-    EXPECT_EQ(SpeechModels::bytesOnDisk(models), 0);
     makeFile(models / "nvidia/nemotron-speech-streaming-en-0.6b/main/weights.verified");
     EXPECT_FALSE(SpeechModels::installed(models)) << "one of the two";
     makeFile(models / "nvidia/Nemotron-3-Diarization/weights.verified");
-    makeFile(models / "nvidia/Nemotron-3-Diarization/main/deeper/weights.verified");
     makeFile(models / "nvidia/Nemotron-3-Diarization/main/weights.verified.part");
     EXPECT_FALSE(SpeechModels::installed(models)) << "the mark stands elsewhere";
     makeFile(models / "nvidia/Nemotron-3-Diarization/main/.verified");
     EXPECT_TRUE(SpeechModels::installed(models));
-    EXPECT_EQ(SpeechModels::bytesOnDisk(models), 5);
+    EXPECT_EQ(SpeechModels::bytesOnDisk(models), 4);
 }

@@ -1,7 +1,5 @@
 #include "tests/support/EngineFixture.h"
-
-#include <QTcpServer>
-#include <QTcpSocket>
+#include "tests/support/TestServer.h"
 
 using namespace varnet;
 using namespace std::chrono_literals;
@@ -19,21 +17,9 @@ const EngineState diedLater = EngineState::failed("The speech engine stopped une
 
 } // namespace
 
-TEST_F(Engines, AnEngineThatAnswersAlreadyIsAdoptedAndLeftRunning) {
-    install(Engines::developmentSpeech, serve);
-    world->answering = {EngineWorld::speechURL};
-    const auto engines = make();
-    await(engines->startSpeech());
-    EXPECT_EQ(engines->speech(), EngineState::ready(true));
-    engines->shutdown();
-    EXPECT_EQ(starts(), 0U);
-}
-
 TEST_F(Engines, TheSpeechEngineIsStartedLoggedAndEndedWithTheApplication) {
     install(Engines::developmentSpeech, serve);
     const auto engines = make();
-    EXPECT_EQ(engines->runtimeRoot(), root);
-    EXPECT_EQ(engines->speech(), EngineState::unknown());
     std::vector<EngineState> states;
     QObject::connect(engines.get(), &EngineSupervisor::speechChanged, [&] { states.push_back(engines->speech()); });
     await(engines->startSpeech());
@@ -57,7 +43,7 @@ TEST_F(Engines, ASecondStartNeverDoublesTheProcess) {
     EXPECT_EQ(starts(), 1U);
 }
 
-TEST_F(Engines, WithoutFilesOrPermissionNothingStarts) {
+TEST_F(Engines, WithoutFilesModelsOrPermissionNothingStarts) {
     const auto engines = make();
     await(engines->startSpeech());
     EXPECT_EQ(engines->speech(), EngineState::missing("Engine files weren't found. Choose the folder in Settings."));
@@ -67,31 +53,29 @@ TEST_F(Engines, WithoutFilesOrPermissionNothingStarts) {
     await(disabled->startSpeech());
     EXPECT_EQ(disabled->speech(), EngineState::stopped());
     disabled->recordingEnded();
+
+    install(Engines::bundledSpeech, serve);
+    const auto withoutModels = make(true);
+    await(withoutModels->startSpeech());
+    EXPECT_EQ(withoutModels->models().kind, ModelState::Kind::missing);
+    EXPECT_EQ(withoutModels->speech(), EngineState::stopped());
     test::settle();
     EXPECT_EQ(starts(), 0U);
 }
 
 TEST_F(Engines, AFailedStartSaysWhatHappened) {
-    struct Row {
-        const char* name;
-        const char* script;
-        const char* interpreter;
-        const char* text;
+    const std::pair<const char*, const char*> rows[] = {
+        {"#!/missing/interpreter", "Speech engine could not start: "},
+        {"exit 3", diedInStart.text.c_str()},
+        {"exec sleep 1000", "Speech engine did not become ready in time."},
     };
-    const Row rows[] = {
-        {"not runnable", "", "/missing/interpreter", "Speech engine could not start: "},
-        {"exits", "exit 3", "/bin/sh", "Speech engine stopped while starting. See its log in Settings."},
-        {"crashes", "kill -SEGV $$", "/bin/sh", "Speech engine stopped while starting. See its log in Settings."},
-        {"never answers", "exec sleep 1000", "/bin/sh", "Speech engine did not become ready in time."},
-    };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.name);
-        install(Engines::developmentSpeech, row.script, row.interpreter);
+    for (const auto& [script, text] : rows) {
+        install(Engines::developmentSpeech, script);
         world->time = 0s;
         const auto engines = make();
         await(engines->startSpeech());
         EXPECT_EQ(engines->speech().kind, EngineState::Kind::failed);
-        EXPECT_THAT(engines->speech().text, HasSubstr(row.text));
+        EXPECT_THAT(engines->speech().text, HasSubstr(text));
     }
     EXPECT_EQ(world->time, 120s) << "of pauses of half a second";
     EXPECT_TRUE(eventually([&] { return !lastRuns(); }));
@@ -211,15 +195,6 @@ TEST_F(Engines, TryingTheFastModeAgainIsNoCrash) {
     EXPECT_FALSE(engines->transcriptsSlow());
 }
 
-TEST_F(Engines, ABundledEngineWithoutItsModelsIsNotLaunched) {
-    install(Engines::bundledSpeech, serve);
-    const auto engines = make(true);
-    await(engines->startSpeech());
-    EXPECT_EQ(engines->models().kind, ModelState::Kind::missing);
-    EXPECT_EQ(engines->speech(), EngineState::stopped());
-    EXPECT_EQ(starts(), 0U);
-}
-
 TEST_F(Engines, AChosenFolderIsKeptAndStartedFrom) {
     EngineParts parts;
     parts.healthy = [](const std::string&) -> Task<bool> { co_return false; };
@@ -232,10 +207,16 @@ TEST_F(Engines, AChosenFolderIsKeptAndStartedFrom) {
     EXPECT_EQ(engines.speech().kind, EngineState::Kind::missing) << "there is nothing in the folder yet";
 }
 
-TEST_F(Engines, RefreshFollowsWhatAnswersAndKeepsABusyChild) {
+TEST_F(Engines, FollowsWhatAnswersAndKeepsABusyChild) {
     install(Engines::developmentSpeech, serve);
-    const auto engines = make();
     world->answering = {EngineWorld::speechURL, EngineWorld::notesURL};
+    const auto adopting = make();
+    await(adopting->startSpeech());
+    EXPECT_EQ(adopting->speech(), EngineState::ready(true));
+    EXPECT_EQ(starts(), 0U);
+
+    const auto engines = make();
+    world->asked.clear();
     await(engines->refresh());
     EXPECT_EQ(engines->speech(), EngineState::ready(true));
     EXPECT_EQ(engines->notes(), EngineState::ready(true));
@@ -258,24 +239,13 @@ TEST_F(Engines, RefreshFollowsWhatAnswersAndKeepsABusyChild) {
 }
 
 TEST_F(Engines, OnlyStatus200IsHealthy) {
-    QTcpServer server;
-    ASSERT_TRUE(server.listen(QHostAddress::LocalHost));
-    QByteArray status;
-    QObject::connect(&server, &QTcpServer::newConnection, [&] {
-        QTcpSocket* socket = server.nextPendingConnection();
-        QObject::connect(socket, &QTcpSocket::readyRead, [socket, status] {
-            socket->write("HTTP/1.1 " + status + "\r\nLocation: /ok\r\nContent-Length: 0\r\nConnection: close\r\n\r\n");
-            socket->disconnectFromHost();
-        });
-    });
+    test::TestServer server;
     EngineParts parts;
     parts.settingsFile = settingsFile;
     EngineSupervisor engines(false, EngineLayout{root, false}, keyFile, parts);
-    for (const auto& [answer, healthy] : {std::pair("200 OK", true), {"302 Found", false}, {"503 Busy", false}}) {
-        status = answer;
-        EXPECT_EQ(await(engines.healthy(server.serverPort())), healthy) << answer;
+    for (const int status : {200, 302, 503}) {
+        server.answer(test::TestServer::response(status, "", "Location: /ok\r\n"));
+        EXPECT_EQ(await(engines.healthy(server.port())), status == 200) << status;
     }
-    const int port = server.serverPort();
-    server.close();
-    EXPECT_FALSE(await(engines.healthy(port)));
+    EXPECT_FALSE(await(engines.healthy(1))) << "nobody answers";
 }

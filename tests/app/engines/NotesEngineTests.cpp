@@ -64,10 +64,12 @@ TEST_F(Engines, ARecordingEndsOwnedNotesWithoutAWord) {
     EXPECT_TRUE(await(engines->startNotes()));
 }
 
-TEST_F(Engines, ARecordingSaysThatForeignNotesGoOn) {
+TEST_F(Engines, ARecordingBringsTheSpeechEngineUpAndSaysThatForeignNotesGoOn) {
     install(Engines::developmentSpeech, serve);
-    world->answering = {EngineWorld::notesURL};
     const auto engines = make();
+    EXPECT_EQ(await(engines->prepareForRecording()), std::nullopt);
+    EXPECT_TRUE(eventually([&] { return engines->speech() == EngineState::ready(false); }));
+    world->answering = {EngineWorld::notesURL};
     EXPECT_EQ(await(engines->prepareForRecording()),
               "The notes engine is running outside the app. Stopping it frees memory for live transcription.");
     EXPECT_FALSE(await(engines->startNotes()));
@@ -75,13 +77,6 @@ TEST_F(Engines, ARecordingSaysThatForeignNotesGoOn) {
     EXPECT_TRUE(await(engines->startNotes()));
     EXPECT_EQ(engines->notes(), EngineState::ready(true));
     EXPECT_TRUE(world->delays.empty()) << "an adopted engine is not stopped when idle";
-}
-
-TEST_F(Engines, ARecordingBringsTheSpeechEngineUp) {
-    install(Engines::developmentSpeech, serve);
-    const auto engines = make();
-    EXPECT_EQ(await(engines->prepareForRecording()), std::nullopt);
-    EXPECT_TRUE(eventually([&] { return engines->speech() == EngineState::ready(false); }));
 }
 
 TEST_F(Engines, ARecordingCallsOffNotesThatAreStarting) {
@@ -110,23 +105,20 @@ TEST_F(Engines, NotesThatDieAreStoppedWithoutAMessage) {
 }
 
 TEST_F(Engines, NotesTellWhyTheyCannotStart) {
+    const EngineState noFiles = EngineState::missing("Notes engine files weren't found.");
     const auto without = make();
     EXPECT_FALSE(without->notesAvailable());
     EXPECT_FALSE(await(without->startNotes()));
-    EXPECT_EQ(without->notes(), EngineState::missing("Notes engine files weren't found."));
+    EXPECT_EQ(without->notes(), noFiles);
 
     install(Engines::bundledNotes, serveNotes);
     const auto withoutModel = make(true);
     EXPECT_EQ(withoutModel->notesModel().kind, NotesModelState::Kind::missing);
     EXPECT_TRUE(withoutModel->notesNeedDownload());
     EXPECT_TRUE(withoutModel->notesAvailable());
-    EXPECT_EQ(withoutModel->notesUnavailableReason(), std::nullopt);
     EXPECT_FALSE(await(withoutModel->startNotes()));
-    EXPECT_EQ(withoutModel->notes(), EngineState::missing("Notes engine files weren't found."));
-
-    const auto slow = make(true, true, false);
-    EXPECT_FALSE(slow->notesAvailable());
-    EXPECT_EQ(slow->notesUnavailableReason(),
+    EXPECT_EQ(withoutModel->notes(), noFiles);
+    EXPECT_EQ(make(true, true, false)->notesUnavailableReason(),
               "Notes need a Mac with an M1 chip or newer. This Mac can still record and transcribe.");
 
     const auto disabled = make(false, false);
@@ -138,11 +130,7 @@ TEST_F(Engines, NotesTellWhyTheyCannotStart) {
 
 TEST(EngineSwitch, OnlyTheExactValueTurnsEnginesOff) {
     test::ScopedVariable off("VARNET_NO_ENGINES", "0");
-    test::ScopedVariable underTest("XCTestConfigurationFilePath", std::nullopt);
     EXPECT_TRUE(EngineSupervisor::shouldRun());
-    underTest.set("");
-    EXPECT_FALSE(EngineSupervisor::shouldRun());
-    underTest.set(std::nullopt);
     off.set("1");
     EXPECT_FALSE(EngineSupervisor::shouldRun());
 }

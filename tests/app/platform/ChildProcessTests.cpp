@@ -17,6 +17,8 @@
 using namespace varnet;
 using namespace std::chrono_literals;
 using test::eventually;
+using ::testing::HasSubstr;
+using ::testing::ThrowsMessage;
 
 namespace {
 
@@ -45,17 +47,13 @@ bool alive(pid_t process) {
 
 } // namespace
 
-TEST_F(Child, WritesBothStreamsToTheEndOfItsLog) {
-    EXPECT_EQ(output(shell("echo out; echo err >&2; pwd")), "out\nerr\n" + folder.path().string() + "\n");
-    EXPECT_EQ(output(shell("echo again")), "out\nerr\n" + folder.path().string() + "\nagain\n");
-}
-
-TEST_F(Child, GetsItsEnvironmentLaidOverOurs) {
+TEST_F(Child, RunsInItsFolderAndEnvironmentAndAddsToItsLog) {
     const test::ScopedVariable ours("VARNET_TEST_OURS", "1");
     const test::ScopedVariable both("VARNET_TEST_BOTH", "1");
-    ChildProcess::Launch launch = shell("echo $VARNET_TEST_OURS $VARNET_TEST_BOTH $VARNET_TEST_NEW");
-    launch.environment = {{"VARNET_TEST_BOTH", "2"}, {"VARNET_TEST_NEW", "3"}};
-    EXPECT_EQ(output(launch), "1 2 3\n");
+    EXPECT_EQ(output(shell("echo out; echo err >&2; pwd")), "out\nerr\n" + folder.path().string() + "\n");
+    ChildProcess::Launch launch = shell("echo $VARNET_TEST_OURS $VARNET_TEST_BOTH");
+    launch.environment = {{"VARNET_TEST_BOTH", "2"}};
+    EXPECT_EQ(output(launch), "out\nerr\n" + folder.path().string() + "\n1 2\n");
 }
 
 TEST_F(Child, InheritsNoOpenFileAndNoBlockedSignal) {
@@ -71,34 +69,19 @@ TEST_F(Child, InheritsNoOpenFileAndNoBlockedSignal) {
     ::close(leak);
 }
 
-TEST_F(Child, TellsACrashFromAnExit) {
-    const auto crash = ChildProcess::start(shell("kill -SEGV $$"));
-    const auto exit = ChildProcess::start(shell("exit 139"));
-    EXPECT_TRUE(eventually([&] { return !crash->running() && !exit->running(); }));
-    EXPECT_TRUE(crash->exitedBySignal());
-    EXPECT_FALSE(exit->exitedBySignal());
-}
-
 TEST_F(Child, AFailedStartSaysWhy) {
-    ChildProcess::Launch missing = shell("");
+    ChildProcess::Launch missing = shell(""), nowhere = shell("");
     missing.executable = folder / "missing";
-    ChildProcess::Launch nowhere = shell("");
     nowhere.workingDirectory = folder / "nowhere";
-    for (const auto& launch : {missing, nowhere}) {
-        try {
-            ChildProcess::start(launch);
-            FAIL() << "started";
-        } catch (const Failure& failure) {
-            EXPECT_THAT(failure.what(), ::testing::HasSubstr("No such file or directory"));
-        }
-    }
+    for (const auto& launch : {missing, nowhere})
+        EXPECT_THAT([&] { ChildProcess::start(launch); },
+                    ThrowsMessage<Failure>(HasSubstr("No such file or directory")));
 }
 
 TEST_F(Child, RunsWithoutALogThatCannotBeOpened) {
     std::ofstream(folder / "logs") << "a file";
     const auto child = ChildProcess::start(shell("touch ran"));
-    EXPECT_TRUE(eventually([&] { return !child->running(); }));
-    EXPECT_TRUE(exists("ran"));
+    EXPECT_TRUE(eventually([&] { return exists("ran"); }));
 }
 
 TEST_F(Child, OutlivesItsHandle) {
@@ -126,8 +109,7 @@ TEST_F(Child, TerminateAllLeavesNoneRunning) {
     const auto quick = ChildProcess::start(shell("exec sleep 1000"));
     ASSERT_TRUE(eventually([&] { return exists("deaf"); }));
     ChildProcess::terminateAll({deaf, quick}, 50ms);
-    EXPECT_FALSE(deaf->running());
-    EXPECT_FALSE(quick->running());
+    EXPECT_FALSE(deaf->running() || quick->running());
 }
 
 TEST_F(Child, DiesWithTheApplication) {

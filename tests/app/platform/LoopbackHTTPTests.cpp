@@ -10,20 +10,9 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// The sentence that the request fails with; empty when it succeeds.
-std::string failureOf(Task<HTTPReply> request) {
-    try {
-        await(std::move(request));
-        return {};
-    } catch (const Failure& failure) {
-        return failure.what();
-    }
-}
-
 TEST(LoopbackHTTP, AsksOnlyThisMachine) {
     const std::pair<const char*, bool> hosts[] = {
         {"http://127.0.0.1:17863/health", true},
-        {"http://127.8.9.10/", true},
         {"http://[::1]:80/", true},
         {"http://LocalHost/", true},
         {"http://192.168.1.2/", false},
@@ -35,34 +24,26 @@ TEST(LoopbackHTTP, AsksOnlyThisMachine) {
         EXPECT_EQ(isLoopback(QUrl(QString::fromUtf8(url))), loopback) << url;
 
     LoopbackHTTP client;
-    EXPECT_EQ(failureOf(client.get(QUrl(QStringLiteral("http://192.168.1.2/health")), 1s)),
+    EXPECT_EQ(failureText(client.get(QUrl(QStringLiteral("http://192.168.1.2/health")), 1s)),
               "http://192.168.1.2/health is not an address of this machine.");
-    EXPECT_NE(failureOf(client.get(QUrl(QStringLiteral("file:///etc/hostname")), 1s)), "");
+    EXPECT_NE(failureText(client.get(QUrl(QStringLiteral("file:///etc/hostname")), 1s)), "");
 }
 
-TEST(LoopbackHTTP, EveryStatusIsAReplyAndNoRedirectIsFollowed) {
+TEST(LoopbackHTTP, EveryStatusIsAReplyWithoutRedirectsAndCookies) {
     TestServer server;
     LoopbackHTTP client;
-    for (const int status : {200, 204, 302, 401, 404, 500, 503}) {
-        const QByteArray body = status == 204 ? "" : "text";
-        server.answer(TestServer::response(
-            status, body, "Location: " + server.url(QStringLiteral("/elsewhere")).toEncoded() + "\r\n"));
-        EXPECT_EQ(await(client.get(server.url(QStringLiteral("/health")), 5s)),
-                  (HTTPReply{status, body.toStdString()}));
+    const QByteArray headers = "Location: " + server.url(QStringLiteral("/elsewhere")).toEncoded() +
+                               "\r\nSet-Cookie: a=b\r\nCache-Control: max-age=1000\r\n";
+    const std::vector<int> statuses{200, 302, 401, 503};
+    for (const int status : statuses) {
+        server.answer(TestServer::response(status, "text", headers));
+        EXPECT_EQ(await(client.get(server.url(QStringLiteral("/health")), 5s)), (HTTPReply{status, "text"}));
     }
-    ASSERT_EQ(server.requests().size(), 7u);
-    for (const TestServer::Request& request : server.requests())
+    ASSERT_EQ(server.requests().size(), statuses.size());
+    for (const TestServer::Request& request : server.requests()) {
         EXPECT_EQ(request.target, "/health");
-}
-
-TEST(LoopbackHTTP, BringsNoCookieBack) {
-    TestServer server;
-    LoopbackHTTP client;
-    server.answer(TestServer::response(200, "", "Set-Cookie: a=b\r\nCache-Control: max-age=1000\r\n"));
-    await(client.get(server.url(QStringLiteral("/")), 5s));
-    await(client.get(server.url(QStringLiteral("/")), 5s));
-    ASSERT_EQ(server.requests().size(), 2u);
-    EXPECT_FALSE(server.requests()[1].headers.contains("cookie"));
+        EXPECT_FALSE(request.headers.contains("cookie"));
+    }
 }
 
 TEST(LoopbackHTTP, BrokenAnswersAreFailures) {
@@ -77,7 +58,7 @@ TEST(LoopbackHTTP, BrokenAnswersAreFailures) {
     };
     for (const auto& [name, raw] : answers) {
         server.answer(raw);
-        EXPECT_NE(failureOf(client.get(server.url(QStringLiteral("/")), 5s)), "") << name;
+        EXPECT_NE(failureText(client.get(server.url(QStringLiteral("/")), 5s)), "") << name;
     }
     server.answer(TestServer::response(200, QByteArray(1000, 'x')));
     EXPECT_EQ(await(client.get(server.url(QStringLiteral("/")), 5s)).body.size(), 1000u);
@@ -89,7 +70,7 @@ TEST(LoopbackHTTP, AServerThatStaysSilentCostsTheTimeoutOnly) {
         [](const auto&, QTcpSocket& socket) { socket.write("HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\nha"); });
     LoopbackHTTP client;
     const QUrl url = server.url(QStringLiteral("/health"));
-    EXPECT_EQ(failureOf(client.get(url, 30ms)), url.toString().toStdString() + " did not answer: it took too long.");
+    EXPECT_EQ(failureText(client.get(url, 30ms)), url.toString().toStdString() + " did not answer: it took too long.");
 }
 
 TEST(LoopbackHTTP, StopAndTheEndOfTheClientCallARequestOff) {

@@ -29,7 +29,3 @@ TEST(Paths, FollowTheEnvironmentAtEachCall) {
         EXPECT_EQ(row.folder(), row.belowHome);
     }
 }
-
-TEST(Paths, BuildTreeHasNoResources) {
-    EXPECT_EQ(Paths::resources(), std::nullopt);
-}

@@ -56,24 +56,20 @@ TEST_F(Bus, CarriesTheActionsOfTheApplication) {
 
     const QVariantMap platform;
     EXPECT_EQ(call("Activate", {platform}), "");
-    EXPECT_EQ(call("ActivateAction", {"toggle-recording", QVariantList(), platform}), "");
-    EXPECT_EQ(call("ActivateAction", {"show", QVariantList(), platform}), "");
-    EXPECT_EQ(call("ActivateAction", {"quit", QVariantList(), platform}), "");
+    for (const char* action : {"toggle-recording", "show", "quit"})
+        EXPECT_EQ(call("ActivateAction", {action, QVariantList(), platform}), "");
     EXPECT_EQ(heard, (QStringList{"show", "toggle", "show", "quit"}));
     EXPECT_EQ(call("ActivateAction", {"dance", QVariantList(), platform}), "org.freedesktop.DBus.Error.InvalidArgs");
     EXPECT_EQ(call("Open", {QStringList{"file:///a.wav"}, platform}), "org.freedesktop.DBus.Error.NotSupported");
 }
 
-TEST_F(Bus, TheNameBelongsToOneProgram) {
-    ApplicationBus first({}, connection("program"));
-    ASSERT_EQ(first.registerName(), ApplicationBus::Registration::registered);
-    ApplicationBus second({}, connection("caller"));
-    EXPECT_EQ(second.registerName(), ApplicationBus::Registration::nameTaken);
-}
-
-TEST_F(Bus, IsNotNeeded) {
-    ApplicationBus bus({}, QDBusConnection("no such connection"));
-    EXPECT_EQ(bus.registerName(), ApplicationBus::Registration::noBus);
+TEST_F(Bus, TheNameBelongsToOneProgramAndABusIsNotNeeded) {
+    using enum ApplicationBus::Registration;
+    ApplicationBus first({}, connection("program")), second({}, connection("caller")),
+        alone({}, QDBusConnection("no such connection"));
+    EXPECT_EQ(first.registerName(), registered);
+    EXPECT_EQ(second.registerName(), nameTaken);
+    EXPECT_EQ(alone.registerName(), noBus);
 }
 
 } // namespace varnet::test

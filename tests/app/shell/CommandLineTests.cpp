@@ -11,8 +11,6 @@ TEST(CommandLines, AreReadByTheirRules) {
         CommandLine expected;
     };
     const std::vector<Case> cases{
-        {"nothing", {"varnet"}, {}},
-        {"storage root", {"varnet", "--storage-root", "/data/m"}, {.storageRoot = "/data/m"}},
         {"flag at the end", {"varnet", "--storage-root"}, {}},
         {"the first one decides", {"varnet", "--storage-root", "/a", "--storage-root", "/b"}, {.storageRoot = "/a"}},
         {"a value may look like a flag", {"varnet", "--storage-root", "--x"}, {.storageRoot = "--x"}},

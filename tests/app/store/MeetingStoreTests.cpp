@@ -1,25 +1,15 @@
 #include "MeetingCore/audio/DurableWAV.h"
-#include "MeetingCore/base/AtomicFile.h"
-#include "MeetingCore/base/Failures.h"
-#include "MeetingCore/records/MeetingStatus.h"
-#include "Varnet/capture/CaptureLevels.h"
-#include "Varnet/platform/LoopbackHTTP.h"
 #include "Varnet/store/MeetingPresentation.h"
-#include "Varnet/store/MeetingStore.h"
 #include "tests/support/Await.h"
-#include "tests/support/TemporaryFolder.h"
-#include "tests/support/TestServer.h"
-
-#include <gtest/gtest.h>
-
-#include <fstream>
+#include "tests/support/StoreFixture.h"
+#include "tests/support/WavFile.h"
 
 namespace varnet::test {
 namespace {
 
 namespace fs = std::filesystem;
 
-class MeetingStoreTest : public ::testing::Test {
+class MeetingStoreTest : public StoreFixture {
 protected:
     Meeting saved(std::string title, std::string_view status, std::optional<std::string> audio = {}, double age = 0) {
         Meeting meeting = Meeting::make(std::move(title));
@@ -32,26 +22,12 @@ protected:
 
     fs::path file(const Meeting& meeting, const char* name) const { return repository.directory(meeting.id) / name; }
 
-    void write(const fs::path& path, std::string_view bytes) { std::ofstream(path, std::ios::binary) << bytes; }
-
     /// What a crash leaves of a recording: audio behind a header that counts none of it.
     void writeUnclosed(const fs::path& path, std::size_t audioBytes) {
         DurableWAV wav(folder / "recording.wav");
         wav.append(std::vector<std::byte>(audioBytes));
         fs::copy_file(folder / "recording.wav", path);
     }
-
-    static unsigned audioBytesInHeader(const fs::path& path) {
-        const std::string bytes = readFile(path).substr(40, 4);
-        unsigned size = 0;
-        for (int i = 3; i >= 0; --i)
-            size = size * 256 + static_cast<unsigned char>(bytes[static_cast<std::size_t>(i)]);
-        return size;
-    }
-
-    TemporaryFolder folder;
-    fs::path root = folder / "meetings";
-    MeetingRepository repository{root};
 };
 
 TEST_F(MeetingStoreTest, MarksWhatACrashInterruptedAndRepairsItsAudio) {
@@ -66,109 +42,96 @@ TEST_F(MeetingStoreTest, MarksWhatACrashInterruptedAndRepairsItsAudio) {
     for (const auto* name : {"meeting.wav", "microphone.wav", "system.wav"})
         writeUnclosed(file(bothTracks, name), 320);
     const Meeting imported = saved("Import", "Preparing audio", "imported.wav");
-    write(file(imported, "imported.wav"), "not ours");
+    std::ofstream(file(imported, "imported.wav")) << "not ours";
     const Meeting silent = saved("Silent", "Preparing microphone");
     interrupted.insert(interrupted.end(), {bothTracks, imported, silent});
 
-    const MeetingStore store(root);
-    EXPECT_EQ(store.error(), std::nullopt);
+    openStore();
+    EXPECT_EQ(store().error(), std::nullopt);
     for (const auto& meeting : interrupted) {
-        EXPECT_EQ(store.meeting(meeting.id)->status, "Interrupted · check saved audio and retry") << meeting.title;
-        EXPECT_EQ(repository.load(meeting.id).status, "Interrupted · check saved audio and retry") << meeting.title;
+        EXPECT_EQ(store().meeting(meeting.id)->status, "Interrupted · check saved audio and retry") << meeting.title;
+        EXPECT_EQ(*store().meeting(meeting.id), onDisk(meeting.id)) << meeting.title;
         if (meeting.audioFilename == "microphone.wav")
-            EXPECT_EQ(audioBytesInHeader(file(meeting, "microphone.wav")), 640U) << meeting.title;
+            EXPECT_EQ(declaredBytes(file(meeting, "microphone.wav")), 640U) << meeting.title;
     }
     for (const auto* name : {"meeting.wav", "microphone.wav", "system.wav"})
-        EXPECT_EQ(audioBytesInHeader(file(bothTracks, name)), 320U) << name;
+        EXPECT_EQ(declaredBytes(file(bothTracks, name)), 320U) << name;
     EXPECT_EQ(readFile(file(imported, "imported.wav")), "not ours");
 }
 
 TEST_F(MeetingStoreTest, LeavesFinishedMeetingsAndAnotherProcessesRecordingAlone) {
-    std::vector<Meeting> finished;
     for (const auto* status : {"Ready", "Recording did not start", "Audio saved · live transcript",
-                               "Audio saved · retry transcription", "Interrupted · check saved audio and retry"})
-        finished.push_back(saved(status, status, "microphone.wav"));
-    {
-        const MeetingStore store(root);
-        for (const auto& meeting : finished)
-            EXPECT_EQ(*store.meeting(meeting.id), meeting) << meeting.title;
+                               "Audio saved · retry transcription", "Interrupted · check saved audio and retry"}) {
+        const Meeting finished = saved(status, status, "microphone.wav");
+        openStore();
+        EXPECT_EQ(*store().meeting(finished.id), finished) << status;
     }
     const Meeting running = saved("Running", "Recording · live transcript", "microphone.wav");
     writeUnclosed(file(running, "microphone.wav"), 640);
     StoreParts parts;
     parts.writable = false;
     const MeetingStore onlyLooking(root, parts);
-    EXPECT_EQ(repository.load(running.id), running);
-    EXPECT_EQ(audioBytesInHeader(file(running, "microphone.wav")), 0U);
+    EXPECT_EQ(onDisk(running.id), running);
+    EXPECT_EQ(declaredBytes(file(running, "microphone.wav")), 0U);
 }
 
 TEST_F(MeetingStoreTest, TellsEveryFileThatCouldNotBeRepairedAndEveryRecordThatCouldNotBeRead) {
     fs::create_directories(root / "damaged");
-    write(root / "damaged" / "meeting.json", "");
-    {
-        const MeetingStore store(root);
-        EXPECT_EQ(store.error(), "1 meeting record(s) could not be read. Their files have been preserved in meeting "
-                                 "storage.");
-    }
+    std::ofstream(root / "damaged" / "meeting.json").flush();
+    openStore();
+    const std::string unreadable =
+        "1 meeting record(s) could not be read. Their files have been preserved in meeting storage.";
+    EXPECT_EQ(store().error(), unreadable);
     const Meeting broken = saved("Standup", "Finishing transcript", "meeting.wav");
     writeUnclosed(file(broken, "meeting.wav"), 320);
-    write(file(broken, "microphone.wav"), "garbage");
-    const Meeting lost = saved("Review", "Preparing microphone", "microphone.wav", 60);
+    std::ofstream(file(broken, "microphone.wav")) << "garbage";
+    saved("Review", "Preparing microphone", "microphone.wav", 60);
 
-    const MeetingStore store(root);
-    EXPECT_EQ(store.error(), "1 meeting record(s) could not be read. Their files have been preserved in meeting "
-                             "storage.\nSome interrupted audio could not be repaired automatically. Existing files "
-                             "were preserved: Standup: microphone.wav; Standup: missing system.wav; Review: missing "
-                             "microphone.wav");
-    EXPECT_EQ(audioBytesInHeader(file(broken, "meeting.wav")), 320U);
+    openStore();
+    EXPECT_EQ(store().error(), unreadable + "\nSome interrupted audio could not be repaired automatically. Existing "
+                                            "files were preserved: Standup: microphone.wav; Standup: missing "
+                                            "system.wav; Review: missing microphone.wav");
+    EXPECT_EQ(declaredBytes(file(broken, "meeting.wav")), 320U);
     EXPECT_EQ(readFile(file(broken, "microphone.wav")), "garbage");
     EXPECT_EQ(readFile(root / "damaged" / "meeting.json"), "");
-    EXPECT_EQ(store.meetings().size(), 2U);
 }
 
 TEST_F(MeetingStoreTest, RunsOnWithoutStorage) {
-    write(folder / "file", "");
-    MeetingStore store(folder / "file" / "meetings");
-    ASSERT_TRUE(store.error());
-    EXPECT_TRUE(store.error()->starts_with("Could not open meeting storage: ")) << *store.error();
-    const auto message = store.error();
-
-    try {
-        store.create("Lost");
-        FAIL() << "create did not throw";
-    } catch (const Failure& failure) {
-        EXPECT_STREQ(failure.what(), "Meeting storage is unavailable");
-    }
-    await(store.startRecording());
-    EXPECT_FALSE(store.busy());
-    EXPECT_FALSE(store.recordingID());
-    EXPECT_EQ(store.error(), message);
-    EXPECT_TRUE(store.meetings().empty());
+    const FileInTheWay noStorage(root);
+    openStore();
+    const auto message = store().error();
+    ASSERT_TRUE(message);
+    EXPECT_TRUE(message->starts_with("Could not open meeting storage: ")) << *message;
+    EXPECT_THROW(store().create("Lost"), Failure);
+    await(store().startRecording());
+    EXPECT_FALSE(store().busy());
+    EXPECT_EQ(store().error(), message);
+    EXPECT_TRUE(store().meetings().empty());
 }
 
 TEST_F(MeetingStoreTest, SelectionOfMeetingAndLibraryKeepEachOtherInStep) {
     const Uuid a = saved("A", "Ready").id, b = saved("B", "Ready", {}, 60).id, c = saved("C", "Ready", {}, 120).id;
-    MeetingStore store(root);
+    openStore();
     const auto expect = [&](const char* step, std::optional<Uuid> id, const std::set<Uuid>& rows) {
-        EXPECT_EQ(store.selectedID(), id) << step;
-        EXPECT_EQ(store.librarySelection(), rows) << step;
+        EXPECT_EQ(store().selectedID(), id) << step;
+        EXPECT_EQ(store().librarySelection(), rows) << step;
     };
     expect("newest first at the start", a, {a});
-    store.setLibrarySelection({b});
+    store().setLibrarySelection({b});
     expect("one row", b, {b});
-    store.setLibrarySelection({a, c});
+    store().setLibrarySelection({a, c});
     expect("two rows keep the meeting", b, {a, c});
-    store.setSelectedID(c);
+    store().setSelectedID(c);
     expect("a meeting among the rows keeps them", c, {a, c});
-    store.setSelectedID(b);
+    store().setSelectedID(b);
     expect("a meeting outside the rows replaces them", b, {b});
-    store.setLibrarySelection({});
+    store().setLibrarySelection({});
     expect("no row keeps the meeting", b, {});
-    store.setSelectedID({});
-    store.setLibrarySelection({a, b});
-    store.setSelectedID({});
+    store().setSelectedID({});
+    store().setLibrarySelection({a, b});
+    store().setSelectedID({});
     expect("no meeting empties the rows", {}, {});
-    EXPECT_EQ(store.selected(), nullptr);
+    EXPECT_EQ(store().selected(), nullptr);
 }
 
 TEST_F(MeetingStoreTest, EditsAreStoredAndTellTheirMeeting) {
@@ -180,128 +143,86 @@ TEST_F(MeetingStoreTest, EditsAreStoredAndTellTheirMeeting) {
     repository.save(meeting);
     const Meeting other = saved("Other", "Ready", {}, 60);
 
-    MeetingStore store(root);
+    openStore();
     std::vector<Uuid> changed;
-    QObject::connect(&store, &MeetingStore::meetingChanged, &store, [&](Uuid id) { changed.push_back(id); });
-    const auto stored = [&] { return repository.load(meeting.id); };
+    QObject::connect(&store(), &MeetingStore::meetingChanged, &store(), [&](Uuid id) { changed.push_back(id); });
+    const auto stored = [&] { return onDisk(meeting.id); };
 
-    store.setTitle(" \u00a0After\n", meeting.id);
+    store().setTitle(" \u00a0After\n", meeting.id);
     EXPECT_EQ(stored().title, "After");
-    store.setTitle(" \t\n", meeting.id);
+    store().setTitle(" \t\n", meeting.id);
     EXPECT_EQ(stored().title, "After");
-    store.setTitle("Caf\xe9", meeting.id);
+    store().setTitle("Caf\xe9", meeting.id);
     EXPECT_EQ(stored().title, "Caf\xEF\xBF\xBD") << "a record must stay readable";
 
-    store.editTurn(turn.id, " as meant ", meeting.id);
+    store().editTurn(turn.id, " as meant ", meeting.id);
     EXPECT_EQ(stored().turns[0].editedText, " as meant ");
-    store.editTurn(turn.id, "as heard", meeting.id);
+    store().editTurn(turn.id, "as heard", meeting.id);
     EXPECT_EQ(stored().turns[0].editedText, std::nullopt);
 
     using Names = std::map<std::string, std::string>;
-    store.nameSpeaker("Speaker 1", "  ", meeting.id);
+    store().nameSpeaker("Speaker 1", "  ", meeting.id);
     EXPECT_EQ(stored().speakerNames, Names());
-    store.nameSpeaker("Speaker 1", " Ann ", meeting.id);
+    store().nameSpeaker("Speaker 1", " Ann ", meeting.id);
     EXPECT_EQ(stored().speakerNames, (Names{{"Speaker 1", "Ann"}}));
-    store.nameSpeaker("Speaker 1", "Speaker 1", meeting.id);
+    store().nameSpeaker("Speaker 1", "Speaker 1", meeting.id);
     EXPECT_EQ(stored().speakerNames, Names());
 
-    store.setNotes("of the selected");
-    store.setNotes("of the other\n", other.id);
+    store().setNotes("of the selected");
+    store().setNotes("of the other\n", other.id);
     EXPECT_EQ(stored().notes, "of the selected");
-    EXPECT_EQ(repository.load(other.id).notes, "of the other\n");
-    store.setTitle("Nobody", Uuid::random());
+    EXPECT_EQ(onDisk(other.id).notes, "of the other\n");
+    store().setTitle("Nobody", Uuid::random());
 
     EXPECT_EQ(std::ranges::count(changed, meeting.id), 8);
     EXPECT_EQ(std::ranges::count(changed, other.id), 1);
     EXPECT_EQ(changed.size(), 9U);
 }
 
-TEST_F(MeetingStoreTest, AFailedSaveKeepsTheEditUntilARetrySucceeds) {
-    const Meeting meeting = saved("Kept", "Ready");
-    MeetingStore store(root);
-    fs::rename(repository.directory(meeting.id), folder / "aside");
-    write(repository.directory(meeting.id), "a file where the folder should be");
-
-    store.setTitle("Edited", meeting.id);
-    EXPECT_EQ(store.meeting(meeting.id)->title, "Edited");
-    ASSERT_EQ(store.saveFailures().size(), 1U);
-    EXPECT_FALSE(store.saveFailures().at(meeting.id).empty());
-    EXPECT_EQ(store.error(), std::nullopt);
-    EXPECT_FALSE(store.retrySaving());
-
-    fs::remove(repository.directory(meeting.id));
-    fs::rename(folder / "aside", repository.directory(meeting.id));
-    EXPECT_TRUE(store.retrySaving());
-    EXPECT_TRUE(store.saveFailures().empty());
-    EXPECT_EQ(repository.load(meeting.id).title, "Edited");
-}
-
-TEST_F(MeetingStoreTest, ANewMeetingIsStoredPrivatelyAndComesFirst) {
+TEST_F(MeetingStoreTest, ANewMeetingComesFirstAndIsNotMadeWithoutItsRecord) {
     saved("Old", "Ready", {}, 60);
-    MeetingStore store(root);
+    openStore();
     std::vector<Uuid> inserted;
-    QObject::connect(&store, &MeetingStore::meetingInserted, &store, [&](Uuid id) { inserted.push_back(id); });
-
-    const Meeting meeting = store.create("New");
+    QObject::connect(&store(), &MeetingStore::meetingInserted, &store(), [&](Uuid id) { inserted.push_back(id); });
+    const Meeting meeting = store().create("New");
     EXPECT_EQ(inserted, std::vector{meeting.id});
-    EXPECT_EQ(store.meetings().front(), meeting);
-    EXPECT_EQ(store.selectedID(), meeting.id);
-    EXPECT_EQ(repository.load(meeting.id), meeting);
-    EXPECT_EQ(fs::status(repository.directory(meeting.id)).permissions(), fs::perms::owner_all);
-    EXPECT_EQ(fs::status(file(meeting, "meeting.json")).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+    EXPECT_EQ(store().meetings().front(), meeting);
+    EXPECT_EQ(store().selectedID(), meeting.id);
+    EXPECT_EQ(onDisk(meeting.id), meeting);
 
-    write(folder / "aside", "");
-    fs::rename(root, folder / "moved");
-    fs::rename(folder / "aside", root);
-    EXPECT_THROW(store.create("Nowhere"), FileFailure);
-    EXPECT_EQ(store.meetings().size(), 2U);
-    EXPECT_EQ(store.selectedID(), meeting.id);
+    const FileInTheWay noStorage(root);
+    EXPECT_THROW(store().create("Nowhere"), FileFailure);
+    EXPECT_EQ(store().meetings().size(), 2U);
+    EXPECT_EQ(store().selectedID(), meeting.id);
 }
 
 TEST_F(MeetingStoreTest, AudioIsAPlainFileInTheMeetingsFolder) {
     Meeting meeting = saved("Audio", "Ready", "meeting.wav");
-    const MeetingStore store(root);
-    EXPECT_EQ(store.audioURL(meeting), std::nullopt) << "no such file";
-    write(file(meeting, "meeting.wav"), "");
-    EXPECT_EQ(store.audioURL(meeting), file(meeting, "meeting.wav"));
+    EXPECT_EQ(store().audioURL(meeting), std::nullopt) << "no such file";
+    std::ofstream(file(meeting, "meeting.wav")).flush();
+    EXPECT_EQ(store().audioURL(meeting), file(meeting, "meeting.wav"));
 
-    write(root / "x.wav", "");
+    std::ofstream(root / "x.wav").flush();
     for (const auto* name : {"../x.wav", "/etc/passwd", "..", ".", "", "sub/meeting.wav", "meeting.wav/"}) {
         meeting.audioFilename = name;
-        EXPECT_EQ(store.audioURL(meeting), std::nullopt) << name;
+        EXPECT_EQ(store().audioURL(meeting), std::nullopt) << name;
     }
-    meeting.audioFilename.reset();
-    EXPECT_EQ(store.audioURL(meeting), std::nullopt);
 }
 
 TEST_F(MeetingStoreTest, AnEngineIsReadyExactlyWhenItsHealthCheckAnswers200) {
-    TestServer speech, notes;
-    StoreParts parts;
-    parts.speechURL = speech.url(QString());
-    parts.notesURL = notes.url(QString());
-    MeetingStore store(root, parts);
-
-    notes.answer(TestServer::response(200, "ok"));
-    await(store.checkNotesRuntime());
-    EXPECT_TRUE(store.notesRuntimeReady());
-    EXPECT_EQ(notes.requests().at(0).target, "/health");
-
-    for (const auto& [reply, ready] : std::vector<std::pair<QByteArray, bool>>{
-             {TestServer::response(200, "ok"), true},
-             {TestServer::response(302, {}, "Location: " + notes.url(QStringLiteral("/health")).toEncoded() + "\r\n"),
-              false},
-             {TestServer::response(200, "ok"), true},
-             {TestServer::response(503, "loading"), false},
-             {"no http\r\n\r\n", false}}) {
-        speech.answer(reply);
-        await(store.checkRuntime());
-        EXPECT_EQ(store.runtimeReady(), ready) << reply.toStdString();
+    await(store().checkNotesRuntime());
+    EXPECT_TRUE(store().notesRuntimeReady());
+    const QByteArray elsewhere = "Location: " + health.url(QStringLiteral("/ok")).toEncoded() + "\r\n";
+    for (const int status : {200, 302, 200, 503}) {
+        health.answer(TestServer::response(status, {}, elsewhere));
+        await(store().checkRuntime());
+        EXPECT_EQ(store().runtimeReady(), status == 200) << status;
     }
-    EXPECT_EQ(speech.requests().at(0).target, "/health");
+    for (const auto& request : health.requests())
+        EXPECT_EQ(request.target, "/health");
 }
 
 TEST_F(MeetingStoreTest, BadgeIsDecidedByTheFirstRuleThatHolds) {
-    const MeetingStore store(root);
     struct Row {
         const char* status;
         bool notes, turns, audio;
@@ -340,7 +261,7 @@ TEST_F(MeetingStoreTest, BadgeIsDecidedByTheFirstRuleThatHolds) {
         meeting.turns.resize(row.turns ? 1 : 0);
         if (row.audio)
             meeting.audioFilename = "meeting.wav";
-        EXPECT_EQ(MeetingPresentation::badge(meeting, store), row.badge) << row.status;
+        EXPECT_EQ(MeetingPresentation::badge(meeting, store()), row.badge) << row.status;
     }
 }
 

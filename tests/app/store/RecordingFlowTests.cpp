@@ -1,5 +1,3 @@
-#include "MeetingCore/audio/DurableWAV.h"
-#include "MeetingCore/base/AtomicFile.h"
 #include "MeetingCore/base/Failures.h"
 #include "Varnet/capture/CaptureLevels.h"
 #include "Varnet/store/MeetingPresentation.h"
@@ -7,8 +5,6 @@
 #include "tests/support/StoreFixture.h"
 
 #include <gtest/gtest.h>
-
-#include <fstream>
 
 namespace varnet::test {
 namespace {
@@ -50,8 +46,6 @@ TEST_F(RecordingFlow, TheFullRoadFromTwoTracksToAStoredTranscript) {
     EXPECT_FALSE(store().busy());
     EXPECT_EQ(store().selectedID(), lastRecorded);
     EXPECT_TRUE(store().showingLiveMeeting());
-    EXPECT_TRUE(store().recordingStartedAt());
-    EXPECT_EQ(store().levels().call(), 0.0F);
     EXPECT_EQ(sleepInhibitors, 1);
     EXPECT_TRUE(onDisk().title.starts_with("Meeting · ")) << onDisk().title;
     EXPECT_EQ(MeetingPresentation::badge(recorded(), store()).text, "Recording");
@@ -74,7 +68,6 @@ TEST_F(RecordingFlow, TheFullRoadFromTwoTracksToAStoredTranscript) {
     engine.say(hello);
     EXPECT_TRUE(eventually([&] { return onDisk().turns.size() == 2; }));
     EXPECT_EQ(onDisk().turns[0].originalText, "hello there");
-    EXPECT_EQ(onDisk().turns[0].end, 0.9);
     EXPECT_EQ(onDisk().turns[1].speaker, "Speaker 2");
     EXPECT_EQ(appended, std::vector{2});
     EXPECT_EQ(store().partial(), "");
@@ -85,29 +78,24 @@ TEST_F(RecordingFlow, TheFullRoadFromTwoTracksToAStoredTranscript) {
     EXPECT_TRUE(store().busy());
     EXPECT_TRUE(store().recordingID());
     engine.say(R"({"type":"t.completed","transcript":"goodbye","audio_processed":2.5})");
-    stop();
     EXPECT_TRUE(eventually([&] { return !store().busy(); }));
     EXPECT_EQ(statusesOnDisk, (Strings{"Preparing microphone", "Recording · live transcript", "Finishing transcript",
                                        "Audio saved · live transcript"}));
     ASSERT_EQ(onDisk().turns.size(), 3U) << "the last words come in while the session finishes";
-    EXPECT_EQ(onDisk().turns[2].originalText, "goodbye");
     EXPECT_EQ(recorded(), onDisk());
     EXPECT_EQ(store().error(), std::nullopt);
     EXPECT_EQ(store().recordingID(), std::nullopt);
-    EXPECT_EQ(store().recordingStartedAt(), std::nullopt);
     EXPECT_FALSE(sound.captures.back()->running);
     EXPECT_EQ(sleepInhibitors, 0);
 
     EXPECT_EQ(onDisk().audioFilename, "meeting.wav");
     EXPECT_EQ(filesOnDisk(),
               (Strings{"capture-diagnostics.json", "meeting.json", "meeting.wav", "microphone.wav", "system.wav"}));
-    const auto size = fs::file_size(meetingFolder() / "meeting.wav");
-    EXPECT_GE(size, 8044U);
-    EXPECT_EQ(fs::file_size(meetingFolder() / "microphone.wav"), size);
-    EXPECT_EQ(fs::file_size(meetingFolder() / "system.wav"), size);
+    for (const auto* name : {"meeting.wav", "microphone.wav", "system.wav"})
+        EXPECT_GE(fs::file_size(meetingFolder() / name), 8044U);
 }
 
-TEST_F(RecordingFlow, WithoutTheCallTheMicrophoneIsRecordedWithItsTranscript) {
+TEST_F(RecordingFlow, WithoutTheCallTheMicrophoneIsRecorded) {
     sound.callFailure = refusal(CaptureUnavailable::Reason::noOutput);
     sound.failuresAreReportedToo = true;
     start(CaptureMode::meeting);
@@ -115,31 +103,24 @@ TEST_F(RecordingFlow, WithoutTheCallTheMicrophoneIsRecordedWithItsTranscript) {
     ASSERT_TRUE(store().recording()) << "the failure of the capture that was given up must not end this one";
     EXPECT_EQ(store().error(), microphoneOnly);
     EXPECT_EQ(store().levels().call(), std::nullopt);
-    EXPECT_EQ(onDisk().audioFilename, "microphone.wav");
     EXPECT_EQ(filesOnDisk(), (Strings{"meeting.json", "microphone.wav"}));
-
     speak();
-    EXPECT_TRUE(eventually([&] { return engine.heard().size() > 1; }));
-    engine.say(hello);
-    EXPECT_TRUE(eventually([&] { return onDisk().turns.size() == 2; }));
     stop();
-    EXPECT_EQ(statusesOnDisk, (Strings{"Preparing microphone", "Recording · live transcript", "Finishing transcript",
-                                       "Audio saved · live transcript"}));
+    EXPECT_EQ(onDisk().status, "Audio saved · live transcript");
+    EXPECT_EQ(onDisk().audioFilename, "microphone.wav");
     EXPECT_GE(fs::file_size(meetingFolder() / "microphone.wav"), 8044U);
 }
 
-TEST_F(RecordingFlow, WithoutTheEngineItRecordsInSilence) {
+TEST_F(RecordingFlow, WithoutAnEngineOnlyTheTranscriptIsMissing) {
     health.answer(TestServer::response(503, "loading"));
     start(CaptureMode::microphone);
-    EXPECT_TRUE(store().recording());
     EXPECT_FALSE(engine.started());
     stop();
-    EXPECT_EQ(store().error(), std::nullopt);
+    EXPECT_EQ(store().error(), std::nullopt) << "that is told by the engine's state";
     EXPECT_EQ(statusesOnDisk, (Strings{"Preparing microphone", "Recording · transcription offline",
                                        "Finishing transcript", "Audio saved · retry transcription"}));
-}
 
-TEST_F(RecordingFlow, AnEngineThatAnswersGarbageCostsOnlyTheTranscript) {
+    health.answer(TestServer::response(200, "ok"));
     engine = FakeSpeechEngine();
     engine.say("garbage");
     start(CaptureMode::microphone);
@@ -173,8 +154,7 @@ TEST_F(RecordingFlow, AFailedStartLeavesTheStoreReadyForTheNext) {
 }
 
 TEST_F(RecordingFlow, WithoutARecordThereIsNoRecording) {
-    fs::remove_all(root);
-    std::ofstream(root) << "a file where the library should be";
+    const FileInTheWay noStorage(root);
     start(CaptureMode::microphone);
     EXPECT_TRUE(store().error());
     EXPECT_FALSE(store().busy());
@@ -184,7 +164,6 @@ TEST_F(RecordingFlow, WithoutARecordThereIsNoRecording) {
 
 TEST_F(RecordingFlow, ALiveSessionThatFailsLeavesTheRecordingRunning) {
     start(CaptureMode::microphone);
-    engine.say(hello);
     engine.say(R"({"type":"t.delta","transcript":"and then"})");
     EXPECT_TRUE(eventually([&] { return store().partial() == "and then"; }));
     engine.breakWith(std::make_exception_ptr(Failure("it is gone")));
@@ -193,23 +172,7 @@ TEST_F(RecordingFlow, ALiveSessionThatFailsLeavesTheRecordingRunning) {
     EXPECT_TRUE(store().recording());
     EXPECT_EQ(store().partial(), "");
     EXPECT_EQ(onDisk().status, "Recording · transcription offline");
-
-    speak();
     stop();
-    EXPECT_EQ(onDisk().status, "Audio saved · retry transcription");
-    EXPECT_EQ(onDisk().turns.size(), 2U);
-    EXPECT_GE(fs::file_size(meetingFolder() / "microphone.wav"), 8044U);
-}
-
-TEST_F(RecordingFlow, ASessionThatCannotFinishSaysThatTheAudioIsSaved) {
-    start(CaptureMode::microphone);
-    engine.holdSends(true);
-    const Task<> stopping = store().stopRecording();
-    EXPECT_TRUE(eventually([&] { return onDisk().status == "Finishing transcript"; }));
-    engine.breakWith(std::make_exception_ptr(Failure("it is gone")));
-    EXPECT_TRUE(eventually([&] { return !store().busy(); }));
-    settle();
-    EXPECT_EQ(store().error(), "Audio was saved. Live transcript may be incomplete: it is gone");
     EXPECT_EQ(onDisk().status, "Audio saved · retry transcription");
 }
 
@@ -228,15 +191,6 @@ TEST_F(RecordingFlow, ACaptureThatEndsByItselfStopsTheRecording) {
     EXPECT_EQ(store().error(), finalisation + "\nLive transcript may be incomplete: no answer");
     EXPECT_EQ(onDisk().status, "Capture incomplete · check saved audio");
     EXPECT_GT(fs::file_size(meetingFolder() / "microphone.wav"), 7800U);
-}
-
-TEST_F(RecordingFlow, ATrackThatStayedEmptyIsTold) {
-    start(CaptureMode::meeting);
-    sound.deliver(CaptureSource::system, 4000);
-    stop();
-    EXPECT_EQ(store().error(), "Capture stopped with an error. Saved audio remains available: No microphone buffers "
-                               "were received. Check microphone access and the selected device.");
-    EXPECT_EQ(onDisk().status, "Capture incomplete · check saved audio");
 }
 
 TEST_F(RecordingFlow, EventsBecomeTurnsAsTheyComplete) {
@@ -331,28 +285,9 @@ TEST_F(RecordingFlow, ABusyStoreRefusesSilently) {
 
 TEST_F(RecordingFlow, ANoticeOfTheCaptureIsShown) {
     start(CaptureMode::microphone);
-    sound.notify("The microphone has been unplugged. It is silent until another one is there.");
-    EXPECT_TRUE(eventually([&] { return store().error().has_value(); }));
-    EXPECT_EQ(store().error(), "The microphone has been unplugged. It is silent until another one is there.");
+    sound.notify("The microphone has been unplugged.");
+    EXPECT_TRUE(eventually([&] { return store().error() == "The microphone has been unplugged."; }));
     EXPECT_TRUE(store().recording());
-}
-
-TEST_F(RecordingFlow, RecordsOnWhenTheRecordCannotBeSaved) {
-    start(CaptureMode::microphone);
-    fs::rename(meetingFolder(), folder / "aside");
-    std::ofstream(meetingFolder()) << "a file where the folder should be";
-    engine.say(hello);
-    EXPECT_TRUE(eventually([&] { return store().saveFailures().contains(*lastRecorded); }));
-    EXPECT_TRUE(store().recording());
-    speak();
-
-    fs::remove(meetingFolder());
-    fs::rename(folder / "aside", meetingFolder());
-    EXPECT_TRUE(store().retrySaving());
-    EXPECT_EQ(onDisk().turns.size(), 2U);
-    stop();
-    EXPECT_EQ(onDisk().status, "Audio saved · live transcript");
-    EXPECT_GE(fs::file_size(meetingFolder() / "microphone.wav"), 8044U);
 }
 
 TEST_F(RecordingFlow, TheStoreMayGoAtAnyMoment) {

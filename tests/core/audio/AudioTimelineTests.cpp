@@ -28,13 +28,6 @@ Samples microphoneTrack(const std::vector<AudioBlock>& blocks) {
     return track;
 }
 
-TEST(CaptureSource, IsNamedByItsRawValue) {
-    EXPECT_EQ(rawValue(microphone), "microphone");
-    EXPECT_EQ(rawValue(system), "system");
-    EXPECT_EQ(captureSource("system"), system);
-    EXPECT_EQ(captureSource("System"), std::nullopt);
-}
-
 TEST(AudioTimeline, HandsOutSilenceInWholeBlocksAndARest) {
     AudioTimeline timeline(10);
     const auto blocks = timeline.drain(10, 4);
@@ -42,18 +35,10 @@ TEST(AudioTimeline, HandsOutSilenceInWholeBlocksAndARest) {
     EXPECT_EQ(blocks[0].microphone, Samples(4));
     EXPECT_EQ(blocks[1].system, Samples(4));
     EXPECT_EQ(blocks[2].microphone, Samples(2));
-    EXPECT_EQ(timeline.renderedFrames(), 10);
-    EXPECT_EQ(timeline.lateFrames(), 0);
-}
-
-TEST(AudioTimeline, HasNothingToDoAtOrBehindTheReadPosition) {
-    AudioTimeline timeline(10);
-    timeline.drain(4, 4);
-    EXPECT_TRUE(timeline.drain(4, 0).empty());
+    EXPECT_TRUE(timeline.drain(10, 4).empty());
     EXPECT_TRUE(timeline.drain(-7, 4).empty());
-    EXPECT_EQ(failure([&] { timeline.drain(5, 0); }), TimelineFailure::Kind::exceededCapacity);
-    EXPECT_EQ(failure([&] { timeline.drain(15, 4); }), TimelineFailure::Kind::exceededCapacity);
-    EXPECT_EQ(timeline.renderedFrames(), 4);
+    EXPECT_EQ(failure([&] { timeline.drain(21, 4); }), TimelineFailure::Kind::exceededCapacity);
+    EXPECT_EQ(timeline.renderedFrames(), 10);
 }
 
 TEST(AudioTimeline, DropsAndCountsOnlyWhatComesBehindTheReadPosition) {
@@ -108,10 +93,6 @@ TEST(AudioTimeline, LetsALaterWriteWinAndSilencesWhatIsNotFinite) {
     timeline.append(Samples{1, 1, 1}, microphone, 0);
     timeline.append(Samples{2, NAN, INFINITY, -INFINITY}, microphone, 1);
     EXPECT_EQ(microphoneTrack(timeline.drain(5, 5)), (Samples{1, 2, 0, 0, 0}));
-}
-
-TEST(AudioTimeline, EndsTheProgramWithoutCapacity) {
-    EXPECT_DEATH(AudioTimeline(0), "broken invariant");
 }
 
 TEST(AudioBlock, MixesWithinTheLimits) {

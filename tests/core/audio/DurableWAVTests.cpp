@@ -1,16 +1,15 @@
 #include "MeetingCore/audio/DurableWAV.h"
 #include "MeetingCore/base/Failures.h"
+#include "tests/support/FileSizeLimit.h"
+#include "tests/support/TemporaryFolder.h"
+#include "tests/support/WavFile.h"
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <chrono>
-#include <csignal>
-#include <cstring>
-#include <fstream>
 
 namespace varnet {
 namespace {
@@ -18,44 +17,25 @@ namespace {
 namespace fs = std::filesystem;
 using Kind = FileFailure::Kind;
 
-class DurableWAVTest : public ::testing::Test {
-protected:
-    void SetUp() override {
-        std::string name = (fs::temp_directory_path() / "wav-XXXXXX").string();
-        ASSERT_NE(mkdtemp(name.data()), nullptr);
-        folder = name;
-        path = folder / "microphone.wav";
-    }
-    void TearDown() override { fs::remove_all(folder); }
-
-    std::string content() const {
-        std::ifstream file(path, std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
+struct DurableWAVTest : ::testing::Test {
+    std::string content() const { return readFile(path); }
     void write(const std::string& bytes) const { std::ofstream(path, std::ios::binary) << bytes; }
-    std::uint32_t number(std::size_t offset) const {
-        const std::string bytes = content();
-        std::uint32_t value = 0;
-        std::memcpy(&value, bytes.data() + offset, 4);
-        return value;
+    std::uint32_t declared() const { return test::declaredBytes(path); }
+    std::optional<Kind> repairFailure() const {
+        try {
+            DurableWAV::repair(path);
+        } catch (const FileFailure& thrown) {
+            return thrown.kind();
+        }
+        return std::nullopt;
     }
-    std::uint32_t declared() const { return number(40); }
 
-    fs::path folder;
-    fs::path path;
+    test::TemporaryFolder folder;
+    fs::path path = folder / "microphone.wav";
 };
 
 std::vector<std::byte> silence(std::size_t count) {
     return std::vector<std::byte>(count);
-}
-
-std::optional<Kind> failure(const std::function<void()>& call) {
-    try {
-        call();
-    } catch (const FileFailure& thrown) {
-        return thrown.kind();
-    }
-    return std::nullopt;
 }
 
 // RIFF + 36, WAVE, "fmt " 16: PCM 1, 1 channel, 16000 Hz, 32000 bytes a second, 2 bytes a frame, 16 bits, data 0.
@@ -66,70 +46,44 @@ TEST_F(DurableWAVTest, StartsAsAWholeEmptyFile) {
     const DurableWAV file(path);
     EXPECT_EQ(content(), emptyFile);
     EXPECT_EQ(fs::status(path).permissions(), fs::perms::owner_read | fs::perms::owner_write);
-    EXPECT_EQ(std::distance(fs::directory_iterator(folder), fs::directory_iterator()), 1);
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder.path()), fs::directory_iterator()), 1);
+    EXPECT_THROW(DurableWAV(folder / "missing" / "meeting.wav"), FileFailure);
 }
 
 TEST_F(DurableWAVTest, DeclaresItsLengthOnceASecond) {
     DurableWAV file(path);
-    file.append(silence(31'998));
-    EXPECT_EQ(declared(), 0U);
-    file.append(silence(2));
-    EXPECT_EQ(declared(), 32'000U);
-    EXPECT_EQ(number(4), 32'036U);
-    file.append(silence(100'000));
-    EXPECT_EQ(declared(), 132'000U);
-    file.append(silence(31'998));
-    EXPECT_EQ(declared(), 132'000U);
-    file.append({});
-    file.append(silence(2));
-    EXPECT_EQ(declared(), 164'000U);
-    EXPECT_EQ(file.bytes(), 164'000U);
+    const std::pair<std::size_t, std::uint32_t> rows[] = {
+        {31'998, 0}, {2, 32'000}, {100'000, 132'000}, {31'998, 132'000}, {2, 164'000}};
+    for (const auto& [bytes, expected] : rows) {
+        file.append(silence(bytes));
+        EXPECT_EQ(declared(), expected) << bytes;
+    }
 }
 
-TEST_F(DurableWAVTest, ClosesWithTheExactLength) {
+TEST_F(DurableWAVTest, ClosesWithTheExactLengthAndTakesNothingAfterwards) {
     DurableWAV file(path);
     file.append(silence(10));
+    EXPECT_THROW(file.append(silence(3)), FileFailure) << "half a sample";
     file.close();
     EXPECT_EQ(declared(), 10U);
     EXPECT_EQ(content().size(), 54U);
     EXPECT_NO_THROW(file.close());
-    EXPECT_EQ(failure([&] { file.append(silence(2)); }), Kind::fileWriteOutOfSpace);
+    EXPECT_THROW(file.append(silence(2)), FileFailure);
     EXPECT_EQ(file.bytes(), 10U);
 }
 
-TEST_F(DurableWAVTest, ClosesWhenItIsDropped) {
-    DurableWAV(path).append(silence(6));
-    EXPECT_EQ(declared(), 6U);
-}
-
-TEST_F(DurableWAVTest, RefusesHalfSamples) {
-    DurableWAV file(path);
-    EXPECT_EQ(failure([&] { file.append(silence(3)); }), Kind::fileWriteOutOfSpace);
-    EXPECT_EQ(file.bytes(), 0U);
-    EXPECT_EQ(content().size(), 44U);
-}
-
-TEST_F(DurableWAVTest, CannotBeMadeInAFolderThatIsNotThere) {
-    EXPECT_EQ(failure([&] { DurableWAV(folder / "missing" / "meeting.wav"); }), Kind::fileWriteUnknown);
-}
-
 TEST_F(DurableWAVTest, PassesAWriteErrorOnAndKeepsWhatIsWritten) {
-    // A limit on the file's size stands for a full disk: 1,000 bytes fit, of the next 100 only 56 do.
-    const auto previous = std::signal(SIGXFSZ, SIG_IGN);
-    rlimit old{};
-    getrlimit(RLIMIT_FSIZE, &old);
     DurableWAV file(path);
-    const rlimit small{1'100, old.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &small);
-    file.append(silence(1'000));
     int error = 0;
-    try {
-        file.append(silence(100));
-    } catch (const FileFailure& thrown) {
-        error = thrown.error();
+    {
+        const test::FileSizeLimit diskFull(1'100); // 1,000 bytes fit, of the next 100 only 56 do
+        file.append(silence(1'000));
+        try {
+            file.append(silence(100));
+        } catch (const FileFailure& thrown) {
+            error = thrown.error();
+        }
     }
-    setrlimit(RLIMIT_FSIZE, &old);
-    std::signal(SIGXFSZ, previous);
     EXPECT_EQ(error, EFBIG);
     EXPECT_EQ(file.bytes(), 1'000U);
     file.close();
@@ -162,19 +116,16 @@ TEST_F(DurableWAVTest, NeverLeavesAFileWithoutAHeader) {
 
 TEST_F(DurableWAVTest, AudioSurvivesKillAtAnyByte) {
     const std::vector<float> samples{0.1F, 0.2F, 0.3F, 0.4F, 0.5F};
-    {
-        DurableWAV file(path);
-        file.append(DurableWAV::pcm(samples));
-    }
+    DurableWAV(path).append(DurableWAV::pcm(samples));
     const std::string whole = content();
     ASSERT_EQ(whole.size(), 54U);
+    EXPECT_EQ(declared(), 10U) << "dropping the object closes the file";
     for (std::size_t length = 0; length <= whole.size(); ++length) {
         SCOPED_TRACE(length);
-        const std::string cut = emptyFile.substr(0, std::min<std::size_t>(length, 44)) +
-                                (length > 44 ? whole.substr(44, length - 44) : std::string());
+        const std::string cut = (emptyFile + whole.substr(44)).substr(0, length);
         write(cut);
         if (length < 44) {
-            EXPECT_EQ(failure([&] { DurableWAV::repair(path); }), Kind::fileReadCorruptFile);
+            EXPECT_EQ(repairFailure(), Kind::fileReadCorruptFile);
             EXPECT_EQ(content(), cut);
             continue;
         }
@@ -182,7 +133,7 @@ TEST_F(DurableWAVTest, AudioSurvivesKillAtAnyByte) {
         for (int times = 0; times < 2; ++times) {
             DurableWAV::repair(path);
             EXPECT_EQ(declared(), kept);
-            EXPECT_EQ(number(4), kept + 36);
+            EXPECT_EQ(static_cast<unsigned char>(content()[4]), kept + 36);
             EXPECT_EQ(content().substr(44), whole.substr(44, kept));
         }
     }
@@ -194,20 +145,19 @@ TEST_F(DurableWAVTest, RepairTouchesOnlyItsOwnKindOfFile) {
     write(garbledSizes);
     DurableWAV::repair(path);
     EXPECT_EQ(declared(), 4U);
-    EXPECT_EQ(number(4), 40U);
 
     for (const std::size_t offset : {0, 8, 22, 24, 34, 39}) {
-        SCOPED_TRACE(offset);
         std::string foreign = emptyFile + "abcde";
         foreign[offset] ^= 0x44;
         write(foreign);
-        EXPECT_EQ(failure([&] { DurableWAV::repair(path); }), Kind::fileReadCorruptFile);
+        EXPECT_EQ(repairFailure(), Kind::fileReadCorruptFile) << offset;
         EXPECT_EQ(content(), foreign);
     }
-    EXPECT_EQ(failure([&] { DurableWAV::repair(folder / "missing.wav"); }), Kind::fileReadNoSuchFile);
     write(emptyFile);
     fs::resize_file(path, 44 + 4'294'967'260);
-    EXPECT_EQ(failure([&] { DurableWAV::repair(path); }), Kind::fileReadCorruptFile);
+    EXPECT_EQ(repairFailure(), Kind::fileReadCorruptFile) << "more than a header can declare";
+    fs::remove(path);
+    EXPECT_EQ(repairFailure(), Kind::fileReadNoSuchFile);
 }
 
 TEST(PCM, LimitsAndTruncatesTowardZero) {

@@ -1,15 +1,15 @@
 #!/usr/bin/env python3
 """Writes a spoken dialogue of about a minute: the tracks of a recorded call, their mix, and what was said.
 
-    make_dialogue.py --name slt-rms --out FOLDER      (see dialogues.json for the names; --list prints them)
+    make_dialogue.py --name slt-rms --out FOLDER      (see dialogues.json for the names)
 
 FOLDER receives, all 16 kHz mono 16-bit and of one length:
     microphone.wav   the voice at the microphone
     call.wav         the voices in the call
     mixed.wav        the sum of both
-    reference.json   {"name", "duration", "turns": [{"speaker", "start", "end", "text", "words": [...]}]}
-Times are seconds. A turn's times are those of its sound, without the silence around it; word times inside a turn are
-spread by the number of letters and only good for drawing. The output is the same on every run.
+    reference.json   {"name", "duration", "turns": [{"speaker", "start", "end", "text"}]}
+Times are seconds. A turn's times are those of its sound, without the silence around it. The output is the same on every
+run.
 """
 import argparse
 import array
@@ -41,17 +41,6 @@ def speak(voice, text, folder):
     return array.array("h", (int(sample * gain) for sample in samples[loud[0]:loud[-1] + 1]))
 
 
-def spread(text, start, end):
-    words = text.split()
-    letters = sum(len(word) for word in words)
-    result, position = [], start
-    for word in words:
-        length = (end - start) * len(word) / letters
-        result.append({"word": word, "start": round(position, 3), "end": round(position + length, 3)})
-        position += length
-    return result
-
-
 def write_wav(path, samples):
     with wave.open(str(path), "wb") as writer:
         writer.setnchannels(1)
@@ -67,8 +56,7 @@ def make(name, script, out):
         for number, (voice, text) in enumerate(script["turns"]):
             samples = speak(voice, text, pathlib.Path(scratch))
             start, end = position / RATE, (position + len(samples)) / RATE
-            turns.append({"speaker": voice, "start": round(start, 3), "end": round(end, 3), "text": text,
-                          "words": spread(text, start, end)})
+            turns.append({"speaker": voice, "start": round(start, 3), "end": round(end, 3), "text": text})
             placed.append((voice, position, samples))
             position += len(samples) + int(PAUSES[number % len(PAUSES)] * RATE)
     total = placed[-1][1] + len(placed[-1][2]) + int(LEAD * RATE)
@@ -82,24 +70,15 @@ def make(name, script, out):
         write_wav(out / f"{track}.wav", samples)
     reference = {"name": name, "duration": round(total / RATE, 3), "turns": turns}
     (out / "reference.json").write_text(json.dumps(reference, indent=1) + "\n")
-    return reference
 
 
 def main():
     scripts = json.loads((pathlib.Path(__file__).parent / "dialogues.json").read_text())
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
-    parser.add_argument("--name", choices=sorted(scripts))
-    parser.add_argument("--out", type=pathlib.Path)
-    parser.add_argument("--list", action="store_true")
+    parser.add_argument("--name", choices=sorted(scripts), required=True)
+    parser.add_argument("--out", type=pathlib.Path, required=True)
     arguments = parser.parse_args()
-    if arguments.list:
-        print("\n".join(scripts))
-        return
-    if not arguments.name or not arguments.out:
-        parser.error("--name and --out are needed")
-    reference = make(arguments.name, scripts[arguments.name], arguments.out)
-    words = sum(len(turn["words"]) for turn in reference["turns"])
-    print(f"{arguments.out}: {reference['duration']:.1f} s, {len(reference['turns'])} turns, {words} words")
+    make(arguments.name, scripts[arguments.name], arguments.out)
 
 
 if __name__ == "__main__":
