@@ -42,34 +42,27 @@ struct Layout : ::testing::Test {
 } // namespace
 
 TEST_F(Layout, ResolvesInItsOrder) {
-    struct Row {
-        const char* name;
-        std::optional<std::string> variable;
-        std::optional<const char*> stored;
-        const char* resources;
-        std::optional<EngineLayout> expected;
-    };
     makeFile(folder / "with/engine/arm64/file");
     makeFile(folder / "without/notes-engine/llama-server", true);
     const EngineLayout bundled{folder / "with", true};
-    const Row rows[] = {
+    const struct {
+        const char* name;
+        std::optional<std::string> variable;
+        const char* stored;
+        const char* resources;
+        std::optional<EngineLayout> expected;
+    } rows[] = {
         {"variable before stored", "/variable", "/stored", "with", EngineLayout{"/variable", false}},
         {"stored before resources", {}, "/stored", "with", EngineLayout{"/stored", false}},
         {"empty variable hides stored", "", "/stored", "with", bundled},
         {"empty stored is no folder", {}, "", "with", bundled},
-        {"nothing named", {}, {}, "with", bundled},
-        {"resources without engine", {}, {}, "without", std::nullopt},
+        {"resources without engine", {}, "", "without", std::nullopt},
     };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.name);
+    for (const auto& row : rows) {
         runtime.set(row.variable);
-        settings.remove("RuntimeRoot");
-        if (row.stored)
-            settings.setText("RuntimeRoot", *row.stored);
-        EXPECT_EQ(EngineLayout::resolve(settings, folder / row.resources), row.expected);
+        settings.setText("RuntimeRoot", row.stored);
+        EXPECT_EQ(EngineLayout::resolve(settings, folder / row.resources), row.expected) << row.name;
     }
-    runtime.set("");
-    EXPECT_EQ(EngineLayout::resolve(settings, std::nullopt), std::nullopt);
 }
 
 TEST_F(Layout, DevelopmentSpeechTakesTheBuiltEngineFirst) {

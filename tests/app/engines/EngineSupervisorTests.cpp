@@ -195,18 +195,6 @@ TEST_F(Engines, TryingTheFastModeAgainIsNoCrash) {
     EXPECT_FALSE(engines->transcriptsSlow());
 }
 
-TEST_F(Engines, AChosenFolderIsKeptAndStartedFrom) {
-    EngineParts parts;
-    parts.healthy = [](const std::string&) -> Task<bool> { co_return false; };
-    parts.settingsFile = settingsFile;
-    EngineSupervisor engines(true, {}, keyFile, parts);
-    EXPECT_EQ(engines.runtimeRoot(), std::nullopt);
-    engines.setRuntimeRoot(root);
-    EXPECT_EQ(engines.runtimeRoot(), root);
-    EXPECT_EQ(Settings(settingsFile).text("RuntimeRoot"), root.string());
-    EXPECT_EQ(engines.speech().kind, EngineState::Kind::missing) << "there is nothing in the folder yet";
-}
-
 TEST_F(Engines, FollowsWhatAnswersAndKeepsABusyChild) {
     install(Engines::developmentSpeech, serve);
     world->answering = {EngineWorld::speechURL, EngineWorld::notesURL};

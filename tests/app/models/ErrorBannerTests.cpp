@@ -1,24 +1,9 @@
-#include "Varnet/engines/EngineState.h"
-#include "Varnet/models/EngineLine.h"
 #include "Varnet/models/ErrorBanner.h"
-#include "Varnet/models/Theme.h"
 #include "tests/support/StoreFixture.h"
 
 #include <gtest/gtest.h>
 
 namespace varnet::test {
-
-TEST(EngineLines, EveryStateHasItsWordsAndColour) {
-    const auto line = [](const char* words, Theme::Tone tone, const char* detail = "") {
-        return EngineLine{words, static_cast<int>(tone), detail};
-    };
-    EXPECT_EQ(EngineLine::of(EngineState::ready(true)), line("Ready", Theme::Tone::ok));
-    EXPECT_EQ(EngineLine::of(EngineState::missing("No files.")),
-              line("Not installed", Theme::Tone::amber, "No files."));
-    EXPECT_EQ(EngineLine::of(EngineState::failed("It crashed.")),
-              line("Didn't start", Theme::Tone::rec, "It crashed."));
-    EXPECT_EQ(EngineLine::of(EngineState::stopped()), line("Off", Theme::Tone::faint));
-}
 
 class Banner : public StoreFixture {};
 
