@@ -1,6 +1,7 @@
 #pragma once
 
 #include <compare>
+#include <string>
 
 namespace varnet {
 
@@ -14,6 +15,10 @@ struct Date {
     static Date now();
     static constexpr Date fromUnix(double seconds) { return {seconds - unixOffset}; }
     constexpr double toUnix() const { return secondsSinceReference + unixOffset; }
+
+    /// ISO 8601 in UTC to the second that has begun: "2026-03-05T14:30:00Z". What is not in the years 1 to 9999 gives
+    /// their nearest second, what is not a number their first.
+    std::string iso8601() const;
 
     auto operator<=>(const Date&) const = default;
 };

@@ -2,9 +2,12 @@
 
 #include "MeetingCore/base/Assert.h"
 
+#include <unicode/brkiter.h>
 #include <unicode/bytestream.h>
 #include <unicode/casemap.h>
 #include <unicode/uchar.h>
+#include <unicode/unistr.h>
+#include <unicode/utext.h>
 #include <unicode/utf8.h>
 
 #include <algorithm>
@@ -13,30 +16,11 @@
 #include <cstdint>
 #include <cstring>
 #include <limits>
+#include <memory>
 
 namespace varnet {
 
 namespace {
-
-/// Length in bytes of the white-space character at the start of the text, 0 if there is none.
-std::size_t leadingSpace(std::string_view text) {
-    std::size_t end = 0;
-    UChar32 character = U_SENTINEL;
-    if (!text.empty())
-        U8_NEXT(text.data(), end, text.size(), character);
-    return character >= 0 && u_isUWhiteSpace(character) ? end : 0;
-}
-
-/// Length in bytes of the white-space character at the end of the text, 0 if there is none.
-std::size_t trailingSpace(std::string_view text) {
-    // ICU counts in 32 bits, so it is shown no more than one character's longest form.
-    const std::string_view tail = text.substr(text.size() - std::min<std::size_t>(text.size(), U8_MAX_LENGTH));
-    auto begin = static_cast<std::int32_t>(tail.size());
-    UChar32 character = U_SENTINEL;
-    if (!tail.empty())
-        U8_PREV(tail.data(), 0, begin, character);
-    return character >= 0 && u_isUWhiteSpace(character) ? tail.size() - static_cast<std::size_t>(begin) : 0;
-}
 
 /// ICU counts in 32 bits.
 std::int32_t lengthFor32Bits(std::string_view text) {
@@ -44,11 +28,15 @@ std::int32_t lengthFor32Bits(std::string_view text) {
     return static_cast<std::int32_t>(text.size());
 }
 
+icu::StringPiece piece(std::string_view text) {
+    return icu::StringPiece(text.data(), lengthFor32Bits(text));
+}
+
 std::string lowerCasedInContext(std::string_view text) {
     std::string lower;
     icu::StringByteSink<std::string> sink(&lower);
     UErrorCode status = U_ZERO_ERROR;
-    icu::CaseMap::utf8ToLower("", 0, icu::StringPiece(text.data(), lengthFor32Bits(text)), sink, nullptr, status);
+    icu::CaseMap::utf8ToLower("", 0, piece(text), sink, nullptr, status);
     VARNET_ASSERT(U_SUCCESS(status));
     return lower;
 }
@@ -86,14 +74,53 @@ const std::array<char16_t, twoByteLimit>& lowerCaseTable() {
     return table;
 }
 
+/// One for each thread, as finding its rules takes longer than using them.
+icu::BreakIterator& characterIterator() {
+    static thread_local const auto iterator = [] {
+        UErrorCode status = U_ZERO_ERROR;
+        std::unique_ptr<icu::BreakIterator> made(
+            icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
+        VARNET_ASSERT(U_SUCCESS(status));
+        return made;
+    }();
+    return *iterator;
+}
+
 } // namespace
 
+std::size_t leadingWhiteSpace(std::string_view text) {
+    if (text.empty())
+        return 0;
+    if (U8_IS_SINGLE(text.front()))
+        return text.front() == ' ' || (text.front() >= '\t' && text.front() <= '\r') ? 1 : 0;
+    std::size_t end = 0;
+    UChar32 character = U_SENTINEL;
+    U8_NEXT(text.data(), end, text.size(), character);
+    return character >= 0 && u_isUWhiteSpace(character) ? end : 0;
+}
+
+std::size_t trailingWhiteSpace(std::string_view text) {
+    // ICU counts in 32 bits, so it is shown no more than one character's longest form.
+    const std::string_view tail = text.substr(text.size() - std::min<std::size_t>(text.size(), U8_MAX_LENGTH));
+    auto begin = static_cast<std::int32_t>(tail.size());
+    UChar32 character = U_SENTINEL;
+    if (!tail.empty())
+        U8_PREV(tail.data(), 0, begin, character);
+    return character >= 0 && u_isUWhiteSpace(character) ? tail.size() - static_cast<std::size_t>(begin) : 0;
+}
+
 std::string trimmed(std::string_view text) {
-    while (const std::size_t length = leadingSpace(text))
+    while (const std::size_t length = leadingWhiteSpace(text))
         text.remove_prefix(length);
-    while (const std::size_t length = trailingSpace(text))
+    while (const std::size_t length = trailingWhiteSpace(text))
         text.remove_suffix(length);
     return std::string(text);
+}
+
+bool isBlank(std::string_view text) {
+    while (const std::size_t length = leadingWhiteSpace(text))
+        text.remove_prefix(length);
+    return text.empty();
 }
 
 std::string validUtf8(std::string_view text) {
@@ -136,6 +163,33 @@ std::string lowerCased(std::string_view text) {
         U8_APPEND_UNSAFE(lower.data(), begin, mapped);
     }
     return lower;
+}
+
+bool equalIgnoringCase(std::string_view one, std::string_view other) {
+    const auto left = icu::UnicodeString::fromUTF8(piece(one));
+    return left.caseCompare(icu::UnicodeString::fromUTF8(piece(other)), U_FOLD_CASE_DEFAULT) == 0;
+}
+
+std::size_t characterCut(std::string_view text, std::size_t limit) {
+    if (text.size() <= limit)
+        return text.size();
+    const char before = text[limit - 1];
+    const char after = text[limit];
+    if (U8_IS_SINGLE(before) && U8_IS_SINGLE(after) && !(before == '\r' && after == '\n'))
+        return limit; // one character ends between any others of ASCII
+
+    UErrorCode status = U_ZERO_ERROR;
+    UText source = UTEXT_INITIALIZER;
+    const icu::LocalUTextPointer opened(utext_openUTF8(&source, text.data(), lengthFor32Bits(text), &status));
+    icu::BreakIterator& iterator = characterIterator();
+    iterator.setText(&source, status);
+    VARNET_ASSERT(U_SUCCESS(status));
+    // preceding() looks before its argument, so that is the first code point that begins beyond the limit.
+    auto beyond = static_cast<std::int32_t>(limit);
+    U8_SET_CP_START(reinterpret_cast<const std::uint8_t*>(text.data()), 0, beyond);
+    U8_FWD_1(text.data(), beyond, static_cast<std::int32_t>(text.size()));
+    const std::int32_t cut = iterator.preceding(beyond);
+    return static_cast<std::size_t>(cut > 0 ? cut : iterator.following(0));
 }
 
 } // namespace varnet

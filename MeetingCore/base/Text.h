@@ -1,14 +1,24 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
 /// Operations on UTF-8 text. Pure functions; any thread.
 namespace varnet {
 
-/// The text without the characters at both ends that have Unicode's White_Space property, among them the no-break space
-/// and the line separators. Bytes that are not UTF-8 count as text.
+/// Length in bytes of the character at the start of the text if that has Unicode's White_Space property, as the
+/// no-break space and the line separators have; else 0.
+std::size_t leadingWhiteSpace(std::string_view text);
+
+/// The same of the character at the end of the text.
+std::size_t trailingWhiteSpace(std::string_view text);
+
+/// The text without the white space at both ends. Bytes that are not UTF-8 count as text.
 std::string trimmed(std::string_view text);
+
+/// Whether the text is nothing but white space.
+bool isBlank(std::string_view text);
 
 /// The text as valid UTF-8: each maximal ill-formed sequence becomes one U+FFFD, the rest is unchanged.
 std::string validUtf8(std::string_view text);
@@ -16,5 +26,14 @@ std::string validUtf8(std::string_view text);
 /// The text in lower case by Unicode's full mapping in no particular language: "İ" becomes two characters, and "Σ"
 /// becomes "ς" at the end of a word. Bytes that are not UTF-8 stay. Less than 2 GiB.
 std::string lowerCased(std::string_view text);
+
+/// Whether the texts are the same by Unicode's full case folding ("Straße" and "STRASSE"). Composed and decomposed
+/// characters differ.
+bool equalIgnoringCase(std::string_view one, std::string_view other);
+
+/// Length of the longest start of the text that has at most `limit` bytes and ends with a whole user-perceived
+/// character (extended grapheme cluster), or of the first character if that is longer. It takes no longer for a long
+/// text: what follows a cut is cut as if the whole text had been walked. Less than 2 GiB, `limit` at least 1.
+std::size_t characterCut(std::string_view text, std::size_t limit);
 
 } // namespace varnet

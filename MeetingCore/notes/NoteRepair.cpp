@@ -1,0 +1,169 @@
+#include "MeetingCore/base/Text.h"
+#include "MeetingCore/notes/NoteGrounding.h"
+
+#include <unicode/uchar.h>
+#include <unicode/utf8.h>
+
+#include <algorithm>
+#include <array>
+#include <initializer_list>
+
+namespace varnet::NoteGrounding {
+
+namespace {
+
+/// What the dot of a regular expression does not match.
+constexpr std::array<std::string_view, 7> lineEnds{"\n", "\v", "\f", "\r", "\u0085", "\u2028", "\u2029"};
+
+bool skip(std::string_view& text, std::string_view prefix) {
+    const bool found = text.starts_with(prefix);
+    if (found)
+        text.remove_prefix(prefix.size());
+    return found;
+}
+
+void skipWhiteSpace(std::string_view& text) {
+    while (const std::size_t length = leadingWhiteSpace(text))
+        text.remove_prefix(length);
+}
+
+bool skipDigits(std::string_view& text) {
+    std::size_t end = 0;
+    while (end < text.size()) {
+        std::size_t next = end;
+        UChar32 character = U_SENTINEL;
+        U8_NEXT(text.data(), next, text.size(), character);
+        if (character < 0 || !u_isdigit(character))
+            break;
+        end = next;
+    }
+    text.remove_prefix(end);
+    return end > 0;
+}
+
+/// The quote without a source's id before it and the quotation marks around it: what $1 is for
+///     ^\s*S\d+\s*:\s*["“]?(.*?)["”]?\s*$
+/// found in one pass, as that pattern takes quadratic time for long white space.
+std::string_view withoutLabel(std::string_view quote) {
+    std::string_view rest = quote;
+    skipWhiteSpace(rest);
+    if (!skip(rest, "S") || !skipDigits(rest))
+        return quote;
+    skipWhiteSpace(rest);
+    if (!skip(rest, ":"))
+        return quote;
+    skipWhiteSpace(rest);
+    skip(rest, "\"") || skip(rest, "“");
+    while (const std::size_t length = trailingWhiteSpace(rest))
+        rest.remove_suffix(length);
+    for (const std::string_view mark : {"\"", "”"})
+        if (rest.ends_with(mark)) {
+            rest.remove_suffix(mark.size());
+            break;
+        }
+    const bool isOneLine =
+        std::ranges::none_of(lineEnds, [&](std::string_view end) { return rest.find(end) != std::string_view::npos; });
+    return isOneLine ? rest : quote;
+}
+
+std::string_view withoutBlanks(std::string_view text) {
+    while (text.starts_with(' '))
+        text.remove_prefix(1);
+    while (text.ends_with(' '))
+        text.remove_suffix(1);
+    return text;
+}
+
+/// The quote cut where one source ends and the next begins, if it stands in the run and each of them has a part of it;
+/// else nothing. `texts` are those of the run, normalized.
+std::vector<NoteEvidence> cutAlong(std::span<const NoteSource> run, std::span<const std::string> texts,
+                                   std::string_view quote) {
+    std::string joined;
+    for (const std::string& text : texts) {
+        if (&text != &texts.front())
+            joined += ' ';
+        joined += text;
+    }
+    const std::size_t begin = joined.find(quote);
+    if (begin == std::string::npos)
+        return {};
+    const std::size_t end = begin + quote.size();
+    std::vector<NoteEvidence> parts;
+    std::size_t textBegin = 0;
+    for (std::size_t i = 0; i < run.size(); ++i) {
+        const std::size_t textEnd = textBegin + texts[i].size();
+        const std::size_t from = std::max(begin, textBegin);
+        const std::size_t to = std::min(end, textEnd);
+        if (from < to)
+            if (const auto part = withoutBlanks(std::string_view(joined).substr(from, to - from)); !part.empty())
+                parts.push_back({run[i].id, std::string(part)});
+        textBegin = textEnd + 1;
+    }
+    if (parts.size() != run.size())
+        parts.clear();
+    return parts;
+}
+
+/// Looks for the quote in the runs that begin near the named source: the shortest run first, then the nearest.
+std::vector<NoteEvidence> searchNearby(std::string_view quote, std::size_t named, std::span<const NoteSource> sources,
+                                       std::size_t reach, std::size_t maxRun) {
+    const std::size_t first = named - std::min(reach, named);
+    const std::size_t last = named + std::min(reach, sources.size() - 1 - named);
+    const auto window = sources.subspan(first, std::min(last - first + maxRun, sources.size() - first));
+    std::vector<std::string> texts;
+    for (const NoteSource& source : window)
+        texts.push_back(normalized(source.text));
+
+    for (std::size_t length = 1; length <= std::min(maxRun, window.size()); ++length) {
+        const auto at = [&](std::size_t start) -> std::vector<NoteEvidence> {
+            if (start + length > window.size())
+                return {};
+            return cutAlong(window.subspan(start, length), std::span(texts).subspan(start, length), quote);
+        };
+        const std::size_t middle = named - first;
+        for (std::size_t distance = 0; distance <= std::max(middle, last - named); ++distance) {
+            if (distance <= middle)
+                if (auto parts = at(middle - distance); !parts.empty())
+                    return parts;
+            if (distance > 0 && named + distance <= last)
+                if (auto parts = at(middle + distance); !parts.empty())
+                    return parts;
+        }
+    }
+    return {};
+}
+
+std::vector<NoteEvidence> repaired(const NoteEvidence& evidence, std::span<const NoteSource> sources, int reach,
+                                   int maxRun) {
+    const std::string quote = normalized(withoutLabel(evidence.quote));
+    const auto named = std::ranges::find(sources, evidence.source, &NoteSource::id);
+    if (evidence.source.empty() || quote.empty() || named == sources.end())
+        return {evidence};
+    if (normalized(named->text).find(quote) != std::string::npos)
+        return {{evidence.source, quote}};
+    if (reach < 0 || maxRun < 1)
+        return {evidence};
+    // No more than there are, so that sums stay small.
+    const std::size_t count = sources.size();
+    auto parts = searchNearby(quote, static_cast<std::size_t>(named - sources.begin()), sources,
+                              std::min(count, static_cast<std::size_t>(reach)),
+                              std::min(count, static_cast<std::size_t>(maxRun)));
+    if (parts.empty())
+        return {evidence};
+    return parts;
+}
+
+} // namespace
+
+std::vector<NoteItem> repairEvidence(std::vector<NoteItem> items, std::span<const NoteSource> sources, int reach,
+                                     int maxRun) {
+    for (NoteItem& item : items) {
+        std::vector<NoteEvidence> evidence;
+        for (const NoteEvidence& one : item.evidence)
+            std::ranges::move(repaired(one, sources, reach, maxRun), std::back_inserter(evidence));
+        item.evidence = std::move(evidence);
+    }
+    return items;
+}
+
+} // namespace varnet::NoteGrounding
