@@ -11,8 +11,8 @@ namespace varnet::test {
 /// A folder of its own for one test, erased with everything in it at the end.
 class TemporaryFolder {
 public:
-    TemporaryFolder() {
-        std::string path = std::filesystem::temp_directory_path() / "varnet-test.XXXXXX";
+    explicit TemporaryFolder(const std::filesystem::path& parent = std::filesystem::temp_directory_path()) {
+        std::string path = parent / "varnet-test.XXXXXX";
         if (!::mkdtemp(path.data()))
             throw std::runtime_error("no temporary folder");
         m_path = path;

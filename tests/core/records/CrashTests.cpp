@@ -1,0 +1,270 @@
+#include "MeetingCore/base/AtomicFile.h"
+#include "MeetingCore/records/MeetingHistory.h"
+#include "MeetingCore/records/MeetingRepository.h"
+#include "MeetingCore/records/MeetingTrash.h"
+#include "tests/support/TemporaryFolder.h"
+#include "tests/support/TreeSnapshot.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/ptrace.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <functional>
+
+namespace fs = std::filesystem;
+using namespace varnet;
+using testing::AnyOf;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+constexpr Date earlier{700'000'000}, now{800'000'000};
+constexpr int syscallStop = SIGTRAP | 0x80;
+constexpr int endedItself = -1;
+
+/// Forks a process that does the work, and kills it at its n-th stop, counted from 0: it stops where it enters and
+/// where it leaves each system call. A process that is killed where it enters one does not make the call. Gives n, or
+/// endedItself when the work was done before that. Throws when it failed by itself or cannot be traced.
+int killAtStop(int n, const std::function<void()>& work) {
+    const pid_t child = ::fork();
+    if (child == 0) {
+        if (::ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) != 0)
+            ::_exit(2);
+        ::raise(SIGSTOP);
+        try {
+            work();
+        } catch (...) {
+            ::_exit(1);
+        }
+        ::_exit(0); // without the leak check, which cannot run while somebody traces
+    }
+    int status = 0;
+    const auto wait = [&] {
+        if (::waitpid(child, &status, 0) != child)
+            throw std::runtime_error("the process got lost");
+        if (WIFEXITED(status) && WEXITSTATUS(status) != 0)
+            throw std::runtime_error(WEXITSTATUS(status) == 2 ? "this test must be allowed to use ptrace"
+                                                              : "the operation failed by itself");
+        return WIFSTOPPED(status);
+    };
+    if (!wait() || ::ptrace(PTRACE_SETOPTIONS, child, nullptr, PTRACE_O_TRACESYSGOOD | PTRACE_O_EXITKILL) != 0)
+        throw std::runtime_error("this test must be allowed to use ptrace");
+    for (int stop = -1;;) {
+        ::ptrace(PTRACE_SYSCALL, child, nullptr, nullptr);
+        if (!wait())
+            return endedItself;
+        if (WSTOPSIG(status) != syscallStop || ++stop < n)
+            continue;
+        ::kill(child, SIGKILL);
+        ::waitpid(child, &status, 0);
+        return n;
+    }
+}
+
+/// A killed process loses nothing that the kernel has, so the files need not wait for a disk.
+fs::path memory() {
+    return fs::is_directory("/dev/shm") ? "/dev/shm" : fs::temp_directory_path();
+}
+
+/// Where a meeting was found, and what it held.
+struct Found {
+    std::string place; ///< "library", "deleted" or "nowhere"
+    Meeting meeting;
+};
+
+/// A meeting of a library with audio and one version, whose process is killed again and again.
+class Crash : public testing::Test {
+protected:
+    Crash() {
+        old = Meeting::make("old");
+        old.turns.assign(40, {.end = 1, .speaker = "Speaker 1", .originalText = "as it was", .editedText = {}});
+        changed = version = old;
+        changed.notes = "changed";
+        version.notes = "of the version";
+    }
+
+    /// Begins again with the meeting as it was.
+    void reset() {
+        fs::remove_all(folder / "store");
+        const MeetingRepository library = repository();
+        library.save(old);
+        library.archiveBeforeTranscription(version);
+        writeFileAtomically(library.directory(old.id) / "meeting.wav", "audio");
+        // A marker that an earlier restore could not remove.
+        writeFileAtomically(library.directory(old.id) / "deleted.json", "{\"deletedAt\": 0}");
+    }
+
+    MeetingRepository repository() const { return MeetingRepository(folder / "store/library"); }
+
+    /// Finds the meeting, whole and in one place.
+    Found find() const {
+        const LoadedMeetings library = repository().loadRecovering();
+        const auto deleted = repository().loadDeleted(now);
+        EXPECT_THAT(library.unreadable, IsEmpty());
+        EXPECT_LE(library.meetings.size() + deleted.size(), 1u);
+        if (library.meetings.empty() && deleted.empty())
+            return {"nowhere", {}};
+        const bool inLibrary = !library.meetings.empty();
+        const fs::path place = inLibrary ? repository().directory(old.id) : repository().deletedDirectory(old.id);
+        EXPECT_EQ(readFile(place / "meeting.wav"), "audio");
+        if (inLibrary)
+            return {"library", library.meetings.front()};
+        EXPECT_THAT(deleted.front().deletedAt, AnyOf(earlier, now));
+        return {"deleted", deleted.front().meeting};
+    }
+
+    /// The notes of the versions of the meeting in the library, none of them damaged.
+    std::vector<std::string> versions() const {
+        const MeetingHistory history = repository().history(old.id);
+        EXPECT_EQ(history.unreadable, 0u);
+        std::vector<std::string> notes;
+        for (const MeetingHistoryEntry& entry : history.entries)
+            notes.push_back(entry.meeting.notes);
+        return notes;
+    }
+
+    struct Check {
+        std::function<void()> prepare;
+        std::function<void()> work;
+        std::function<bool()> happened; ///< looks at everything; whether the work had its effect
+    };
+
+    /// Kills the work at every stop. Each time it must have had its effect or none, and then be possible again.
+    void killEverywhere(const Check& check, int leastStops) {
+        int stop = 0, without = 0;
+        for (bool killed = true; killed && !HasFailure(); ++stop) {
+            SCOPED_TRACE(stop);
+            reset();
+            check.prepare();
+            killed = killAtStop(stop, check.work) == stop;
+            const bool happened = check.happened();
+            EXPECT_TRUE(killed || happened);
+            without += !happened;
+            if (happened)
+                continue;
+            check.work();
+            EXPECT_TRUE(check.happened());
+        }
+        EXPECT_GT(without, 4);        // some were killed before the effect,
+        EXPECT_GT(stop - without, 1); // and some after it
+        EXPECT_GE(stop, leastStops);
+        RecordProperty("stops", stop);
+    }
+
+    test::TemporaryFolder folder{memory()};
+    Meeting old, changed, version;
+};
+
+} // namespace
+
+TEST_F(Crash, InSaveLeavesTheOldOrTheNewRecord) {
+    killEverywhere({.prepare = [] {},
+                    .work = [&] { repository().save(changed); },
+                    .happened =
+                        [&] {
+                            const Found found = find();
+                            EXPECT_EQ(found.place, "library");
+                            EXPECT_THAT(found.meeting, AnyOf(old, changed));
+                            EXPECT_THAT(versions(), ElementsAre("of the version"));
+                            return found.meeting == changed;
+                        }},
+                   12);
+}
+
+TEST_F(Crash, InFirstSaveLeavesTheWholeMeetingOrNone) {
+    killEverywhere({.prepare = [&] { fs::remove_all(folder / "store"); },
+                    .work = [&] { repository().save(changed); },
+                    .happened =
+                        [&] {
+                            const auto library = repository().loadRecovering();
+                            EXPECT_THAT(library.unreadable, IsEmpty());
+                            EXPECT_THAT(library.meetings, AnyOf(IsEmpty(), ElementsAre(changed)));
+                            return !library.meetings.empty();
+                        }},
+                   16);
+}
+
+TEST_F(Crash, InArchivingLeavesTheRecordAndWholeVersions) {
+    killEverywhere({.prepare = [] {},
+                    .work = [&] { repository().archiveBeforeTranscription(changed); },
+                    .happened =
+                        [&] {
+                            EXPECT_EQ(find().meeting, old);
+                            const auto notes = versions();
+                            EXPECT_THAT(notes, AnyOf(ElementsAre("of the version"),
+                                                     testing::UnorderedElementsAre("of the version", "changed")));
+                            return notes.size() == 2;
+                        }},
+                   12);
+}
+
+TEST_F(Crash, InRestoringAVersionKeepsWhatWasReplaced) {
+    MeetingHistoryEntry entry;
+    Meeting restored = old;
+    restored.notes = version.notes;
+    killEverywhere({.prepare = [&] { entry = repository().history(old.id).entries.at(0); },
+                    .work =
+                        [&] {
+                            repository().restore(entry, {.personalNotes = true},
+                                                 {.current = MeetingRestoration::revision(old),
+                                                  .archived = MeetingRestoration::revision(version)});
+                        },
+                    .happened =
+                        [&] {
+                            const Found found = find();
+                            const auto notes = versions();
+                            EXPECT_THAT(found.meeting, AnyOf(old, restored));
+                            EXPECT_THAT(notes, testing::Contains("of the version"));
+                            EXPECT_TRUE(found.meeting == old || notes.size() > 1) << "the replaced record is lost";
+                            return found.meeting == restored;
+                        }},
+                   30);
+}
+
+TEST_F(Crash, InDeletingLeavesTheMeetingInOnePlace) {
+    killEverywhere({.prepare = [] {},
+                    .work = [&] { repository().moveToDeleted(old.id, earlier); },
+                    .happened =
+                        [&] {
+                            const Found found = find();
+                            EXPECT_NE(found.place, "nowhere");
+                            EXPECT_EQ(found.meeting, old);
+                            EXPECT_THAT(repository().eraseExpired(now, 1e8 + 1), IsEmpty()); // nothing early
+                            EXPECT_EQ(find().place, found.place);
+                            return found.place == "deleted";
+                        }},
+                   18);
+}
+
+TEST_F(Crash, InBringingBackLeavesTheMeetingInOnePlace) {
+    killEverywhere({.prepare = [&] { repository().moveToDeleted(old.id, earlier); },
+                    .work = [&] { repository().restoreDeleted(old.id); },
+                    .happened =
+                        [&] {
+                            const Found found = find();
+                            EXPECT_NE(found.place, "nowhere");
+                            EXPECT_EQ(found.meeting, old);
+                            return found.place == "library";
+                        }},
+                   12);
+}
+
+TEST_F(Crash, InErasingLeavesTheWholeMeetingOrNone) {
+    killEverywhere({.prepare = [&] { repository().moveToDeleted(old.id, earlier); },
+                    .work = [&] { repository().eraseDeleted(old.id); },
+                    .happened =
+                        [&] {
+                            const Found found = find();
+                            EXPECT_NE(found.place, "library");
+                            if (found.place == "deleted")
+                                return false;
+                            repository().eraseExpired(now, deletedRetention); // removes the rest
+                            EXPECT_THAT(test::treeOf(repository().deletedRoot()), IsEmpty());
+                            return true;
+                        }},
+                   20);
+}
