@@ -1,30 +1,75 @@
 #include "Varnet/models/LibraryModel.h"
 
+#include "MeetingCore/base/Text.h"
 #include "Varnet/models/MeetingText.h"
 #include "Varnet/models/Text.h"
+#include "Varnet/models/Theme.h"
 #include "Varnet/store/MeetingPresentation.h"
 #include "Varnet/store/MeetingStore.h"
+#include "Varnet/store/SearchIndex.h"
 
 #include <algorithm>
+#include <iterator>
+#include <utility>
 
 namespace varnet {
 
-LibraryModel::LibraryModel(MeetingStore& store, QObject* parent) : QAbstractListModel(parent), m_store(store) {
-    reload();
-    connect(&store, &MeetingStore::meetingsChanged, this, &LibraryModel::reload);
-    connect(&store, &MeetingStore::meetingInserted, this, &LibraryModel::insertFirst);
-    connect(&store, &MeetingStore::meetingChanged, this, &LibraryModel::rowChanged);
-    connect(&store, &MeetingStore::turnsAppended, this, &LibraryModel::rowChanged);
-    connect(&store, &MeetingStore::selectedIDChanged, this, &LibraryModel::selectedRowChanged);
-    const auto recordingMoved = [this] { allChanged({BadgeTextRole, BadgeToneRole, BadgeMarkedRole, DurationRole}); };
-    connect(&store, &MeetingStore::recordingChanged, this, recordingMoved);
-    connect(&store, &MeetingStore::recordingIDChanged, this, recordingMoved);
+namespace {
+
+QString styled(const std::optional<SearchSnippet>& snippet) {
+    if (!snippet)
+        return {};
+    return QStringLiteral("%1<b><font color=\"%2\">%3</font></b>%4")
+        .arg(toQString(snippet->before).toHtmlEscaped(), Theme::shared().accent().name(),
+             toQString(snippet->hit).toHtmlEscaped(), toQString(snippet->after).toHtmlEscaped());
+}
+
+/// Tells whether an id is among some.
+std::function<bool(const Uuid&)> memberOf(std::vector<Uuid> ids) {
+    std::ranges::sort(ids);
+    return [ids = std::move(ids)](const Uuid& id) { return std::ranges::binary_search(ids, id); };
+}
+
+} // namespace
+
+LibraryModel::LibraryModel(MeetingStore& store, QObject* parent)
+    : QAbstractListModel(parent),
+      m_store(store),
+      m_search(store.meetings(), SearchIndex::shared()),
+      m_ids(wantedRows()),
+      m_current(store.selectedID()),
+      m_anchor(m_current) {
+    connect(&store, &MeetingStore::meetingsChanged, this, &LibraryModel::followList);
+    connect(&store, &MeetingStore::meetingInserted, this, &LibraryModel::followList);
+    connect(&store, &MeetingStore::meetingChanged, this, &LibraryModel::meetingChanged);
+    connect(&store, &MeetingStore::turnsAppended, this, &LibraryModel::meetingChanged);
+    connect(&store, &MeetingStore::selectedIDChanged, this, [this] {
+        m_anchor = m_store.selectedID();
+        setCurrent(m_anchor);
+    });
+    connect(&store, &MeetingStore::librarySelectionChanged, this, [this] {
+        allChanged({SelectedRole});
+        Q_EMIT summaryChanged();
+    });
+    const auto workMoved = [this] { allChanged({BadgeTextRole, BadgeToneRole, BadgeMarkedRole, DurationRole}); };
+    connect(&store, &MeetingStore::recordingChanged, this, workMoved);
+    connect(&store, &MeetingStore::recordingIDChanged, this, workMoved);
+    connect(&store, &MeetingStore::notesMeetingIDChanged, this, workMoved);
+    connect(&Theme::shared(), &Theme::appearanceChanged, this, [this] { allChanged({SnippetRole}); });
     m_midnight.setSingleShot(true);
     connect(&m_midnight, &QTimer::timeout, this, [this] {
         allChanged({DayRole, DayDetailRole});
         scheduleMidnight();
     });
     scheduleMidnight();
+}
+
+bool LibraryModel::empty() const {
+    return m_store.meetings().empty();
+}
+
+bool LibraryModel::noResults() const {
+    return m_ids.empty() && !empty();
 }
 
 int LibraryModel::rowCount(const QModelIndex& parent) const {
@@ -56,9 +101,16 @@ QVariant LibraryModel::data(const QModelIndex& index, int role) const {
     case StartsDayRole:
         return startsDay(index.row());
     case DayRole:
-        return toQString(MeetingPresentation::dayHeading(meeting->createdAt).main);
+        return startsDay(index.row()) ? toQString(MeetingPresentation::dayHeading(meeting->createdAt).main) : QString();
     case DayDetailRole:
-        return toQString(MeetingPresentation::dayHeading(meeting->createdAt).second);
+        return startsDay(index.row()) ? toQString(MeetingPresentation::dayHeading(meeting->createdAt).second)
+                                      : QString();
+    case SnippetRole:
+        return m_applied.empty() ? QString() : styled(SearchSnippet::find(m_applied, *meeting));
+    case SelectedRole:
+        return m_store.librarySelection().contains(meeting->id);
+    case RenamingRole:
+        return m_renaming == meeting->id;
     case SpokenRole:
         return QStringLiteral("%1, %2, %3, %4")
             .arg(toQString(meeting->title), MeetingText::time(meeting->createdAt),
@@ -80,50 +132,133 @@ QHash<int, QByteArray> LibraryModel::roleNames() const {
             {StartsDayRole, "startsDay"},
             {DayRole, "day"},
             {DayDetailRole, "dayDetail"},
+            {SnippetRole, "snippet"},
+            {SelectedRole, "selected"},
+            {RenamingRole, "renaming"},
             {SpokenRole, "spoken"}};
 }
 
-int LibraryModel::selectedRow() const {
-    return m_store.selectedID() ? rowOf(*m_store.selectedID()) : -1;
+void LibraryModel::setQuery(const QString& query) {
+    if (query == m_query)
+        return;
+    m_query = query;
+    Q_EMIT queryChanged();
+    if (m_prepared || query.isEmpty())
+        applyQuery();
+    else
+        prepareSearch();
 }
 
-void LibraryModel::select(int row) {
-    if (row >= 0 && row < count())
-        m_store.setSelectedID(m_ids[row]);
+void LibraryModel::prepareSearch() {
+    if (!std::exchange(m_preparing, true))
+        m_tasks.spawn(prepare(this, m_tasks.stopToken()));
 }
 
-void LibraryModel::moveSelection(int rows) {
-    if (!empty())
-        select(std::clamp(selectedRow() + rows, 0, count() - 1));
+Task<> LibraryModel::prepare(LibraryModel* self, std::stop_token stop) {
+    co_await LibrarySearch::prepare(&self->m_search, stop);
+    if (stop.stop_requested())
+        co_return;
+    self->m_prepared = true;
+    self->applyQuery();
 }
 
-void LibraryModel::reload() {
-    beginResetModel();
-    m_ids.clear();
-    for (const auto& meeting : m_store.meetings())
-        m_ids.push_back(meeting.id);
-    endResetModel();
-    Q_EMIT countChanged();
-    Q_EMIT selectedRowChanged();
+void LibraryModel::applyQuery() {
+    auto applied = lowerCased(toUtf8(m_query));
+    if (applied == m_applied)
+        return;
+    m_applied = std::move(applied);
+    if (auto wanted = wantedRows(); wanted == m_ids)
+        allChanged({SnippetRole});
+    else
+        replaceRows(std::move(wanted));
+    listChanged();
 }
 
-void LibraryModel::insertFirst(const Uuid& id) {
-    beginInsertRows({}, 0, 0);
-    m_ids.insert(m_ids.begin(), id);
+std::vector<Uuid> LibraryModel::wantedRows() {
+    std::vector<Uuid> ids;
+    const auto& meetings = m_store.meetings();
+    if (m_applied.empty()) {
+        ids.reserve(meetings.size());
+        for (const auto& meeting : meetings)
+            ids.push_back(meeting.id);
+    } else {
+        for (const auto place : m_search.find(m_applied))
+            ids.push_back(meetings[place].id);
+    }
+    return ids;
+}
+
+/// Takes over the store's list row by row, so that what is on screen stays where it is.
+void LibraryModel::followList() {
+    m_search.forget();
+    auto wanted = wantedRows();
+    const auto stays = memberOf(wanted), known = memberOf(m_ids);
+    std::vector<Uuid> kept, keptInOrder;
+    std::ranges::copy_if(m_ids, std::back_inserter(kept), stays);
+    std::ranges::copy_if(wanted, std::back_inserter(keptInOrder), known);
+    if (kept != keptInOrder) {
+        replaceRows(std::move(wanted));
+    } else {
+        for (int last = count() - 1; last >= 0; --last)
+            if (!stays(m_ids[last]))
+                last = removeRun(last, stays);
+        for (int row = 0; row < static_cast<int>(wanted.size()); ++row)
+            if (row >= count() || m_ids[row] != wanted[row])
+                row = insertRun(row, wanted, known);
+        allChanged({});
+    }
+    listChanged();
+}
+
+/// Removes the rows around and before one that does not stay; gives the first of them.
+int LibraryModel::removeRun(int last, const Membership& stays) {
+    int first = last;
+    while (first > 0 && !stays(m_ids[first - 1]))
+        --first;
+    beginRemoveRows({}, first, last);
+    m_ids.erase(m_ids.begin() + first, m_ids.begin() + last + 1);
+    endRemoveRows();
+    return first;
+}
+
+/// Inserts the wanted rows from one on that were not known; gives the last of them.
+int LibraryModel::insertRun(int first, const std::vector<Uuid>& wanted, const Membership& known) {
+    int last = first;
+    while (last + 1 < static_cast<int>(wanted.size()) && !known(wanted[last + 1]))
+        ++last;
+    beginInsertRows({}, first, last);
+    m_ids.insert(m_ids.begin() + first, wanted.begin() + first, wanted.begin() + last + 1);
     endInsertRows();
-    if (count() > 1)
-        Q_EMIT dataChanged(index(1), index(1), {StartsDayRole});
-    Q_EMIT countChanged();
-    Q_EMIT selectedRowChanged();
+    return last;
 }
 
-void LibraryModel::rowChanged(const Uuid& id) {
-    if (const int row = rowOf(id); row >= 0)
+void LibraryModel::replaceRows(std::vector<Uuid> wanted) {
+    beginResetModel();
+    m_ids = std::move(wanted);
+    endResetModel();
+}
+
+/// The rows are others now.
+void LibraryModel::listChanged() {
+    if (!m_applied.empty())
+        dropHiddenFromSelection();
+    Q_EMIT countChanged();
+    Q_EMIT summaryChanged();
+    Q_EMIT currentRowChanged();
+}
+
+void LibraryModel::meetingChanged(const Uuid& id) {
+    m_search.forget();
+    const int row = rowOf(id);
+    const auto* meeting = m_store.meeting(id);
+    if (meeting && m_search.matches(m_applied, *meeting) != (row >= 0))
+        followList();
+    else if (row >= 0)
         Q_EMIT dataChanged(index(row), index(row));
 }
 
 void LibraryModel::allChanged(const QList<int>& roles) {
-    if (!empty())
+    if (count() > 0)
         Q_EMIT dataChanged(index(0), index(count() - 1), roles);
 }
 
@@ -136,17 +271,20 @@ void LibraryModel::scheduleMidnight() {
     m_midnight.start(static_cast<int>(std::clamp<qint64>(now.msecsTo(midnight) + 50, 50, longest)));
 }
 
-int LibraryModel::rowOf(const Uuid& id) const {
-    const auto found = std::find(m_ids.begin(), m_ids.end(), id);
+int LibraryModel::rowOf(const std::optional<Uuid>& id) const {
+    const auto found = id ? std::ranges::find(m_ids, *id) : m_ids.end();
     return found == m_ids.end() ? -1 : static_cast<int>(found - m_ids.begin());
 }
 
 const Meeting* LibraryModel::at(int row) const {
     const auto& meetings = m_store.meetings();
-    const auto place = static_cast<std::size_t>(row);
-    if (place < meetings.size() && meetings[place].id == m_ids[place])
-        return &meetings[place];
-    return m_store.meeting(m_ids[place]);
+    const auto& id = m_ids[row];
+    for (const auto place : {static_cast<std::size_t>(row), m_lastPlace})
+        if (place < meetings.size() && meetings[place].id == id)
+            return &meetings[place];
+    const auto found = std::ranges::find(meetings, id, &Meeting::id);
+    m_lastPlace = static_cast<std::size_t>(found - meetings.begin());
+    return found == meetings.end() ? nullptr : &*found;
 }
 
 bool LibraryModel::startsDay(int row) const {

@@ -1,41 +1,17 @@
 #include "Varnet/models/MeetingText.h"
 
-#include "MeetingCore/audio/DurableWAV.h"
-#include "MeetingCore/records/Meeting.h"
 #include "Varnet/models/Text.h"
-#include "Varnet/store/MeetingStore.h"
+#include "Varnet/store/DurationCache.h"
 
 #include <QDateTime>
 #include <QLocale>
 
 #include <algorithm>
 #include <cmath>
-#include <filesystem>
 
 namespace varnet::MeetingText {
 
 namespace {
-
-constexpr double bytesPerSecond = 32'000; // 16,000 frames of 16 bits
-
-/// Seconds of audio in a file that DurableWAV wrote; absent when it cannot be seen or holds none.
-std::optional<double> audioSeconds(const std::filesystem::path& file) {
-    std::error_code error;
-    const auto size = std::filesystem::file_size(file, error);
-    if (error || size <= DurableWAV::headerSize)
-        return {};
-    return static_cast<double>(size - DurableWAV::headerSize) / bytesPerSecond;
-}
-
-std::optional<double> seconds(const Meeting& meeting, const MeetingStore& store) {
-    if (store.recording() && store.recordingID() == meeting.id)
-        return {};
-    if (const auto audio = store.audioURL(meeting))
-        return audioSeconds(*audio);
-    if (meeting.turns.empty() || meeting.turns.back().end <= 0)
-        return {};
-    return meeting.turns.back().end;
-}
 
 QDateTime local(Date date) {
     return QDateTime::fromMSecsSinceEpoch(std::llround(date.toUnix() * 1000));
@@ -59,7 +35,7 @@ QString time(Date date) {
 }
 
 QString duration(const Meeting& meeting, const MeetingStore& store) {
-    const auto length = seconds(meeting, store);
+    const auto length = DurationCache::shared().duration(meeting, store);
     return length ? toQString(MeetingPresentation::clock(*length)) : QString();
 }
 

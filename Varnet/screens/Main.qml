@@ -68,6 +68,7 @@ ApplicationWindow {
                     commands: root.commands
                     focus: visible
                     library: root.library
+                    router: root.router
                 }
 
                 MeetingScreen {

@@ -34,4 +34,9 @@ Item {
         sequences: [StandardKey.Quit]
         onActivated: root.delegate.quit()
     }
+
+    Shortcut {
+        sequences: [StandardKey.Find]
+        onActivated: root.commands.searchLibrary()
+    }
 }

@@ -2,6 +2,7 @@
 
 #include "MeetingCore/base/Assert.h"
 #include "MeetingCore/records/MeetingStatus.h"
+#include "Varnet/store/DurationCache.h"
 #include "Varnet/store/MeetingStore.h"
 
 #include <QDebug>
@@ -97,6 +98,8 @@ std::string counted(std::int64_t count, std::string_view one, std::string_view m
 StatusBadge MeetingPresentation::badge(const Meeting& meeting, const MeetingStore& store) {
     if (store.recording() && store.recordingID() == meeting.id)
         return {"Recording", BadgeColor::rec, false};
+    if (store.notesMeetingID() == meeting.id)
+        return {"Writing notes", BadgeColor::amber, true};
     return storedBadge(meeting);
 }
 
@@ -161,6 +164,15 @@ std::string MeetingPresentation::clock(double seconds) {
     else
         std::snprintf(text.data(), text.size(), "%lld:%02d:%02d", hours, minutes, rest);
     return text.data();
+}
+
+std::optional<TranscriptShortfall> MeetingPresentation::transcriptShortfall(const Meeting& meeting,
+                                                                            const MeetingStore& store) {
+    if (meeting.status != MeetingStatus::savedRetryTranscription || meeting.turns.empty())
+        return {};
+    const auto audio = DurationCache::shared().duration(meeting, store);
+    const double end = meeting.turns.back().end;
+    return audio && *audio - end > 5.0 ? std::optional(TranscriptShortfall{end, *audio}) : std::nullopt;
 }
 
 std::string MeetingPresentation::recordingTitle(Date date) {

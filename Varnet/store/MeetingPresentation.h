@@ -4,6 +4,7 @@
 #include "MeetingCore/records/Meeting.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 namespace varnet {
@@ -30,6 +31,14 @@ struct DayHeading {
     bool operator==(const DayHeading&) const = default;
 };
 
+/// How much of a recording has no transcript, in seconds from its start.
+struct TranscriptShortfall {
+    double end = 0;   ///< where the transcript stops
+    double audio = 0; ///< where the audio stops
+
+    bool operator==(const TranscriptShortfall&) const = default;
+};
+
 /// The rules that turn a meeting and the state of the store into the words of the library. Main thread; nothing here
 /// changes a meeting. Dates are in the local time zone; `locale` is an ICU or POSIX name such as "en_US".
 namespace MeetingPresentation {
@@ -53,6 +62,9 @@ DayHeading dayHeading(Date date, Date now, const std::string& locale);
 /// A duration as "0:59" or "1:00:00", rounded to whole seconds; negative counts as 0. A value that is not finite or
 /// does not fit 64 bits ends the program.
 std::string clock(double seconds);
+
+/// Where a transcript that can be tried again stops more than five seconds before its audio does.
+std::optional<TranscriptShortfall> transcriptShortfall(const Meeting& meeting, const MeetingStore& store);
 
 /// The title of a recording that belongs to no calendar event: "Meeting · " and the date and time.
 std::string recordingTitle(Date date);

@@ -26,6 +26,19 @@ public:
     /// empty query matches everything. The first time, the meeting's text is put into lower case.
     bool matches(std::string_view query, const Meeting& meeting);
 
+    /// The title and the texts of the turns in lower case, a line feed between each two. Valid until the text of this
+    /// meeting has changed and is asked for again. The first time, the text is put into lower case.
+    const std::string& text(const Meeting& meeting);
+
+    /// Whether `text` is there at once.
+    bool holds(const Meeting& meeting) const;
+
+    /// Takes a text that was put into lower case elsewhere, for a meeting that had that signature.
+    void put(const Uuid& id, std::uint64_t signature, std::string lowerCased);
+
+    /// What is put into lower case: the title and the texts of the turns, a line feed between each two.
+    static std::string original(const Meeting& meeting);
+
     /// The program's one index.
     static SearchIndex& shared();
 

@@ -16,16 +16,24 @@ Column {
     required property bool startsDay
     required property string day
     required property string dayDetail
+    required property string snippet
+    required property bool selected
+    required property bool renaming
     required property string spoken
     property bool current: false
     property bool focused: false
 
-    signal chosen
+    signal chosen(int modifiers)
+    signal menuAsked(real x, real y)
+    signal renamed(string title)
+    signal renameEnded
 
+    Accessible.focused: current && focused
     Accessible.name: spoken
-    Accessible.onPressAction: chosen()
+    Accessible.onPressAction: chosen(Qt.NoModifier)
     Accessible.role: Accessible.ListItem
-    Accessible.selected: current
+    Accessible.selectable: true
+    Accessible.selected: selected
 
     DayHeading {
         day: root.day
@@ -37,73 +45,83 @@ Column {
     Rectangle {
         border.color: Theme.accent
         border.width: root.current && root.focused ? 1 : 0
-        color: root.current ? Theme.selection : hover.hovered ? Theme.raised : "transparent"
-        implicitHeight: row.implicitHeight + 5 * Theme.unit
+        color: root.selected ? Theme.selection : pointer.containsMouse ? Theme.raised : "transparent"
+        implicitHeight: words.implicitHeight + 5 * Theme.unit
         radius: Theme.cardRadius
         width: root.width
 
-        HoverHandler {
-            id: hover
+        MouseArea {
+            id: pointer
+
+            acceptedButtons: Qt.LeftButton | Qt.RightButton
+            anchors.fill: parent
+            hoverEnabled: true
+            onClicked: mouse => {
+                const place = mapToItem(root, mouse.x, mouse.y)
+                if (mouse.button === Qt.RightButton)
+                    root.menuAsked(place.x, place.y)
+                else
+                    root.chosen(mouse.modifiers)
+            }
         }
 
-        TapHandler {
-            onTapped: root.chosen()
-        }
-
-        RowLayout {
-            id: row
+        ColumnLayout {
+            id: words
 
             anchors.left: parent.left
             anchors.leftMargin: 4 * Theme.unit
             anchors.right: parent.right
             anchors.rightMargin: 4 * Theme.unit
             anchors.verticalCenter: parent.verticalCenter
-            spacing: 4 * Theme.unit
+            spacing: 0
 
-            ColumnLayout {
+            RowLayout {
                 Layout.fillWidth: true
-                spacing: 0
+                spacing: 4 * Theme.unit
 
-                ThemedText {
-                    Accessible.ignored: true
+                ColumnLayout {
                     Layout.fillWidth: true
-                    text: root.title
-                    type: Theme.emphasis
+                    spacing: 0
+
+                    RowTitle {
+                        Layout.fillWidth: true
+                        renaming: root.renaming
+                        title: root.title
+                        onRenameEnded: root.renameEnded()
+                        onRenamed: title => root.renamed(title)
+                    }
+
+                    ThemedText {
+                        Accessible.ignored: true
+                        Layout.fillWidth: true
+                        color: Theme.secondary
+                        text: root.subtitle
+                        type: Theme.caption
+                    }
                 }
 
-                ThemedText {
+                Badge {
                     Accessible.ignored: true
-                    Layout.fillWidth: true
-                    color: Theme.secondary
-                    text: root.subtitle
-                    type: Theme.caption
+                    marked: root.badgeMarked
+                    text: root.badgeText
+                    tone: root.badgeTone
+                }
+
+                RowTimes {
+                    Layout.minimumWidth: 20 * Theme.unit
+                    duration: root.duration
+                    time: root.time
                 }
             }
 
-            Badge {
+            ThemedText {
                 Accessible.ignored: true
-                marked: root.badgeMarked
-                text: root.badgeText
-                tone: root.badgeTone
-            }
-
-            ColumnLayout {
-                Layout.minimumWidth: 20 * Theme.unit
-                spacing: 0
-
-                ThemedText {
-                    Accessible.ignored: true
-                    Layout.alignment: Qt.AlignRight
-                    text: root.time
-                }
-
-                ThemedText {
-                    Accessible.ignored: true
-                    Layout.alignment: Qt.AlignRight
-                    color: Theme.faint
-                    text: root.duration
-                    type: Theme.caption
-                }
+                Layout.fillWidth: true
+                Layout.topMargin: Theme.unit
+                color: Theme.secondary
+                text: root.snippet
+                textFormat: Text.StyledText
+                visible: text !== ""
             }
         }
     }

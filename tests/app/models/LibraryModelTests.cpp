@@ -1,4 +1,6 @@
+#include "MeetingCore/audio/DurableWAV.h"
 #include "Varnet/models/LibraryModel.h"
+#include "Varnet/models/Theme.h"
 #include "tests/support/Await.h"
 #include "tests/support/StoreFixture.h"
 
@@ -63,8 +65,7 @@ TEST_F(Library, TheDurationIsThatOfTheAudioElseOfTheTranscript) {
     withAudio.turns = {{Uuid::random(), 0, 5, "Speaker 1", "Hello", {}}};
     repository.save(withAudio);
     std::filesystem::path audio = repository.directory(withAudio.id) / "meeting.wav";
-    ASSERT_TRUE(QFile(QString::fromStdString(audio)).open(QIODevice::WriteOnly));
-    std::filesystem::resize_file(audio, 44 + 32'000 * 75);
+    DurableWAV(audio).append(std::vector<std::byte>(32'000 * 75));
     auto withTurns = stored("With turns", 1);
     withTurns.turns = {{Uuid::random(), 0, 61, "Speaker 1", "Hello", {}}};
     repository.save(withTurns);
@@ -85,7 +86,7 @@ TEST_F(Library, ARecordingEntersAtTheTopAndItsBadgeFollowsIt) {
 
     await(store().startRecording());
     ASSERT_EQ(model.count(), 2);
-    EXPECT_EQ(model.selectedRow(), 0);
+    EXPECT_EQ(model.currentRow(), 0);
     EXPECT_EQ(text(model, 0, LibraryModel::BadgeTextRole), "Recording");
     EXPECT_EQ(text(model, 0, LibraryModel::DayRole), "Today");
     EXPECT_EQ(text(model, 1, LibraryModel::TitleRole), "Planning");
@@ -97,21 +98,108 @@ TEST_F(Library, ARecordingEntersAtTheTopAndItsBadgeFollowsIt) {
     EXPECT_NE(text(model, 0, LibraryModel::BadgeTextRole), "Recording");
 }
 
-TEST_F(Library, TheSelectionMovesWithinTheRows) {
-    const auto first = stored("First", 0), second = stored("Second", 1), third = stored("Third", 2);
+TEST_F(Library, TheSelectionFollowsKeysAndClicks) {
+    std::map<Uuid, char> names;
+    for (int i = 0; i < 5; ++i)
+        names[stored("Meeting", i).id] = static_cast<char>('a' + i);
     openStore();
     LibraryModel model(store());
-    struct Step {
-        int rows;
-        Uuid selected;
+    const auto selected = [&] {
+        std::string letters;
+        for (const auto& id : store().librarySelection())
+            letters += names[id];
+        std::ranges::sort(letters);
+        return letters;
     };
-    for (const auto& [rows, selected] :
-         {Step{-1, first.id}, Step{1, second.id}, Step{10, third.id}, Step{-1, second.id}, Step{-9, first.id}}) {
-        model.moveSelection(rows);
-        EXPECT_EQ(store().selectedID(), selected) << "after " << rows;
+    constexpr int none = 0, shift = Qt::ShiftModifier, control = Qt::ControlModifier;
+    struct Step {
+        const char* name;
+        std::function<void()> act;
+        std::string selection;
+        int current;
+    };
+    const std::vector<Step> steps{
+        {"up at the top", [&] { model.moveBy(-1); }, "a", 0},
+        {"down", [&] { model.moveBy(1); }, "b", 1},
+        {"extended down", [&] { model.moveBy(2, shift); }, "bcd", 3},
+        {"and back beyond its start", [&] { model.moveBy(-3, shift); }, "ab", 0},
+        {"page down", [&] { model.moveBy(10); }, "e", 4},
+        {"the keyboard alone moves", [&] { model.moveBy(-2, control); }, "e", 2},
+        {"taken in", [&] { model.clickRow(2, control); }, "ce", 2},
+        {"taken out", [&] { model.clickRow(4, control); }, "c", 4},
+        {"up to a click", [&] { model.clickRow(2, shift); }, "cde", 2},
+        {"a menu on a selected row", [&] { model.selectForMenu(3); }, "cde", 2},
+        {"a menu on another", [&] { model.selectForMenu(0); }, "a", 0},
+        {"all", [&] { model.selectAll(); }, "abcde", 0},
+        {"a click", [&] { EXPECT_TRUE(model.clickRow(3, none)); }, "d", 3},
+        {"a row that does not exist", [&] { EXPECT_FALSE(model.clickRow(5, none)); }, "d", 3},
+        {"a new meeting", [&] { names[store().create("New").id] = 'f'; }, "f", 0},
+        {"extended from it", [&] { model.moveBy(1, shift); }, "af", 1},
+    };
+    for (const auto& [name, act, selection, current] : steps) {
+        act();
+        EXPECT_EQ(selected(), selection) << name;
+        EXPECT_EQ(model.currentRow(), current) << name;
     }
-    model.select(3);
-    EXPECT_EQ(store().selectedID(), first.id) << "a row that does not exist";
+}
+
+TEST_F(Library, AQueryLeavesTheRowsThatHaveItsWords) {
+    auto today = stored("Planning", 0), alsoToday = stored("Review", 0, 30), yesterday = stored("Interview <1>", 1);
+    today.turns = {{Uuid::random(), 0, 5, "Speaker 1", "Let us review & ship", {}}};
+    repository.save(today);
+    openStore();
+    LibraryModel model(store());
+    const QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::Fatal);
+    struct Row {
+        const char* query;
+        std::vector<QString> titles;
+        QString summary;
+    };
+    for (const auto& [query, titles, summary] :
+         {Row{"REVIEW", {"Planning", "Review"}, "2 matches"},
+          Row{"view", {"Planning", "Review", "Interview <1>"}, "3 matches"}, Row{"<1>", {"Interview <1>"}, "1 match"},
+          Row{"nobody", {}, ""}, Row{"", {"Planning", "Review", "Interview <1>"}, ""}}) {
+        model.setQuery(query);
+        std::vector<QString> found;
+        for (int row = 0; row < model.count(); ++row)
+            found.push_back(text(model, row, LibraryModel::TitleRole));
+        EXPECT_EQ(found, titles) << query;
+        EXPECT_EQ(model.summary(), summary) << query;
+        EXPECT_EQ(model.noResults(), titles.empty()) << query;
+    }
+
+    Theme::shared().setAppearance(Theme::Appearance::light);
+    model.setQuery("view");
+    EXPECT_EQ(text(model, 0, LibraryModel::SnippetRole),
+              "Let us re<b><font color=\"#2a5bc7\">view</font></b> &amp; ship");
+    EXPECT_EQ(text(model, 1, LibraryModel::SnippetRole), "") << "only the title has it";
+
+    model.setQuery("interview");
+    EXPECT_EQ(text(model, 0, LibraryModel::DayRole), "Yesterday");
+    EXPECT_TRUE(store().librarySelection().empty()) << "what was selected is hidden";
+    store().setTitle("An interview", today.id);
+    EXPECT_EQ(model.count(), 2);
+    EXPECT_EQ(text(model, 0, LibraryModel::DayRole), "Today");
+    store().setTitle("Something else", yesterday.id);
+    EXPECT_EQ(model.count(), 1);
+    model.setQuery("");
+    EXPECT_EQ(store().librarySelection(), std::set{today.id}) << "the meeting on display is selected again";
+}
+
+TEST_F(Library, ATitleIsRenamedInItsRow) {
+    const auto meeting = stored("Planing", 0);
+    openStore();
+    LibraryModel model(store());
+    const auto renaming = [&] { return model.data(model.index(0), LibraryModel::RenamingRole).toBool(); };
+    model.beginRename();
+    EXPECT_TRUE(renaming());
+    model.endRename();
+    model.rename("too late");
+    EXPECT_EQ(onDisk(meeting.id).title, "Planing");
+    model.beginRename();
+    model.rename("Planning");
+    EXPECT_FALSE(renaming());
+    EXPECT_EQ(onDisk(meeting.id).title, "Planning");
 }
 
 } // namespace varnet::test

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+
+namespace varnet {
+
+/// What the header of a WAV file tells about its audio.
+struct WavHeader {
+    std::uint32_t sampleRate = 0;    ///< frames a second
+    std::uint32_t bytesPerFrame = 0; ///< at least 1
+    std::uint64_t dataOffset = 0;    ///< where the audio begins in the file
+    std::uint64_t dataBytes = 0;     ///< as the header says, but no more than the file holds
+
+    std::uint64_t frameCount() const { return dataBytes / bytesPerFrame; }
+
+    /// Walks the file's chunks; absent for what cannot be read or is no WAV file of uncompressed samples. Any thread.
+    static std::optional<WavHeader> read(const std::filesystem::path& path);
+
+    bool operator==(const WavHeader&) const = default;
+};
+
+} // namespace varnet

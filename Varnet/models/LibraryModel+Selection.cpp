@@ -1,0 +1,114 @@
+#include "Varnet/models/LibraryModel.h"
+#include "Varnet/models/Text.h"
+#include "Varnet/store/MeetingStore.h"
+
+#include <QLocale>
+
+#include <algorithm>
+#include <iterator>
+
+namespace varnet {
+
+QString LibraryModel::summary() const {
+    const QLocale locale;
+    if (selectedCount() > 1)
+        return tr("%1 selected").arg(locale.toString(selectedCount()));
+    if (m_applied.empty() || m_ids.empty())
+        return {};
+    return count() == 1 ? tr("1 match") : tr("%1 matches").arg(locale.toString(count()));
+}
+
+int LibraryModel::selectedCount() const {
+    return static_cast<int>(m_store.librarySelection().size());
+}
+
+int LibraryModel::currentRow() const {
+    return rowOf(m_current);
+}
+
+bool LibraryModel::clickRow(int row, int modifiers) {
+    if (row < 0 || row >= count())
+        return false;
+    const Uuid id = m_ids[row];
+    if (modifiers & Qt::ShiftModifier) {
+        const auto anchor = rowOf(m_anchor) >= 0 ? m_anchor : std::optional(id);
+        const auto [first, last] = std::minmax(rowOf(anchor), row);
+        select({m_ids.begin() + first, m_ids.begin() + last + 1}, id);
+        m_anchor = anchor;
+        return false;
+    }
+    const bool toggles = modifiers & Qt::ControlModifier;
+    auto ids = toggles ? m_store.librarySelection() : std::set<Uuid>();
+    if (ids.erase(id) == 0)
+        ids.insert(id);
+    select(ids, id);
+    m_anchor = id;
+    return !toggles;
+}
+
+void LibraryModel::moveBy(int rows, int modifiers) {
+    if (m_ids.empty())
+        return;
+    const int row = std::clamp(currentRow() + rows, 0, count() - 1);
+    if (modifiers & Qt::ControlModifier)
+        setCurrent(m_ids[row]);
+    else
+        clickRow(row, modifiers & Qt::ShiftModifier);
+}
+
+void LibraryModel::selectAll() {
+    if (!m_ids.empty())
+        select({m_ids.begin(), m_ids.end()}, currentRow() >= 0 ? *m_current : m_ids.front());
+}
+
+void LibraryModel::selectForMenu(int row) {
+    if (row >= 0 && row < count() && !m_store.librarySelection().contains(m_ids[row]))
+        clickRow(row, Qt::NoModifier);
+}
+
+/// Selects these; the current one is on display too if it is among them.
+void LibraryModel::select(const std::set<Uuid>& ids, const Uuid& current) {
+    m_store.setLibrarySelection(ids);
+    if (ids.contains(current))
+        m_store.setSelectedID(current);
+    setCurrent(current);
+}
+
+/// A command must not act on what is not to be seen.
+void LibraryModel::dropHiddenFromSelection() {
+    std::set<Uuid> kept;
+    std::ranges::copy_if(m_ids, std::inserter(kept, kept.end()),
+                         [this](const Uuid& id) { return m_store.librarySelection().contains(id); });
+    m_store.setLibrarySelection(std::move(kept));
+    if (m_store.librarySelection().empty() && rowOf(m_store.selectedID()) >= 0)
+        m_store.setSelectedID(m_store.selectedID());
+}
+
+void LibraryModel::setCurrent(const std::optional<Uuid>& id) {
+    m_current = id;
+    Q_EMIT currentRowChanged();
+}
+
+void LibraryModel::beginRename() {
+    if (currentRow() >= 0)
+        setRenaming(m_current);
+}
+
+void LibraryModel::rename(const QString& title) {
+    if (m_renaming)
+        m_store.setTitle(toUtf8(title), *m_renaming);
+    endRename();
+}
+
+void LibraryModel::endRename() {
+    setRenaming({});
+}
+
+void LibraryModel::setRenaming(const std::optional<Uuid>& id) {
+    if (id == m_renaming)
+        return;
+    m_renaming = id;
+    allChanged({RenamingRole});
+}
+
+} // namespace varnet

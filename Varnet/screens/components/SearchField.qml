@@ -1,0 +1,67 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import Varnet
+
+// Words to look for, taken as they are typed. Escape and the button at its end empty it.
+TextField {
+    id: root
+
+    signal left // the keyboard goes on to what was found
+
+    function begin() {
+        forceActiveFocus(Qt.ShortcutFocusReason)
+        selectAll()
+    }
+
+    Accessible.name: placeholderText
+    Accessible.searchEdit: true
+    bottomPadding: 1.5 * Theme.unit
+    color: Theme.text
+    font: Theme.body.font
+    leftPadding: 9 * Theme.unit
+    maximumLength: 200
+    placeholderTextColor: Theme.faint
+    rightPadding: 9 * Theme.unit
+    selectByMouse: true
+    selectedTextColor: Theme.text
+    selectionColor: Theme.selection
+    topPadding: 1.5 * Theme.unit
+
+    Keys.onDownPressed: left()
+    Keys.onEscapePressed: {
+        clear()
+        left()
+    }
+    Keys.onReturnPressed: left()
+    Keys.onEnterPressed: left()
+    Keys.onShortcutOverride: event => event.accepted = event.key === Qt.Key_Escape
+
+    background: Rectangle {
+        border.color: root.activeFocus ? Theme.accent : Theme.line
+        border.width: root.activeFocus ? 2 : 1
+        color: root.hovered || root.activeFocus ? Theme.surface : Theme.raised
+        radius: Theme.controlRadius
+    }
+
+    Icon {
+        anchors.left: parent.left
+        anchors.leftMargin: 3 * Theme.unit
+        anchors.verticalCenter: parent.verticalCenter
+        color: Theme.secondary
+        symbol: "search"
+    }
+
+    IconButton {
+        anchors.right: parent.right
+        anchors.rightMargin: Theme.unit
+        anchors.verticalCenter: parent.verticalCenter
+        padding: Theme.unit
+        symbol: "close"
+        text: qsTr("Clear the search")
+        visible: root.text !== ""
+        onClicked: {
+            root.clear()
+            root.forceActiveFocus(Qt.OtherFocusReason)
+        }
+    }
+}

@@ -1,0 +1,38 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import QtQuick.Layouts
+import Varnet
+
+// One command of a menu, with the key that does the same.
+MenuItem {
+    id: root
+
+    property string keys
+
+    Accessible.name: text
+    bottomPadding: Theme.unit
+    height: visible ? implicitHeight : 0
+    leftPadding: 3 * Theme.unit
+    rightPadding: 3 * Theme.unit
+    topPadding: Theme.unit
+
+    background: Rectangle {
+        color: root.highlighted ? Theme.selection : "transparent"
+        radius: Theme.controlRadius
+    }
+    contentItem: RowLayout {
+        opacity: root.enabled ? 1 : 0.45
+        spacing: 4 * Theme.unit
+
+        ThemedText {
+            Layout.fillWidth: true
+            text: root.text
+        }
+
+        ThemedText {
+            color: Theme.faint
+            text: root.keys
+            type: Theme.caption
+        }
+    }
+}

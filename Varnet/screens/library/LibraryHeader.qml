@@ -1,0 +1,54 @@
+import QtQuick
+import QtQuick.Layouts
+import Varnet
+
+// The name of the page, how much is selected or found, and the search.
+RowLayout {
+    id: root
+
+    required property LibraryModel library
+
+    signal left
+
+    function search() {
+        field.begin()
+    }
+
+    spacing: 3 * Theme.unit
+
+    ThemedText {
+        id: heading
+
+        Accessible.role: Accessible.Heading
+        text: qsTr("All Meetings")
+        type: Theme.title
+    }
+
+    ThemedText {
+        Accessible.name: text
+        Accessible.role: Accessible.StaticText
+        Layout.alignment: Qt.AlignBaseline
+        Layout.fillWidth: true
+        color: Theme.secondary
+        text: root.library.summary
+    }
+
+    SearchField {
+        id: field
+
+        Layout.preferredWidth: 70 * Theme.unit
+        placeholderText: qsTr("Search titles and transcripts")
+        visible: !root.library.empty
+        onActiveFocusChanged: if (activeFocus) root.library.prepareSearch()
+        onLeft: root.left()
+        onTextChanged: root.library.query = text
+
+        Connections {
+            function onQueryChanged() {
+                field.text = root.library.query
+            }
+
+            target: root.library
+        }
+    }
+}

@@ -1,0 +1,90 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import Varnet
+
+// The rows of the library. Arrows move the selection, Shift extends it, Ctrl with Space takes rows in and out.
+ListView {
+    id: root
+
+    required property AppCommands commands
+    required property LibraryModel library
+
+    Accessible.name: qsTr("Meetings")
+    Accessible.role: Accessible.List
+    activeFocusOnTab: true
+    bottomMargin: 6 * Theme.unit
+    boundsBehavior: Flickable.StopAtBounds
+    clip: true
+    currentIndex: library.currentRow
+    highlightMoveDuration: 0
+    keyNavigationEnabled: false
+    model: library
+    reuseItems: true
+
+    Keys.onDeletePressed: commands.deleteSelected()
+    Keys.onDownPressed: event => library.moveBy(1, event.modifiers)
+    Keys.onEnterPressed: commands.openSelected()
+    Keys.onPressed: event => {
+        const rows = ({ [Qt.Key_PageDown]: 10, [Qt.Key_PageUp]: -10, [Qt.Key_End]: count, [Qt.Key_Home]: -count })
+        event.accepted = event.key in rows
+        if (event.accepted)
+            library.moveBy(rows[event.key], event.modifiers)
+    }
+    Keys.onReturnPressed: commands.openSelected()
+    Keys.onSpacePressed: event => library.clickRow(currentIndex, event.modifiers)
+    Keys.onUpPressed: event => library.moveBy(-1, event.modifiers)
+
+    ScrollBar.vertical: ScrollBar {}
+    delegate: MeetingRow {
+        id: row
+
+        required property int index
+
+        current: ListView.isCurrentItem
+        focused: root.activeFocus
+        width: ListView.view.width
+        onChosen: modifiers => {
+            root.forceActiveFocus()
+            if (root.library.clickRow(index, modifiers))
+                root.commands.openSelected()
+        }
+        onMenuAsked: (x, y) => {
+            root.forceActiveFocus()
+            root.library.selectForMenu(index)
+            menu.popup(row, x, y)
+        }
+        onRenameEnded: {
+            root.library.endRename()
+            root.forceActiveFocus()
+        }
+        onRenamed: title => root.library.rename(title)
+    }
+
+    Shortcut {
+        enabled: root.activeFocus
+        sequences: [StandardKey.SelectAll]
+        onActivated: root.library.selectAll()
+    }
+
+    Shortcut {
+        enabled: root.activeFocus && root.library.currentRow >= 0
+        sequence: "F2"
+        onActivated: root.library.beginRename()
+    }
+
+    Shortcut {
+        enabled: root.activeFocus && root.currentItem
+        sequences: ["Menu", "Shift+F10"]
+        onActivated: {
+            root.library.selectForMenu(root.currentIndex)
+            menu.popup(root.currentItem, 8 * Theme.unit, root.currentItem.height - 2 * Theme.unit)
+        }
+    }
+
+    RowMenu {
+        id: menu
+
+        commands: root.commands
+        library: root.library
+    }
+}

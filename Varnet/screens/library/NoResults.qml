@@ -1,0 +1,36 @@
+import QtQuick
+import QtQuick.Layouts
+import Varnet
+
+// What stands in the library when no meeting has the words that are searched for.
+ColumnLayout {
+    id: root
+
+    required property string query
+
+    signal cleared
+
+    spacing: Theme.unit
+
+    ThemedText {
+        Layout.fillWidth: true
+        horizontalAlignment: Text.AlignHCenter
+        text: qsTr("Nothing found for “%1”").arg(root.query)
+        type: Theme.heading
+    }
+
+    ThemedText {
+        Layout.fillWidth: true
+        color: Theme.secondary
+        horizontalAlignment: Text.AlignHCenter
+        text: qsTr("Titles and transcripts are searched for exactly these letters.")
+        wrapMode: Text.Wrap
+    }
+
+    PlainButton {
+        Layout.alignment: Qt.AlignHCenter
+        Layout.topMargin: 3 * Theme.unit
+        text: qsTr("Clear search")
+        onClicked: root.cleared()
+    }
+}

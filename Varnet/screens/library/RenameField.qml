@@ -1,0 +1,41 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import Varnet
+
+// A title edited in its row: Enter or leaving it keeps the new words, Escape the old ones.
+TextField {
+    id: root
+
+    required property string title
+
+    signal renamed(string title)
+    signal ended
+
+    Accessible.name: qsTr("Title")
+    bottomPadding: 0
+    color: Theme.text
+    font: Theme.emphasis.font
+    leftPadding: Theme.unit
+    maximumLength: 300
+    rightPadding: Theme.unit
+    selectByMouse: true
+    selectedTextColor: Theme.text
+    selectionColor: Theme.selection
+    topPadding: 0
+
+    Component.onCompleted: {
+        text = title
+        forceActiveFocus()
+        selectAll()
+    }
+    Keys.onEscapePressed: ended()
+    Keys.onShortcutOverride: event => event.accepted = event.key === Qt.Key_Escape
+    onEditingFinished: renamed(text)
+
+    background: Rectangle {
+        border.color: Theme.accent
+        border.width: 2
+        color: Theme.surface
+        radius: Theme.controlRadius
+    }
+}

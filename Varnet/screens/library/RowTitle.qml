@@ -1,0 +1,36 @@
+import QtQuick
+import Varnet
+
+// The title of a row, edited in its place while it is renamed.
+Item {
+    id: root
+
+    required property string title
+    required property bool renaming
+
+    signal renamed(string title)
+    signal renameEnded
+
+    implicitHeight: words.implicitHeight
+
+    ThemedText {
+        id: words
+
+        Accessible.ignored: true
+        text: root.title
+        type: Theme.emphasis
+        visible: !root.renaming
+        width: parent.width
+    }
+
+    Loader {
+        active: root.renaming
+        anchors.fill: parent
+        anchors.leftMargin: -2 * Theme.unit
+        sourceComponent: RenameField {
+            title: root.title
+            onEnded: root.renameEnded()
+            onRenamed: title => root.renamed(title)
+        }
+    }
+}

@@ -1,0 +1,132 @@
+#include "MeetingCore/audio/DurableWAV.h"
+#include "MeetingCore/records/MeetingStatus.h"
+#include "Varnet/store/DurationCache.h"
+#include "Varnet/store/LibrarySearch.h"
+#include "Varnet/store/MeetingPresentation.h"
+#include "Varnet/store/SearchIndex.h"
+#include "tests/support/Await.h"
+#include "tests/support/StoreFixture.h"
+
+#include <gtest/gtest.h>
+
+namespace varnet::test {
+namespace {
+
+Meeting spoken(const std::string& title, const std::vector<std::string>& texts) {
+    auto meeting = Meeting::make(title);
+    for (const auto& text : texts)
+        meeting.turns.push_back({Uuid::random(), 0, 1, "Speaker 1", text, {}});
+    return meeting;
+}
+
+class Recordings : public StoreFixture {
+protected:
+    /// A stored meeting with so many seconds of silence.
+    Meeting recorded(double seconds) {
+        auto meeting = spoken("Recorded", {"Hello"});
+        meeting.audioFilename = "meeting.wav";
+        repository.save(meeting);
+        record(meeting, seconds);
+        return meeting;
+    }
+    void record(const Meeting& meeting, double seconds) {
+        DurableWAV(repository.directory(meeting.id) / "meeting.wav")
+            .append(std::vector<std::byte>(static_cast<std::size_t>(seconds * 32'000)));
+    }
+};
+
+} // namespace
+
+TEST(SearchIndex, FindsLettersOfTitleAndTurnsInEitherCase) {
+    auto meeting = spoken("Quarterly Review", {"We ship on Friday.", "ÄRGER mit dem Zoll"});
+    meeting.turns[1].editedText = "Ärger am ZOLL";
+    meeting.notes = "private";
+    SearchIndex index;
+    const std::vector<std::pair<const char*, bool>> rows{
+        {"", true},         {"QUARTERLY", true}, {"ly rev", true},     {"friday.", true},   {"ärger am zoll", true},
+        {"mit dem", false}, {"private", false},  {"review\nwe", true}, {"review we", false}};
+    for (const auto& [query, found] : rows)
+        EXPECT_EQ(index.matches(query, meeting), found) << query;
+}
+
+TEST(SearchIndex, LooksAgainAfterWhateverAReaderSeesHasChanged) {
+    const auto original = spoken("Title", {"first", "middle", "last"});
+    const std::vector<std::pair<const char*, std::function<void(Meeting&)>>> changes{
+        {"an edit", [](Meeting& meeting) { meeting.turns[1].editedText = "changed"; }},
+        {"the title", [](Meeting& meeting) { meeting.title = "changed"; }},
+        {"another turn", [](Meeting& meeting) { meeting.turns.push_back(spoken("", {"changed"}).turns[0]); }},
+        {"other turns", [](Meeting& meeting) { meeting.turns = spoken("", {"changed", "b", "c"}).turns; }},
+    };
+    for (const auto& [name, change] : changes) {
+        SearchIndex index;
+        auto meeting = original;
+        EXPECT_FALSE(index.matches("changed", meeting)) << name;
+        change(meeting);
+        EXPECT_TRUE(index.matches("changed", meeting)) << name;
+        EXPECT_NE(TranscriptSignature::of(meeting), TranscriptSignature::of(original)) << name;
+    }
+    auto named = original;
+    named.speakerNames.emplace();
+    EXPECT_NE(TranscriptSignature::of(named), TranscriptSignature::of(original));
+}
+
+TEST(LibrarySearch, IsPreparedOffTheMainThreadAndFollowsTheList) {
+    std::vector<Meeting> meetings;
+    for (int i = 0; i < 30; ++i) // more than is copied at a time
+        meetings.push_back(spoken(i % 3 ? "Other" : "Third", {std::string(100'000, 'A') + std::to_string(i)}));
+    SearchIndex index;
+    LibrarySearch search(meetings, index);
+    await(LibrarySearch::prepare(&search, {}));
+    EXPECT_TRUE(std::ranges::all_of(meetings, [&](const auto& meeting) { return index.holds(meeting); }));
+
+    EXPECT_EQ(search.find("third").size(), 10U);
+    EXPECT_EQ(search.find("a29"), std::vector<std::size_t>{29});
+    meetings[29].title = "Third";
+    meetings.erase(meetings.begin());
+    search.forget();
+    EXPECT_EQ(search.find("third"), (std::vector<std::size_t>{2, 5, 8, 11, 14, 17, 20, 23, 26, 28}));
+}
+
+TEST(SearchSnippet, ShowsTheHitAsItWasSpokenAmongItsWords) {
+    struct Row {
+        std::string query, text;
+        std::optional<SearchSnippet> snippet;
+    };
+    const std::vector<Row> rows{
+        {"ship", "We\nSHIP on Friday", SearchSnippet{"We ", "SHIP", " on Friday"}},
+        {"missing", "We ship on Friday", {}},
+        // The dotted capital is two bytes and becomes three; the Kelvin sign is three and becomes one.
+        {"at", "İİ \u212A AT once", SearchSnippet{"İİ \u212A ", "AT", " once"}},
+        {"friday", "It was agreed by everybody in the room that we are going to ship on Friday",
+         SearchSnippet{"…in the room that we are going to ship on ", "Friday", ""}},
+        {"x", std::string(60, 'a') + "x", SearchSnippet{"…" + std::string(48, 'a'), "x", ""}},
+        {"x", "x" + std::string(239, 'a') + "ä", SearchSnippet{"", "x", std::string(239, 'a') + "…"}},
+    };
+    for (const auto& [query, text, snippet] : rows)
+        EXPECT_EQ(SearchSnippet::find(query, spoken("Ship", {"Hello", text})), snippet) << query << " in " << text;
+}
+
+TEST_F(Recordings, TheDurationIsThatOfTheFileAsItIsNow) {
+    const auto meeting = recorded(75);
+    openStore();
+    DurationCache cache;
+    EXPECT_EQ(cache.duration(meeting, store()), 75.0);
+    record(meeting, 60.5);
+    EXPECT_EQ(cache.duration(meeting, store()), 60.5);
+    std::filesystem::resize_file(repository.directory(meeting.id) / "meeting.wav", 20);
+    EXPECT_EQ(cache.duration(meeting, store()), std::nullopt);
+}
+
+TEST_F(Recordings, AShortfallIsMoreThanFiveSecondsOfAudioWithoutWords) {
+    auto meeting = recorded(65);
+    openStore();
+    meeting.status = MeetingStatus::savedRetryTranscription;
+    meeting.turns[0].end = 60;
+    EXPECT_EQ(MeetingPresentation::transcriptShortfall(meeting, store()), std::nullopt);
+    meeting.turns[0].end = 59.5;
+    EXPECT_EQ(MeetingPresentation::transcriptShortfall(meeting, store()), (TranscriptShortfall{59.5, 65}));
+    meeting.status = MeetingStatus::interrupted;
+    EXPECT_EQ(MeetingPresentation::transcriptShortfall(meeting, store()), std::nullopt);
+}
+
+} // namespace varnet::test
