@@ -6,11 +6,11 @@
 #include "MeetingCore/audio/Levels.h"
 #include "MeetingCore/audio/Resampler.h"
 #include "bench/PlainLoops.h"
+#include "bench/Ratios.h"
 
 #include <soxr.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cmath>
 #include <cstdio>
 #include <cstring>
@@ -20,39 +20,10 @@
 namespace {
 
 using namespace varnet;
+using namespace varnet::bench;
 
 constexpr std::size_t blockFrames = 2'560;
 constexpr int rounds = 60;
-bool missed = false;
-
-/// Keeps a result from being optimised away.
-template <class T>
-void keep(const T& value) {
-    asm volatile("" : : "g"(&value) : "memory");
-}
-
-template <class Work>
-double secondsOf(Work& work) {
-    const auto begin = std::chrono::steady_clock::now();
-    work();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
-}
-
-/// The best times of both over many rounds, taken in turns, so that a busy machine disturbs both alike.
-template <class Ours, class Theirs>
-std::pair<double, double> compare(Ours ours, Theirs theirs) {
-    std::pair best{1e9, 1e9};
-    for (int round = 0; round < rounds; ++round) {
-        best.first = std::min(best.first, secondsOf(ours));
-        best.second = std::min(best.second, secondsOf(theirs));
-    }
-    return best;
-}
-
-void row(const char* what, const char* against, double value, const char* unit, bool met, const char* limit) {
-    std::printf("%-34s %-38s %8.2f %-3s  %-12s %s\n", what, against, value, unit, limit, met ? "" : "MISSED");
-    missed |= !met;
-}
 
 std::vector<float> noise(std::size_t count) {
     std::mt19937 generator(7);
@@ -70,7 +41,7 @@ void benchPCM() {
                 keep(convert(samples));
         };
     };
-    const auto [ours, theirs] = compare(repeat(&DurableWAV::pcm), repeat(&plain::pcm));
+    const auto [ours, theirs] = compare(repeat(&DurableWAV::pcm), repeat(&plain::pcm), rounds);
     row("float to 16-bit PCM", "plain loop, vectorisation off", theirs / ours, "x", theirs / ours >= 4, ">= 4 x");
 }
 
@@ -82,7 +53,7 @@ void benchLevel() {
                 keep(level(samples));
         };
     };
-    const auto [ours, theirs] = compare(repeat(&rmsLevel), repeat(&plain::rmsLevel));
+    const auto [ours, theirs] = compare(repeat(&rmsLevel), repeat(&plain::rmsLevel), rounds);
     row("level of a block, time", "strict loop", ours / theirs, "x", ours / theirs <= 1.15, "<= 1.15 x");
 }
 
@@ -111,7 +82,7 @@ void benchTimeline() {
                 keep(block[0]);
             }
     };
-    const auto [own, copies] = compare(ours, theirs);
+    const auto [own, copies] = compare(ours, theirs, rounds);
     row("ring append and drain, time", "two copies of the same bytes", own / copies, "x", own / copies <= 2, "<= 2 x");
 }
 
@@ -152,7 +123,7 @@ std::vector<float> resampleWithSoxr(const std::vector<float>& input) {
 
 void benchResampler() {
     const auto input = tone(1'000, 480'000); // ten seconds
-    const auto [ours, theirs] = compare([&] { keep(resample(input)); }, [&] { keep(resampleWithSoxr(input)); });
+    const auto [ours, theirs] = compare([&] { keep(resample(input)); }, [&] { keep(resampleWithSoxr(input)); }, rounds);
     row("capture resampler, speed", "libsoxr HQ", theirs / ours, "x", theirs / ours >= 0.5, ">= 0.5 x");
     std::printf("%-34s %-38s %8.0f x\n", "", "(times real time, one core)", 10 / ours);
 }
@@ -192,7 +163,7 @@ void measureResampler() {
 } // namespace
 
 int main() {
-    std::printf("%-34s %-38s %8s      %s\n", "audio", "against", "ratio", "limit");
+    heading("audio");
     benchPCM();
     benchTimeline();
     benchLevel();

@@ -10,4 +10,6 @@ for bench in "$build"/bench/*_bench; do
 done
 tests/support/own-network -- tests/support/private-session --pipewire --display -- \
     bench/recording-cpu.py "$build/Varnet/varnet" "$build/runtime" || failed=1
+tests/support/own-network -- tests/support/private-session --display -- \
+    bench/start.py "$build/Varnet/varnet" || failed=1
 exit $failed

@@ -6,7 +6,7 @@ import Varnet
 TextField {
     id: root
 
-    signal left // the keyboard goes on to what was found
+    signal passedOn // the keyboard goes on to what was found
 
     function begin() {
         forceActiveFocus(Qt.ShortcutFocusReason)
@@ -27,13 +27,13 @@ TextField {
     selectionColor: Theme.selection
     topPadding: 1.5 * Theme.unit
 
-    Keys.onDownPressed: left()
+    Keys.onDownPressed: passedOn()
     Keys.onEscapePressed: {
         clear()
-        left()
+        passedOn()
     }
-    Keys.onReturnPressed: left()
-    Keys.onEnterPressed: left()
+    Keys.onReturnPressed: passedOn()
+    Keys.onEnterPressed: passedOn()
     Keys.onShortcutOverride: event => event.accepted = event.key === Qt.Key_Escape
 
     background: Rectangle {

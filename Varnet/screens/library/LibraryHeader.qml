@@ -8,7 +8,7 @@ RowLayout {
 
     required property LibraryModel library
 
-    signal left
+    signal passedOn
 
     function search() {
         field.begin()
@@ -40,7 +40,7 @@ RowLayout {
         placeholderText: qsTr("Search titles and transcripts")
         visible: !root.library.empty
         onActiveFocusChanged: if (activeFocus) root.library.prepareSearch()
-        onLeft: root.left()
+        onPassedOn: root.passedOn()
         onTextChanged: root.library.query = text
 
         Connections {

@@ -27,7 +27,7 @@ FocusScope {
         anchors.top: parent.top
         anchors.topMargin: 7 * Theme.unit
         library: root.library
-        onLeft: {
+        onPassedOn: {
             list.forceActiveFocus(Qt.TabFocusReason)
             if (root.library.currentRow < 0)
                 root.library.moveBy(1)
