@@ -71,8 +71,7 @@ bool MainWindow::open() {
     m_window->installEventFilter(this);
     restoreGeometry();
     connect(
-        m_window, &QQuickWindow::frameSwapped, this, [] { qCInfo(startLog, "first frame"); },
-        Qt::SingleShotConnection);
+        m_window, &QQuickWindow::frameSwapped, this, [] { qCInfo(startLog, "first frame"); }, Qt::SingleShotConnection);
     m_window->show();
     return true;
 }
