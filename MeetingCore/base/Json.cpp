@@ -6,6 +6,7 @@
 
 #include <charconv>
 #include <cmath>
+#include <utility>
 
 namespace varnet {
 
@@ -106,11 +107,15 @@ void JsonWriter::boolean(bool value) {
     m_out += value ? "true" : "false";
 }
 
-std::string JsonWriter::take() && {
+std::string JsonWriter::takePart() {
+    return std::exchange(m_out, {});
+}
+
+std::string JsonWriter::finish() {
     VARNET_ASSERT(m_depth == 0);
     if (m_pretty)
         m_out += '\n';
-    return std::move(m_out);
+    return takePart();
 }
 
 void JsonWriter::open(char bracket) {

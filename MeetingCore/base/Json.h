@@ -46,8 +46,13 @@ public:
     void integer(std::int64_t value);
     void boolean(bool value);
 
-    /// The whole document.
-    std::string take() &&;
+    /// What was written since the last call; the writer goes on behind it.
+    std::string takePart();
+    /// Goes on as if elements stood in the open array already.
+    void passElements() { m_empty = false; }
+
+    /// The rest of the document, once everything is closed.
+    std::string finish();
 
 private:
     void open(char bracket);

@@ -70,23 +70,30 @@ constexpr bool hasSortedKeys() {
         JsonRecord<Record>::fields);
 }
 
+template <class Record, class Value>
+void writeMember(JsonWriter& writer, const Record& record, const JsonField<Record, Value>& field) {
+    const Value& value = record.*field.member;
+    if constexpr (isOptional<Value>) {
+        if (!value)
+            return;
+        writer.key(field.key);
+        writeValue(writer, *value, field.range);
+    } else {
+        writer.key(field.key);
+        writeValue(writer, value, field.range);
+    }
+}
+
+template <class Record, class Fields>
+void writeMembers(JsonWriter& writer, const Record& record, const Fields& fields) {
+    std::apply([&](const auto&... field) { (writeMember(writer, record, field), ...); }, fields);
+}
+
 template <class Record>
 void writeRecord(JsonWriter& writer, const Record& record) {
     static_assert(hasSortedKeys<Record>());
     writer.beginObject();
-    const auto writeField = [&]<class Value>(const JsonField<Record, Value>& field) {
-        const Value& value = record.*field.member;
-        if constexpr (isOptional<Value>) {
-            if (!value)
-                return;
-            writer.key(field.key);
-            writeValue(writer, *value, field.range);
-        } else {
-            writer.key(field.key);
-            writeValue(writer, value, field.range);
-        }
-    };
-    std::apply([&](const auto&... field) { (writeField(field), ...); }, JsonRecord<Record>::fields);
+    writeMembers(writer, record, JsonRecord<Record>::fields);
     writer.endObject();
 }
 
@@ -97,7 +104,7 @@ template <class Value>
 std::string encodeJson(const Value& value, JsonLayout layout = JsonLayout::pretty) {
     JsonWriter writer(layout);
     json::writeValue(writer, value, anyTime);
-    return std::move(writer).take();
+    return writer.finish();
 }
 
 } // namespace varnet

@@ -3,6 +3,7 @@
 #include "MeetingCore/base/AtomicFile.h"
 #include "MeetingCore/base/JsonDecoding.h"
 #include "MeetingCore/base/Text.h"
+#include "MeetingCore/records/MeetingEncoder.h"
 #include "MeetingCore/records/MeetingJson.h"
 
 #include <algorithm>
@@ -94,6 +95,12 @@ void MeetingRepository::save(const Meeting& meeting) const {
     const fs::path folder = directory(meeting.id);
     makePrivateDirectories(folder);
     writeFileAtomically(folder / recordName, encodeMeeting(meeting));
+}
+
+void MeetingRepository::save(const Meeting& meeting, MeetingEncoder& encoder) const {
+    const fs::path folder = directory(meeting.id);
+    makePrivateDirectories(folder);
+    writeFileAtomically(folder / recordName, encoder.encode(meeting));
 }
 
 Meeting MeetingRepository::load(const Uuid& id) const {

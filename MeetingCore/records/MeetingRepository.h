@@ -9,6 +9,7 @@
 
 namespace varnet {
 
+class MeetingEncoder;
 struct DeletedMeeting;
 struct MeetingHistory;
 struct MeetingHistoryEntry;
@@ -37,6 +38,9 @@ public:
     /// Writes the record so that a crash leaves the whole old or the whole new document. Throws FileFailure, and
     /// JsonFailure for a record that could not be read again (see encodeMeeting).
     void save(const Meeting& meeting) const;
+
+    /// The same with an encoder that the caller keeps, for a meeting that is saved again and again while it grows.
+    void save(const Meeting& meeting, MeetingEncoder& encoder) const;
 
     /// Throws FileFailure when the record cannot be read, JsonFailure when it does not decode.
     Meeting load(const Uuid& id) const;
