@@ -76,7 +76,8 @@ void writeFileAtomically(const std::filesystem::path& path, std::string_view byt
 
 namespace {
 
-DatedContent readWhole(const std::filesystem::path& path, std::size_t maximumBytes, int linkFlags) {
+/// Gives when the file was last written.
+Date readWhole(const std::filesystem::path& path, std::string& bytes, std::size_t maximumBytes, int linkFlags) {
     // Without O_NONBLOCK the opening of a pipe would wait for a writer.
     const int flags = O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY | linkFlags;
     const FileDescriptor file(uninterrupted([&] { return ::open(path.c_str(), flags); }));
@@ -90,7 +91,7 @@ DatedContent readWhole(const std::filesystem::path& path, std::size_t maximumByt
     if (static_cast<std::uintmax_t>(status.st_size) > maximumBytes)
         throw FileFailure::reading(path, EFBIG);
 
-    std::string bytes(static_cast<std::size_t>(status.st_size), '\0');
+    bytes.resize(static_cast<std::size_t>(status.st_size));
     std::size_t filled = 0;
     while (filled < bytes.size()) {
         const ssize_t got =
@@ -102,18 +103,25 @@ DatedContent readWhole(const std::filesystem::path& path, std::size_t maximumByt
         filled += static_cast<std::size_t>(got);
     }
     bytes.resize(filled);
-    const double modified = static_cast<double>(status.st_mtim.tv_sec) + 1e-9 * status.st_mtim.tv_nsec;
-    return {.bytes = std::move(bytes), .modifiedAt = Date::fromUnix(modified)};
+    return Date::fromUnix(static_cast<double>(status.st_mtim.tv_sec) + 1e-9 * status.st_mtim.tv_nsec);
 }
 
 } // namespace
 
 std::string readFile(const std::filesystem::path& path, std::size_t maximumBytes) {
-    return readWhole(path, maximumBytes, 0).bytes;
+    std::string bytes;
+    readWhole(path, bytes, maximumBytes, 0);
+    return bytes;
+}
+
+void readFile(const std::filesystem::path& path, std::string& bytes, std::size_t maximumBytes) {
+    readWhole(path, bytes, maximumBytes, 0);
 }
 
 DatedContent readFileItself(const std::filesystem::path& path, std::size_t maximumBytes) {
-    return readWhole(path, maximumBytes, O_NOFOLLOW);
+    DatedContent content;
+    content.modifiedAt = readWhole(path, content.bytes, maximumBytes, O_NOFOLLOW);
+    return content;
 }
 
 void makePrivateDirectories(const std::filesystem::path& path) {

@@ -21,6 +21,9 @@ void writeFileAtomically(const std::filesystem::path& path, std::string_view byt
 /// such as a folder, a pipe or a device, is refused without waiting for it. Throws FileFailure.
 std::string readFile(const std::filesystem::path& path, std::size_t maximumBytes = std::size_t{256} << 20);
 
+/// The same into a text that keeps its memory from file to file. After a failure its content is unspecified.
+void readFile(const std::filesystem::path& path, std::string& bytes, std::size_t maximumBytes);
+
 /// A file's content and when it was last written, both of the same file.
 struct DatedContent {
     std::string bytes;

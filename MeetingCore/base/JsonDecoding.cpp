@@ -1,5 +1,7 @@
 #include "MeetingCore/base/JsonDecoding.h"
 
+#include <algorithm>
+
 namespace varnet::json {
 
 using simdjson::ondemand::json_type;
@@ -46,6 +48,17 @@ Uuid readUuid(simdjson::ondemand::value value) {
     if (!id)
         throw simdjson::simdjson_error(simdjson::INCORRECT_TYPE);
     return *id;
+}
+
+std::size_t placeOf(simdjson::ondemand::field& field, std::span<const FieldName> names) {
+    const std::string_view key = field.unescaped_key();
+    return static_cast<std::size_t>(std::ranges::find(names, key, &FieldName::key) - names.begin());
+}
+
+void requireFields(std::span<const FieldName> names, std::uint64_t seen) {
+    for (std::size_t place = 0; place < names.size(); ++place)
+        if (names[place].required && !(seen >> place & 1))
+            failField(names[place].key, "is missing");
 }
 
 void checkElementCount(std::size_t count) {

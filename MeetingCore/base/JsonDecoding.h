@@ -6,7 +6,9 @@
 
 #include <simdjson.h>
 
+#include <array>
 #include <cstdint>
+#include <span>
 #include <type_traits>
 #include <utility>
 
@@ -35,112 +37,119 @@ Enumeration readName(std::string_view name) {
     throw simdjson::simdjson_error(simdjson::INCORRECT_TYPE);
 }
 
-template <class Record>
-Record readRecord(simdjson::ondemand::object object);
-
 template <class T>
-T readValue(simdjson::ondemand::value value, const JsonRange& range) {
+T blank() {
+    if constexpr (requires { JsonRecord<T>::blank(); })
+        return JsonRecord<T>::blank();
+    else
+        return T{};
+}
+
+/// Into a blank record.
+template <class Record>
+void readRecord(simdjson::ondemand::object object, Record& record);
+
+/// Whatever `target` held is gone.
+template <class T>
+void readValue(simdjson::ondemand::value value, const JsonRange& range, T& target) {
     if constexpr (std::is_same_v<T, std::string>) {
-        return std::string(value.get_string().value());
+        target.assign(value.get_string().value());
     } else if constexpr (std::is_same_v<T, bool>) {
-        return value.get_bool();
+        target = value.get_bool();
     } else if constexpr (std::is_same_v<T, std::int64_t>) {
-        return value.get_int64();
+        target = value.get_int64();
     } else if constexpr (std::is_same_v<T, double>) {
-        return readNumber(value, range);
+        target = readNumber(value, range);
     } else if constexpr (std::is_same_v<T, Date>) {
-        return {readNumber(value, dateRange)};
+        target.secondsSinceReference = readNumber(value, dateRange);
     } else if constexpr (std::is_same_v<T, Uuid>) {
-        return readUuid(value);
+        target = readUuid(value);
     } else if constexpr (std::is_enum_v<T>) {
-        return readName<T>(value.get_string());
+        target = readName<T>(value.get_string());
     } else if constexpr (isOptional<T>) {
-        if (value.is_null())
-            return std::nullopt;
-        return readValue<typename T::value_type>(value, range);
+        target.reset();
+        if (!value.is_null())
+            readValue(value, range, target.emplace(blank<typename T::value_type>()));
     } else if constexpr (isVector<T>) {
-        T elements;
+        target.clear();
         simdjson::ondemand::array array = value.get_array();
         for (simdjson::ondemand::value element : array) {
-            checkElementCount(elements.size());
-            elements.push_back(readValue<typename T::value_type>(element, range));
+            checkElementCount(target.size());
+            readValue(element, range, target.emplace_back(blank<typename T::value_type>()));
         }
-        return elements;
     } else if constexpr (isMap<T>) {
-        T entries;
+        target.clear();
         simdjson::ondemand::object object = value.get_object();
         for (simdjson::ondemand::field field : object) {
-            checkElementCount(entries.size());
+            checkElementCount(target.size());
             std::string key(field.unescaped_key().value());
-            entries.insert_or_assign(std::move(key), readValue<typename T::mapped_type>(field.value(), range));
+            readValue(field.value(), range, target[std::move(key)]);
         }
-        return entries;
     } else {
-        return readRecord<T>(value.get_object());
+        readRecord(value.get_object(), target);
     }
 }
 
 template <class Record>
-Record blankRecord() {
-    if constexpr (requires { JsonRecord<Record>::blank(); })
-        return JsonRecord<Record>::blank();
-    else
-        return Record{};
-}
+inline constexpr std::size_t fieldCount = std::tuple_size_v<std::remove_cvref_t<decltype(JsonRecord<Record>::fields)>>;
 
-/// Reads the value into the field with this key. Gives the field's place in the table, or the table's size if no field
-/// has the key.
-template <class Record>
-std::size_t readField(Record& record, std::string_view key, simdjson::ondemand::value value) {
-    std::size_t place = 0;
-    std::apply(
-        [&](const auto&... field) {
-            const auto tryField = [&]<class Value>(const JsonField<Record, Value>& candidate) {
-                if (candidate.key != key)
-                    return false;
-                record.*candidate.member = readValue<Value>(value, candidate.range);
-                return true;
-            };
-            (void)((tryField(field) || (++place, false)) || ...);
-        },
-        JsonRecord<Record>::fields);
-    return place;
-}
+struct FieldName {
+    std::string_view key;
+    bool required;
+};
 
 template <class Record>
-void requireFields(std::uint64_t seen) {
-    std::uint64_t bit = 1;
-    std::apply(
-        [&](const auto&... field) {
-            const auto require = [&]<class Value>(const JsonField<Record, Value>& candidate) {
-                if (!isOptional<Value> && !(seen & bit))
-                    failField(candidate.key, "is missing");
-                bit <<= 1;
-            };
-            (require(field), ...);
-        },
-        JsonRecord<Record>::fields);
+constexpr auto fieldNames = std::apply(
+    []<class... Value>(const JsonField<Record, Value>&... field) {
+        return std::array{FieldName{field.key, !isOptional<Value>}...};
+    },
+    JsonRecord<Record>::fields);
+
+/// The place of the field with this key, their number if there is none.
+std::size_t placeOf(simdjson::ondemand::field& field, std::span<const FieldName> names);
+
+/// The same, by comparing the key as it stands in the document with fields from `expected` on, where it is found in
+/// documents whose keys are in order.
+template <class Record, std::size_t... places>
+std::size_t placeOf(simdjson::ondemand::field& field, std::size_t expected, std::index_sequence<places...>) {
+    const simdjson::ondemand::raw_json_string raw = field.key();
+    std::size_t found = 0;
+    const bool inOrder =
+        ((places >= expected && raw.unsafe_is_equal(fieldNames<Record>[places].key) && (found = places, true)) || ...);
+    return inOrder ? found : placeOf(field, fieldNames<Record>);
+}
+
+void requireFields(std::span<const FieldName> names, std::uint64_t seen);
+
+template <class Record, std::size_t... places>
+void readField(Record& record, std::size_t place, simdjson::ondemand::value value, std::index_sequence<places...>) {
+    const auto readInto = [&](const auto& field) { readValue(value, field.range, record.*field.member); };
+    (void)((place == places && (readInto(std::get<places>(JsonRecord<Record>::fields)), true)) || ...);
 }
 
 template <class Record>
-Record readRecord(simdjson::ondemand::object object) {
-    constexpr std::size_t fieldCount = std::tuple_size_v<decltype(JsonRecord<Record>::fields)>;
-    static_assert(fieldCount < 64);
-    Record record = blankRecord<Record>();
+void readRecord(simdjson::ondemand::object object, Record& record) {
+    constexpr std::size_t count = fieldCount<Record>;
+    static_assert(count < 64);
+    constexpr auto places = std::make_index_sequence<count>();
+    constexpr std::span<const FieldName> names = fieldNames<Record>;
     std::uint64_t seen = 0;
+    std::size_t expected = 0;
     for (simdjson::ondemand::field field : object) {
-        const std::string_view key = field.unescaped_key();
-        try {
-            const std::size_t place = readField(record, key, field.value());
-            if (place == fieldCount)
-                skip(field.value());
-            seen |= std::uint64_t{1} << place;
-        } catch (const simdjson::simdjson_error&) {
-            failField(key, "has a value that is not valid");
+        const std::size_t place = placeOf<Record>(field, expected, places);
+        if (place == count) {
+            skip(field.value());
+            continue;
         }
+        try {
+            readField(record, place, field.value(), places);
+        } catch (const simdjson::simdjson_error&) {
+            failField(names[place].key, "has a value that is not valid");
+        }
+        seen |= std::uint64_t{1} << place;
+        expected = place + 1;
     }
-    requireFields<Record>(seen);
-    return record;
+    requireFields(names, seen);
 }
 
 } // namespace json
@@ -151,19 +160,24 @@ public:
     /// The record that is the whole document. Throws JsonFailure.
     template <class Record>
     Record decode(std::string_view document) {
-        return decode(document, [](simdjson::ondemand::object object) { return json::readRecord<Record>(object); });
+        m_buffer.assign(document);
+        return decodeBuffer<Record>();
     }
 
-private:
-    template <class Read>
-    auto decode(std::string_view text, Read read) {
-        if (text.size() > JsonLimits::maximumBytes)
+    /// Where to put the next document for decodeBuffer. It keeps its memory.
+    std::string& buffer() { return m_buffer; }
+
+    template <class Record>
+    Record decodeBuffer() {
+        const std::size_t size = m_buffer.size();
+        if (size > JsonLimits::maximumBytes)
             throw JsonFailure("it is too large");
         // Zeros behind the end keep a document that is cut off from borrowing brackets of an earlier one.
-        m_buffer.assign(text).append(simdjson::SIMDJSON_PADDING, '\0');
+        m_buffer.append(simdjson::SIMDJSON_PADDING, '\0');
         try {
-            simdjson::ondemand::document document = m_parser.iterate(m_buffer.data(), text.size(), m_buffer.size());
-            auto record = read(document.get_object());
+            simdjson::ondemand::document document = m_parser.iterate(m_buffer.data(), size, m_buffer.size());
+            Record record = json::blank<Record>();
+            json::readRecord(document.get_object(), record);
             if (document.current_location().error() != simdjson::OUT_OF_BOUNDS)
                 throw JsonFailure("something follows its end");
             return record;
@@ -172,6 +186,7 @@ private:
         }
     }
 
+private:
     simdjson::ondemand::parser m_parser;
     std::string m_buffer;
 };

@@ -16,15 +16,16 @@ constexpr bool hyphenAfter(std::size_t index) {
     return index == 3 || index == 5 || index == 7 || index == 9;
 }
 
-std::optional<std::uint8_t> hexDigit(char c) {
-    if (c >= '0' && c <= '9')
-        return static_cast<std::uint8_t>(c - '0');
-    if (c >= 'A' && c <= 'F')
-        return static_cast<std::uint8_t>(c - 'A' + 10);
-    if (c >= 'a' && c <= 'f')
-        return static_cast<std::uint8_t>(c - 'a' + 10);
-    return std::nullopt;
-}
+/// Values of hexadecimal digits by character; other characters have bits above 0x0F.
+constexpr auto digitValues = [] {
+    std::array<std::uint8_t, 256> values{};
+    values.fill(0xFF);
+    for (std::uint8_t value = 0; value < 16; ++value) {
+        values[static_cast<std::size_t>("0123456789abcdef"[value])] = value;
+        values[static_cast<std::size_t>("0123456789ABCDEF"[value])] = value;
+    }
+    return values;
+}();
 
 } // namespace
 
@@ -45,18 +46,17 @@ std::optional<Uuid> Uuid::parse(std::string_view text) {
     if (text.size() != 36)
         return std::nullopt;
     Uuid id;
-    std::size_t at = 0;
+    const char* at = text.data();
+    unsigned wrong = 0;
     for (std::size_t index = 0; index < id.bytes.size(); ++index) {
-        const auto high = hexDigit(text[at]);
-        const auto low = hexDigit(text[at + 1]);
-        if (!high || !low)
-            return std::nullopt;
-        id.bytes[index] = static_cast<std::uint8_t>(*high << 4 | *low);
-        at += 2;
-        if (hyphenAfter(index) && text[at++] != '-')
+        const unsigned high = digitValues[static_cast<unsigned char>(*at++)];
+        const unsigned low = digitValues[static_cast<unsigned char>(*at++)];
+        wrong |= high | low;
+        id.bytes[index] = static_cast<std::uint8_t>(high << 4 | low);
+        if (hyphenAfter(index) && *at++ != '-')
             return std::nullopt;
     }
-    return id;
+    return wrong > 0x0F ? std::nullopt : std::optional(id);
 }
 
 std::string Uuid::text() const {

@@ -18,11 +18,11 @@ std::string encodeSources(std::span<const NoteSource> sources) {
 
 Meeting decodeMeeting(std::string_view json) {
     JsonParser parser;
-    return decodeMeeting(json, parser);
+    return parser.decode<Meeting>(json);
 }
 
-Meeting decodeMeeting(std::string_view json, JsonParser& parser) {
-    return parser.decode<Meeting>(json);
+Meeting decodeMeeting(JsonParser& parser) {
+    return parser.decodeBuffer<Meeting>();
 }
 
 } // namespace varnet

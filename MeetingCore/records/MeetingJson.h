@@ -21,8 +21,8 @@ std::string encodeMeeting(const Meeting& meeting);
 /// fields are absent; unknown keys are ignored; of repeated keys the last one counts.
 Meeting decodeMeeting(std::string_view json);
 
-/// The same with a parser that the caller keeps, for many documents one after another.
-Meeting decodeMeeting(std::string_view json, JsonParser& parser);
+/// The same for the document in the parser's buffer, for many documents one after another.
+Meeting decodeMeeting(JsonParser& parser);
 
 /// The sources as an array without white space, keys in ascending order: what is hashed and what is measured. Throws
 /// JsonFailure for times that cannot be stored.

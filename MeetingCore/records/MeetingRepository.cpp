@@ -39,7 +39,8 @@ private:
 };
 
 Meeting readRecord(const fs::path& folder, JsonParser& parser) {
-    return decodeMeeting(readFile(folder / recordName, JsonLimits::maximumBytes), parser);
+    readFile(folder / recordName, parser.buffer(), JsonLimits::maximumBytes);
+    return decodeMeeting(parser);
 }
 
 /// The entries of the root that hold a record, in the order of the file system.
