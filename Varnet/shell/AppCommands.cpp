@@ -4,11 +4,20 @@
 #include "Varnet/models/Text.h"
 #include "Varnet/shell/AppRouter.h"
 #include "Varnet/shell/RecordingCoordinator.h"
+#include "Varnet/store/DeletionCommand.h"
 #include "Varnet/store/MeetingStore.h"
 
 namespace varnet {
 
 namespace {
+
+std::set<Uuid> parsed(const QStringList& texts) {
+    std::set<Uuid> ids;
+    for (const auto& text : texts)
+        if (const auto id = Uuid::parse(toUtf8(text)))
+            ids.insert(*id);
+    return ids;
+}
 
 QString withAction(const QString& command, const QString& action) {
     return action.isEmpty() ? command : command + u' ' + action;
@@ -82,8 +91,9 @@ void AppCommands::closeHistory() {
     m_router.setHistoryOpen(false);
 }
 
-void AppCommands::exportSelected(const QUrl&) {
+void AppCommands::exportSelected(const QUrl& file) {
     Q_EMIT aboutToAct();
+    m_store.exportSelected(std::filesystem::path(toUtf8(file.toLocalFile())));
 }
 
 std::set<Uuid> AppCommands::chosen() const {
@@ -96,13 +106,21 @@ std::set<Uuid> AppCommands::chosen() const {
 
 void AppCommands::deleteSelected() {
     Q_EMIT aboutToAct();
+    const auto ids = chosen();
+    if (ids.empty())
+        return;
+    if (!m_store.deleteMeetings(ids, &m_undoStack).empty())
+        showLibrary();
 }
 
-void AppCommands::restoreDeleted(const QStringList&) {
+void AppCommands::restoreDeleted(const QStringList& ids) {
     Q_EMIT aboutToAct();
+    m_store.restoreMeetings(parsed(ids), &m_undoStack);
 }
 
-void AppCommands::eraseDeleted(const QStringList&) {}
+void AppCommands::eraseDeleted(const QStringList& ids) {
+    m_store.eraseDeleted(parsed(ids));
+}
 
 void AppCommands::undo() {
     Q_EMIT aboutToAct();
@@ -116,9 +134,22 @@ void AppCommands::redo() {
 }
 
 void AppCommands::undoDelete() {
+    const auto receipt = m_store.pendingUndo();
+    if (!receipt)
+        return;
     Q_EMIT aboutToAct();
+    const std::set<Uuid> ids(receipt->meetingIDs.begin(), receipt->meetingIDs.end());
+    const auto* last = m_undoStack.index() > 0
+                           ? dynamic_cast<const DeletionCommand*>(m_undoStack.command(m_undoStack.index() - 1))
+                           : nullptr;
+    if (last && last->deletes(ids))
+        m_undoStack.undo();
+    else
+        m_store.restoreMeetings(ids, &m_undoStack);
 }
 
-void AppCommands::dismissUndo() {}
+void AppCommands::dismissUndo() {
+    m_store.dismissPendingUndo();
+}
 
 } // namespace varnet

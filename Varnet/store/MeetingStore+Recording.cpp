@@ -62,7 +62,7 @@ std::string microphoneOnlyMessage() {
 } // namespace
 
 Task<> MeetingStore::startRecording() {
-    if (m_recording || m_busy || !m_repository || !m_parts.writable)
+    if (m_recording || m_busy || !writable())
         co_return;
     const auto gone = m_tasks->stopToken();
     assign(m_busy, true, &MeetingStore::busyChanged);
@@ -85,10 +85,19 @@ Task<> MeetingStore::startRecording() {
         recordingStarted(*id);
 }
 
+bool MeetingStore::hasBeenRecorded(const CalendarEvent& event) const {
+    return std::ranges::any_of(m_meetings, [key = event.source.key()](const Meeting& meeting) {
+        return meeting.audioFilename && meeting.source && meeting.source->key() == key;
+    });
+}
+
 Uuid MeetingStore::meetingToRecord() {
     const Meeting* chosen = selected();
     if (chosen && canBeRecordedInto(*chosen))
         return chosen->id;
+    const auto event = m_calendarLookup ? m_calendarLookup() : std::nullopt;
+    if (event && !hasBeenRecorded(*event) && useCalendarEvent(*event) && canBeRecordedInto(*selected()))
+        return *m_selectedID;
     return create(MeetingPresentation::recordingTitle(Date::now())).id;
 }
 

@@ -93,8 +93,12 @@ void MeetingStore::open(const std::optional<fs::path>& storageRoot) {
         m_error = std::string("Could not open meeting storage: ") + failure.what();
         return;
     }
-    if (m_parts.writable)
+    const Date now = Date::now();
+    if (m_parts.writable) {
         recoverInterrupted();
+        m_repository->eraseExpired(now, deletedRetention);
+    }
+    m_deletedMeetings = m_repository->loadDeleted(now);
 }
 
 void MeetingStore::recoverInterrupted() {
@@ -198,7 +202,7 @@ bool MeetingStore::retrySaving() {
 }
 
 Meeting MeetingStore::create(const std::string& title) {
-    if (!m_repository || !m_parts.writable)
+    if (!writable())
         throw Failure(storageUnavailable);
     Meeting meeting = Meeting::make(validUtf8(title));
     m_repository->save(meeting);

@@ -215,11 +215,10 @@ private:
     Meeting* find(const Uuid& id);
     void open(const std::optional<std::filesystem::path>& storageRoot);
     void recoverInterrupted();
-    void loadDeleted();
     bool writable() const { return m_repository && m_parts.writable; }
     const Meeting* meetingFrom(const MeetingSource& source) const;
     void takeOut(const std::set<Uuid>& moved, Date deletedAt);
-    void forgetDeleted(const std::set<Uuid>& ids);
+    void forgetDeleted(const std::set<Uuid>& ids, bool allWentWell);
     Task<> checkHealth(QUrl engine, bool MeetingStore::* field, Signal changed);
 
     // The recording flow. Coroutines hold a stop token of m_tasks and leave the store alone once it is stopped.
