@@ -18,7 +18,10 @@ inline std::map<std::string, std::string> treeOf(const std::filesystem::path& fo
             value = "-> " + fs::read_symlink(entry.path()).native();
         } else if (entry.is_regular_file()) {
             std::ifstream file(entry.path(), std::ios::binary);
-            value.assign(std::istreambuf_iterator<char>(file), {});
+            if (entry.file_size() < 1'000'000)
+                value.assign(std::istreambuf_iterator<char>(file), {});
+            else
+                value = std::to_string(entry.file_size()) + " bytes";
         } else {
             value = entry.is_directory() ? "folder" : "special";
         }
