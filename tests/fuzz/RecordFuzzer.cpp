@@ -1,7 +1,10 @@
 #include "MeetingCore/base/Assert.h"
 #include "MeetingCore/base/Json.h"
+#include "MeetingCore/records/MeetingEncoder.h"
 #include "MeetingCore/records/MeetingHistory.h"
 #include "MeetingCore/records/MeetingJson.h"
+
+#include <simdjson.h>
 
 #include <cstddef>
 #include <cstdint>
@@ -28,18 +31,38 @@ void printTimes(const Meeting& meeting) {
             VARNET_ASSERT(Meeting::timestamp(source.start).size() >= 5 && Meeting::timestamp(source.end).size() >= 5);
 }
 
+/// Whether a parser that looks at every byte takes it for JSON. It knows no integer beyond 64 bits, which JSON allows.
+bool isJson(std::string_view bytes) {
+    simdjson::dom::parser parser;
+    const auto error = parser.parse(bytes.data(), bytes.size()).error();
+    return error == simdjson::SUCCESS || error == simdjson::NUMBER_ERROR;
+}
+
+/// Encodes with one turn less before.
+std::string encodeGrowing(const Meeting& meeting) {
+    MeetingEncoder encoder;
+    Meeting before = meeting;
+    if (!before.turns.empty())
+        before.turns.pop_back();
+    (void)encoder.encode(before);
+    return std::string(encoder.encode(meeting));
+}
+
 } // namespace
 
-/// What decodes can be stored, reads back as the same record, and is stored the same way ever after.
+/// What decodes is JSON, can be stored, reads back as the same record, and is stored the same way ever after.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const auto meeting = decodeIfValid({reinterpret_cast<const char*>(data), size});
+    const std::string_view bytes(reinterpret_cast<const char*>(data), size);
+    const auto meeting = decodeIfValid(bytes);
     if (!meeting)
         return 0;
+    VARNET_ASSERT(isJson(bytes));
     const std::string document = encodeMeeting(*meeting);
     const Meeting again = decodeMeeting(document);
     VARNET_ASSERT(again == *meeting);
-    VARNET_ASSERT(encodeMeeting(again) == document);
+    VARNET_ASSERT(encodeMeeting(again) == document && encodeGrowing(again) == document);
     VARNET_ASSERT(MeetingRestoration::revision(again) == MeetingRestoration::revision(*meeting));
     printTimes(*meeting);
+    VARNET_ASSERT(again.markdown().ends_with('\n'));
     return 0;
 }

@@ -1,4 +1,5 @@
 #include "MeetingCore/audio/DurableWAV.h"
+#include "MeetingCore/audio/WavHeader.h"
 #include "MeetingCore/base/Assert.h"
 #include "MeetingCore/base/Failures.h"
 
@@ -48,11 +49,14 @@ bool repair(const MemoryFile& file) {
     }
 }
 
-std::uint32_t littleEndian(std::string_view bytes, std::size_t at) {
-    std::uint32_t value = 0;
-    for (std::size_t i = 4; i-- > 0;)
-        value = value << 8 | static_cast<std::uint8_t>(bytes[at + i]);
-    return value;
+/// What the header tells lies inside the file.
+void checkHeader(const MemoryFile& file, std::size_t size) {
+    const auto header = WavHeader::read(file.path());
+    if (!header)
+        return;
+    VARNET_ASSERT(header->bytesPerFrame > 0);
+    VARNET_ASSERT(header->dataBytes <= size && (header->dataBytes == 0 || header->dataOffset <= size));
+    VARNET_ASSERT(header->dataBytes == 0 || header->dataOffset + header->dataBytes <= size);
 }
 
 } // namespace
@@ -61,6 +65,7 @@ std::uint32_t littleEndian(std::string_view bytes, std::size_t at) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string_view before(reinterpret_cast<const char*>(data), size);
     const MemoryFile file(before);
+    checkHeader(file, size);
     const bool repaired = repair(file);
     const std::string after = file.content();
     if (!repaired) {
@@ -69,8 +74,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     const std::size_t audio = (size - 44) / 2 * 2;
     VARNET_ASSERT(after.size() == 44 + audio && after.substr(44) == before.substr(44, audio));
-    VARNET_ASSERT(littleEndian(after, 4) == audio + 36 && littleEndian(after, 40) == audio);
     VARNET_ASSERT(after.substr(8, 32) == before.substr(8, 32)); // the format
+    VARNET_ASSERT(WavHeader::read(file.path()) ==
+                  (WavHeader{.sampleRate = 16'000, .bytesPerFrame = 2, .dataOffset = 44, .dataBytes = audio}));
     VARNET_ASSERT(repair(file) && file.content() == after);
     return 0;
 }
