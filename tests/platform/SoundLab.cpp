@@ -76,9 +76,8 @@ double amplitude(std::span<const float> samples, double frequency, int sampleRat
 }
 
 Tone::Tone(const QString& device, double frequency, float amplitude)
-    : m_player(QStringLiteral("pw-play"),
-               {QStringLiteral("-P"), QStringLiteral("{ node.dont-reconnect = true }"), QStringLiteral("--target"),
-                device, writeWAV(m_folder, QStringLiteral("tone.wav"), {tone(frequency, 60, amplitude)})}) {}
+    : m_player("pw-play", {"-P", "{ node.dont-reconnect = true }", "--target", device,
+                           writeWAV(m_folder, "tone.wav", {tone(frequency, 60, amplitude)})}) {}
 
 void CaptureLab::start(std::vector<CaptureSource> sources) {
     AudioCapture::Callbacks callbacks;

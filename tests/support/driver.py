@@ -6,6 +6,7 @@ import signal
 import struct
 import subprocess
 import time
+import urllib.request
 
 from gi.repository import Gio, GLib
 
@@ -13,19 +14,10 @@ NAME = "org.varnet.Varnet"
 PATH = "/org/varnet/Varnet"
 
 
-class Timeout(AssertionError):
-    pass
-
-
 def wait_for(what, condition, seconds=20.0):
-    """Polls until `condition()` is truthy and returns its value."""
     deadline = time.monotonic() + seconds
-    while True:
-        value = condition()
-        if value:
-            return value
-        if time.monotonic() > deadline:
-            raise Timeout(f"{what} did not come true within {seconds} s")
+    while not condition():
+        assert time.monotonic() < deadline, f"{what} did not come true within {seconds} s"
         time.sleep(0.01)
 
 
@@ -39,25 +31,17 @@ def default_root():
 
 def meetings(root):
     """The stored records by folder name; a folder without a record is left out."""
-    records = {}
-    if root.is_dir():
-        for folder in root.iterdir():
-            try:
-                records[folder.name] = json.loads((folder / "meeting.json").read_text(encoding="utf-8"))
-            except FileNotFoundError:
-                continue
-    return records
+    return {record.parent.name: json.loads(record.read_text(encoding="utf-8")) for record in root.glob("*/meeting.json")}
 
 
 def wav_samples(path):
     """The number of samples that the header declares; fails unless header and size agree to the byte."""
     data = path.read_bytes()
     assert len(data) >= 44, f"{path.name}: {len(data)} bytes"
-    riff, total, wave, fmt, fmt_size, kind, channels, rate, _, align, bits, tag, size = struct.unpack(
-        "<4sI4s4sIHHIIHH4sI", data[:44])
-    assert (riff, wave, fmt, tag) == (b"RIFF", b"WAVE", b"fmt ", b"data"), path.name
-    assert (fmt_size, kind, channels, rate, align, bits) == (16, 1, 1, 16000, 2, 16), path.name
-    assert size == len(data) - 44 and total == size + 36, f"{path.name}: declares {size} of {len(data) - 44} bytes"
+    size = len(data) - 44
+    expected = struct.pack("<4sI4s4sIHHIIHH4sI", b"RIFF", size + 36, b"WAVE", b"fmt ", 16, 1, 1, 16000, 32000, 2, 16,
+                           b"data", size)
+    assert data[:44] == expected, f"{path.name}: the header is {data[:44]} for {size} bytes of audio"
     return size // 2
 
 
@@ -72,21 +56,19 @@ class Application:
         wait_for("the application on the bus", self.owns_name)
 
     def owns_name(self):
-        if self.process.poll() is not None:
-            raise AssertionError(f"the application ended at start with {self.process.returncode}")
+        assert self.process.poll() is None, f"the application ended at start with {self.process.returncode}"
         try:
-            pid = self._call_bus("GetConnectionUnixProcessID", GLib.Variant("(s)", (NAME,)))
+            return self._call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
+                              "GetConnectionUnixProcessID", GLib.Variant("(s)", (NAME,)))[0] == self.process.pid
         except GLib.Error:
             return False
-        return pid == self.process.pid
 
-    def _call_bus(self, method, arguments):
-        return self.bus.call_sync("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", method,
-                                  arguments, None, Gio.DBusCallFlags.NONE, 5000, None).unpack()[0]
+    def _call(self, *call):
+        return self.bus.call_sync(*call, None, Gio.DBusCallFlags.NONE, 5000, None).unpack()
 
     def action(self, name):
-        self.bus.call_sync(NAME, PATH, "org.freedesktop.Application", "ActivateAction",
-                           GLib.Variant("(sava{sv})", (name, [], {})), None, Gio.DBusCallFlags.NONE, 5000, None)
+        self._call(NAME, PATH, "org.freedesktop.Application", "ActivateAction",
+                   GLib.Variant("(sava{sv})", (name, [], {})))
 
     def kill(self):
         self.process.send_signal(signal.SIGKILL)
@@ -100,11 +82,9 @@ class Application:
 
 def engine_ready():
     """Whether the speech engine answers its health check."""
-    import urllib.error
-    import urllib.request
     try:
         return urllib.request.urlopen("http://127.0.0.1:17863/health", timeout=2).status == 200
-    except (urllib.error.URLError, OSError):
+    except OSError:
         return False
 
 

@@ -59,23 +59,17 @@ TEST(CaptureRing, BlockThatTheEndWouldCutStartsAtTheBeginning) {
 TEST(CaptureRing, CarriesEveryBlockWholeFromOneThreadToAnother) {
     CaptureRing ring(1'000, 16);
     constexpr int blockCount = 20'000;
+    const auto block = [](int i) { return std::vector<float>(static_cast<std::size_t>(1 + i % 97), float(i)); };
     std::thread writer([&] {
-        for (int i = 0; i < blockCount; ++i) {
-            const std::vector<float> samples(static_cast<std::size_t>(1 + i % 97), static_cast<float>(i));
-            while (!ring.push(mono, i, samples))
+        for (int i = 0; i < blockCount; ++i)
+            while (!ring.push(mono, i, block(i)))
                 std::this_thread::yield();
-        }
     });
     int damaged = 0;
     for (int i = 0; i < blockCount; ++i) {
-        auto block = ring.front();
-        for (; !block; block = ring.front())
+        while (!ring.front())
             std::this_thread::yield();
-        const bool whole =
-            block->time == i && block->samples.size() == static_cast<std::size_t>(1 + i % 97) &&
-            std::ranges::all_of(block->samples, [&](float value) { return value == static_cast<float>(i); });
-        damaged += !whole;
-        ring.pop();
+        damaged += ring.front()->time != i || taken(ring) != block(i);
     }
     writer.join();
     EXPECT_EQ(damaged, 0);

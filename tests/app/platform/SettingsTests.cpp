@@ -1,5 +1,6 @@
 #include "MeetingCore/base/AtomicFile.h"
 #include "Varnet/platform/Settings.h"
+#include "Varnet/store/CaptureMode.h"
 #include "tests/support/ScopedVariable.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -51,4 +52,16 @@ TEST_F(SettingsFile, SystemWideValuesShowWhereTheUserHasNone) {
     settings.remove("RuntimeRoot");
     EXPECT_EQ(settings.text("RuntimeRoot"), "/opt");
     EXPECT_TRUE(std::filesystem::exists(folder / "home/Varnet/Varnet.conf"));
+}
+
+TEST_F(SettingsFile, TheCaptureModeIsWrittenAsRawValueAndReadInEitherForm) {
+    Settings settings(file);
+    CaptureModePreference::save(settings, CaptureMode::meeting);
+    EXPECT_EQ(settings.text("CaptureMode"), "Microphone + system");
+    const std::pair<const char*, std::optional<CaptureMode>> rows[] = {
+        {"Microphone only", CaptureMode::microphone}, {"meeting", CaptureMode::meeting}, {"Meeting", std::nullopt}};
+    for (const auto& [text, mode] : rows) {
+        settings.setText("CaptureMode", text);
+        EXPECT_EQ(CaptureModePreference::load(settings), mode) << text;
+    }
 }

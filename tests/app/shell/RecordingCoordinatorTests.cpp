@@ -4,16 +4,8 @@
 #include "tests/support/Await.h"
 #include "tests/support/StoreFixture.h"
 
-#include <gtest/gtest.h>
-
-#include <fstream>
-
 namespace varnet::test {
 namespace {
-
-Task<bool> answers(std::string) {
-    co_return true;
-}
 
 /// Beside a notes engine that was started elsewhere, which shows whether the supervisor believes in a recording: only
 /// then it refuses that engine.
@@ -21,7 +13,7 @@ class RecordingCoordinatorTest : public StoreFixture {
 protected:
     static EngineParts engineParts(const std::filesystem::path& folder) {
         EngineParts parts;
-        parts.healthy = answers;
+        parts.healthy = [](const std::string&) -> Task<bool> { co_return true; };
         parts.settingsFile = folder / "Varnet.conf";
         return parts;
     }
@@ -66,17 +58,6 @@ TEST_F(RecordingCoordinatorTest, ASecondPressDuringAStartDoesNotTakeTheMachineFr
     EXPECT_TRUE(eventually([&] { return first.isReady(); }));
     EXPECT_TRUE(store().recording());
     EXPECT_EQ(store().meetings().size(), 1U);
-}
-
-TEST_F(RecordingCoordinatorTest, ARefusedStartLeavesTheWarningAboutTheNotesEngine) {
-    std::ofstream(folder / "file").flush();
-    StoreParts parts;
-    parts.notesURL = health.url(QString());
-    MeetingStore closed(folder / "file" / "meetings", parts);
-    await(RecordingCoordinator::toggle(&closed, &engines, &router));
-    EXPECT_EQ(closed.error(), "The notes engine is running outside the app. Stopping it frees memory for live "
-                              "transcription.");
-    EXPECT_FALSE(enginesKnowOfARecording());
 }
 
 } // namespace

@@ -16,6 +16,9 @@ using Strings = std::vector<std::string>;
 const std::string update = R"({"type":"session.update","session":{"sample_rate":16000,"word_timestamps":true,)"
                            R"("speaker_diarization":true,"endpointing_ms":800}})";
 const std::string commit = R"({"type":"input_audio_buffer.commit"})";
+const std::string created = R"({"type":"session.created"})";
+const std::string updated = R"({"type":"session.updated"})";
+const std::exception_ptr gone = std::make_exception_ptr(SpeechFailure("Gone."));
 const std::string delta = R"({"type":"conversation.item.delta","delta":"hello"})";
 const char* const fellBehind = "The speech engine fell behind the recording. Live transcription stopped; retry from "
                                "saved audio after the meeting.";
@@ -24,8 +27,8 @@ const char* const notInTime = "Speech engine did not finish in time. Retry trans
 /// An engine that accepts the session and from then on says what it is told to.
 FakeSpeechEngine accepting() {
     FakeSpeechEngine engine;
-    engine.say(R"({"type":"session.created"})");
-    engine.say(R"({"type":"session.updated"})");
+    engine.say(created);
+    engine.say(updated);
     return engine;
 }
 
@@ -107,17 +110,10 @@ struct Breaking {
 
 TEST(LiveSpeech, HandshakeFailsInItsOwnWords) {
     const Breaking cases[] = {
-        {"updated comes first", [](auto& e) { e.say(R"({"type":"session.updated"})"); },
-         "Speech session did not start"},
-        {"created comes twice",
-         [](auto& e) {
-             e.say(R"({"type":"session.created"})");
-             e.say(R"({"type":"session.created"})");
-         },
-         "Speech settings were rejected"},
+        {"updated comes first", [](auto& e) { e.say(updated); }, "Speech session did not start"},
+        {"created comes twice", [](auto& e) { e.say(created), e.say(created); }, "Speech settings were rejected"},
         {"an error", [](auto& e) { e.say(R"({"type":"error","error":{"message":"Full."}})"); }, "Full."},
-        {"a broken connection", [](auto& e) { e.breakWith(std::make_exception_ptr(SpeechFailure("Refused."))); },
-         "Refused."},
+        {"a broken connection", [](auto& e) { e.breakWith(gone); }, "Gone."},
     };
     for (const auto& [name, script, failure] : cases) {
         SCOPED_TRACE(name);
@@ -125,7 +121,6 @@ TEST(LiveSpeech, HandshakeFailsInItsOwnWords) {
         script(session.engine);
         EXPECT_EQ(failureText(session.connect()), failure);
         EXPECT_EQ(session.engine.closeCode(), 1001);
-        EXPECT_EQ(failureText(session.connect()), failure);
         EXPECT_EQ(failureText(session.live->finish()), failure);
         EXPECT_TRUE(session.errors.empty());
     }
@@ -148,17 +143,16 @@ TEST(LiveSpeech, HandshakeTimeoutIsTheReasonAndNotTheCancelledSocket) {
     EXPECT_FALSE(connected.engine.closeCode()) << "the deadline ends with the handshake";
 }
 
-TEST(LiveSpeech, ServesOneSessionOnly) {
+TEST(LiveSpeech, ServesOneSessionOnlyAndKeepsItsFirstFailure) {
     Session session;
     EXPECT_EQ(failureText(session.live->finish()), "No active speech session to finish");
     await(session.connect());
     EXPECT_EQ(failureText(session.connect()), "Speech session has already been used");
     EXPECT_FALSE(session.engine.closeCode());
-    session.live->close(std::make_exception_ptr(SpeechFailure("First.")), true);
+    session.live->close(gone, true);
     session.live->close(std::make_exception_ptr(SpeechFailure("Second.")), true);
-    EXPECT_EQ(failureText(session.connect()), "First.");
-    EXPECT_EQ(failureText(session.live->finish()), "First.");
-    EXPECT_EQ(session.errors, Strings{"First."});
+    EXPECT_EQ(failureText(session.connect()), "Gone.");
+    EXPECT_EQ(session.errors, Strings{"Gone."});
 }
 
 TEST(LiveSpeech, TheBlockThatDoesNotFitBehind128EndsTheSession) {
@@ -187,7 +181,7 @@ TEST(LiveSpeech, FailuresOfARunningSessionAreReportedOnce) {
          "Speech engine rejected the request"},
         {"another kind of message", [](auto& e) { e.say({Kind::other, delta}); }, "Unknown speech response"},
         {"no JSON", [](auto& e) { e.say("<html>"); }, nullptr},
-        {"a lost connection", [](auto& e) { e.breakWith(std::make_exception_ptr(SpeechFailure("Gone."))); }, "Gone."},
+        {"a lost connection", [](auto& e) { e.breakWith(gone); }, "Gone."},
         {"the owner", [](auto& e) { e.say(R"({"type":"x.delta","delta":"unbearable"})"); }, "The disk is gone."},
     };
     for (const auto& [name, script, failure] : cases) {
@@ -209,7 +203,7 @@ TEST(LiveSpeech, FailuresOfARunningSessionAreReportedOnce) {
 
 TEST(LiveSpeech, ASessionThatBreaksAsItStartsFailsConnect) {
     Session session{accepting()};
-    session.engine.breakWith(std::make_exception_ptr(SpeechFailure("Gone.")));
+    session.engine.breakWith(gone);
     EXPECT_EQ(failureText(session.connect()), "Gone.");
     EXPECT_EQ(session.errors, Strings{"Gone."});
 }
@@ -217,10 +211,15 @@ TEST(LiveSpeech, ASessionThatBreaksAsItStartsFailsConnect) {
 TEST(LiveSpeech, FinishWaitsForABacklogThatMovesAndGivesUpOnSilence) {
     Session session{accepting()};
     await(session.connect());
+    session.engine.holdSends(true);
+    session.append("block");
+    settle();
     Task<> finishing = session.live->finish();
+    session.time.advance(25s);
+    session.engine.holdSends(false); // a block that leaves is progress
     for (int i = 0; i < 5; ++i) {
         session.time.advance(20s);
-        session.engine.say(delta);
+        session.engine.say(delta); // and so is an event
         settle();
         ASSERT_FALSE(finishing.isReady()) << i;
     }
@@ -230,23 +229,7 @@ TEST(LiveSpeech, FinishWaitsForABacklogThatMovesAndGivesUpOnSilence) {
     ASSERT_TRUE(finishing.isReady());
     EXPECT_EQ(failureText(std::move(finishing)), notInTime);
     EXPECT_EQ(session.errors, Strings{notInTime});
-}
-
-TEST(LiveSpeech, BlocksThatLeaveCountAsProgressOfFinish) {
-    Session session{accepting()};
-    await(session.connect());
-    session.engine.holdSends(true);
-    session.append("first");
-    settle();
-    Task<> finishing = session.live->finish();
-    session.time.advance(25s);
-    session.engine.holdSends(false);
-    settle();
-    session.time.advance(25s);
-    EXPECT_FALSE(finishing.isReady());
-    session.engine.say(R"({"type":"input_audio_buffer.committed"})");
-    EXPECT_EQ(failureText(std::move(finishing)), "");
-    EXPECT_EQ(session.heard(), (std::vector{text(update), binary("first"), text(commit)}));
+    EXPECT_EQ(session.heard(), (std::vector{text(update), binary("block"), text(commit)}));
 }
 
 TEST(LiveSpeech, FinishEndsAfterTenMinutesHoweverBusyTheEngineIs) {
@@ -260,7 +243,6 @@ TEST(LiveSpeech, FinishEndsAfterTenMinutesHoweverBusyTheEngineIs) {
     session.time.advance(9s);
     EXPECT_FALSE(finishing.isReady());
     session.time.advance(2s);
-    ASSERT_TRUE(finishing.isReady());
     EXPECT_EQ(failureText(std::move(finishing)), notInTime);
 }
 

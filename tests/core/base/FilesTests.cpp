@@ -45,7 +45,6 @@ TEST(Failures, FileFailureIsAFinishedSentence) {
     } rows[] = {
         {FileFailure::writing("/a/meeting.json", ENOSPC),
          "“meeting.json” could not be written: No space left on device."},
-        {FileFailure::writing("/a/folder/", EACCES), "“folder” could not be written: Permission denied."},
         {FileFailure::reading("/a/meeting.json", ENOENT), "“meeting.json” could not be found."},
         {FileFailure(Kind::fileWriteOutOfSpace, "a.wav"), "“a.wav” could not be written: No space left on device."},
         {FileFailure(Kind::fileReadCorruptFile, "a.wav"), "“a.wav” is damaged and could not be read."},

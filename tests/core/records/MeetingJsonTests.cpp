@@ -1,6 +1,7 @@
 #include "MeetingCore/base/Json.h"
 #include "MeetingCore/records/MeetingJson.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <bit>
@@ -280,15 +281,9 @@ TEST(MeetingJson, NeverWritesWhatItWouldNotRead) {
 }
 
 TEST(MeetingJson, FailureNamesTheField) {
-    const auto failure = [](const std::string& document) -> std::string {
-        try {
-            decodeMeeting(document);
-        } catch (const JsonFailure& caught) {
-            return caught.what();
-        }
-        return "";
-    };
-    EXPECT_EQ(failure(edited("\"status\":\"Ready\",", "")), "The data is not valid: “status” is missing.");
-    EXPECT_EQ(failure(edited("[]", "[{\"start\":\"a\"}]")),
-              "The data is not valid: “start” has a value that is not valid.");
+    const auto decoding = [](std::string document) { return [=] { decodeMeeting(document); }; };
+    EXPECT_THAT(decoding(edited("\"status\":\"Ready\",", "")),
+                testing::ThrowsMessage<JsonFailure>("The data is not valid: “status” is missing."));
+    EXPECT_THAT(decoding(edited("[]", "[{\"start\":\"a\"}]")),
+                testing::ThrowsMessage<JsonFailure>("The data is not valid: “start” has a value that is not valid."));
 }

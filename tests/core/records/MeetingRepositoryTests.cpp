@@ -94,36 +94,19 @@ TEST(MeetingRepository, RecordCountsMoreThanItsFoldersName) {
     EXPECT_EQ(repository.load(meeting.id), meeting);
 }
 
-TEST(MeetingRepository, LargeLibraryComesBackNewestFirstWithTheDamagedNamed) {
-    const TemporaryFolder folder;
-    const MeetingRepository repository(folder.path());
-    std::vector<std::string> damaged;
-    for (int i = 0; i < 50; ++i) {
-        const Meeting meeting = meetingAt(i * 7 % 50);
-        repository.save(meeting);
-        if (i % 10 == 3) {
-            const std::string bytes = encodeMeeting(meeting);
-            plant(repository.directory(meeting.id), bytes.substr(0, bytes.size() - 2));
-            damaged.push_back(meeting.id.text());
-        }
-    }
-    const LoadedMeetings loaded = repository.loadRecovering();
-    EXPECT_EQ(loaded.meetings.size(), 45u);
-    EXPECT_TRUE(std::ranges::is_sorted(loaded.meetings, std::greater(), &Meeting::createdAt));
-    EXPECT_THAT(loaded.unreadable, testing::UnorderedElementsAreArray(damaged));
-}
-
-TEST(MeetingRepository, EqualDatesKeepTheOrderOfTheListing) {
+TEST(MeetingRepository, NewestComeFirstAndEqualDatesKeepTheOrderOfTheListing) {
     const TemporaryFolder folder;
     const MeetingRepository repository(folder.path());
     for (int i = 0; i < 40; ++i)
-        repository.save(meetingAt(1));
-    std::vector<std::string> listed, loaded;
+        repository.save(meetingAt(i % 2));
+    std::vector<std::string> newer, older, loaded;
     for (const auto& entry : fs::directory_iterator(folder.path()))
-        listed.push_back(entry.path().filename());
+        (repository.load(*Uuid::parse(entry.path().filename().string())).createdAt == Date{1} ? newer : older)
+            .push_back(entry.path().filename());
+    newer.insert(newer.end(), older.begin(), older.end());
     for (const Meeting& meeting : repository.loadRecovering().meetings)
         loaded.push_back(meeting.id.text());
-    EXPECT_EQ(loaded, listed);
+    EXPECT_EQ(loaded, newer);
 }
 
 TEST(MeetingRepository, RemovedRootComesBackWithTheNextSave) {
@@ -147,13 +130,6 @@ TEST(MeetingRepository, FailedSaveTouchesNothing) {
     EXPECT_THROW(repository.archiveBeforeTranscription(meeting), FileFailure);
     EXPECT_EQ(readFile(repository.directory(meeting.id)), "a file in the way");
     EXPECT_THROW(MeetingRepository(repository.directory(meeting.id)), FileFailure);
-
-    Meeting other = meetingAt(2, "old");
-    repository.save(other);
-    other.title = "new";
-    other.turns.push_back({.end = 1e300, .speaker = "s", .originalText = "t", .editedText = {}});
-    EXPECT_THROW(repository.save(other), JsonFailure);
-    EXPECT_EQ(repository.load(other.id).title, "old");
 }
 
 TEST(MeetingRepository, ArchiveKeepsVersionsBesideTheLiveRecord) {

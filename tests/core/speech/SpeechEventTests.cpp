@@ -17,11 +17,6 @@ TEST(SpeechEvent, ReadsAMessageWithWords) {
     EXPECT_EQ(event.words, (std::vector<TranscriptWord>{{"Hi", 0.5, 0.75, 1}, {"you", 1, 2, {}}, {"", 2, 2, {}}}));
 }
 
-TEST(SpeechEvent, ReadsAnError) {
-    EXPECT_EQ(SpeechEvent::decode(R"({"type":"error","error":{"message":"busy","code":7}})").error->message, "busy");
-    EXPECT_FALSE(SpeechEvent::decode(R"({"type":"error","error":null})").error);
-}
-
 TEST(SpeechEvent, RefusesWhatMustNotReachARecord) {
     for (const char* message :
          {"", "hello", "[]", R"({"delta":"x"})", R"({"type":1})", R"({"type":"t"} {"type":"t"})",
