@@ -42,7 +42,10 @@ TEST_F(Engines, TheKeyOfTheNotesEngineIsPrivateAndKept) {
     const std::string key = readFile(keyFile);
     EXPECT_TRUE(std::regex_match(key, std::regex("[A-Za-z0-9_-]{43}\n"))) << key;
     EXPECT_EQ(std::filesystem::status(keyFile).permissions(), std::filesystem::perms(0600));
-    EXPECT_THAT(lines("arguments").back(), ::testing::EndsWith(" --api-key-file " + keyFile.string()));
+    const std::string arguments = lines("arguments").back();
+    for (const auto& part : {std::string("--host 127.0.0.1 --port 17864 --ctx-size 8192 --parallel 1"),
+                             "--api-key-file " + keyFile.string()})
+        EXPECT_THAT(arguments, ::testing::HasSubstr(part));
     const auto again = make();
     EXPECT_TRUE(await(again->startNotes()));
     EXPECT_EQ(readFile(keyFile), key);

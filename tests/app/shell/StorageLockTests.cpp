@@ -2,15 +2,23 @@
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
+#include <spawn.h>
+#include <sys/wait.h>
 #include <unistd.h>
+
+#include <csignal>
 
 namespace varnet::test {
 
 TEST(StorageLocks, OneProcessHoldsALibraryUnderAllItsPaths) {
     const TemporaryFolder folder;
     const auto root = folder / "Varnet" / "meetings";
+    pid_t engine = 0; // a child that outlives the holder
     {
         const StorageLock first(root);
+        std::string program = "sleep", seconds = "100";
+        char* arguments[] = {program.data(), seconds.data(), nullptr};
+        ASSERT_EQ(posix_spawnp(&engine, "sleep", nullptr, nullptr, arguments, environ), 0);
         EXPECT_TRUE(first.held());
         EXPECT_EQ(StorageLock(root).holder(), getpid());
         EXPECT_FALSE(std::filesystem::exists(root)) << "the library itself is not made";
@@ -20,7 +28,9 @@ TEST(StorageLocks, OneProcessHoldsALibraryUnderAllItsPaths) {
             EXPECT_FALSE(StorageLock(same).held()) << same;
         EXPECT_TRUE(StorageLock(folder / "Varnet" / "others").held()) << "another library is another lock";
     }
-    EXPECT_TRUE(StorageLock(root).held());
+    EXPECT_TRUE(StorageLock(root).held()) << "its children do not hold the lock";
+    kill(engine, SIGKILL);
+    waitpid(engine, nullptr, 0);
 }
 
 } // namespace varnet::test
