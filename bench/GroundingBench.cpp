@@ -20,11 +20,12 @@ Meeting twoHours() {
     std::mt19937 random(7);
     Meeting meeting;
     meeting.speakerNames.emplace()["Speaker 1"] = "Ana";
-    double start = 0;
+    unsigned hundredths = 0; // as recognisers count
     for (int index = 0; index < 700; ++index) {
         TranscriptTurn turn;
-        turn.start = start;
-        turn.end = start += 0.01 * static_cast<double>(500 + random() % 1'000);
+        turn.start = hundredths / 100.0;
+        hundredths += 500 + static_cast<unsigned>(random() % 1'000);
+        turn.end = hundredths / 100.0;
         turn.speaker = "Speaker " + std::to_string(1 + random() % 3);
         for (unsigned count = 1 + static_cast<unsigned>(random() % 50); count > 0; --count)
             turn.originalText.append(words[random() % std::size(words)]).append(" ");

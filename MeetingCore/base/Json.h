@@ -31,7 +31,9 @@ enum class JsonLayout { pretty, compact };
 /// keys and puts a key() before every member of an object and an element() before every member of an array.
 class JsonWriter {
 public:
-    explicit JsonWriter(JsonLayout layout = JsonLayout::pretty) : m_pretty(layout == JsonLayout::pretty) {}
+    /// `expectedBytes` is how long the document may become; it grows beyond.
+    explicit JsonWriter(JsonLayout layout = JsonLayout::pretty, std::size_t expectedBytes = 0)
+        : m_buffer(expectedBytes, '\0'), m_pretty(layout == JsonLayout::pretty) {}
 
     void beginObject() { open('{'); }
     void endObject() { close('}'); }
@@ -41,6 +43,9 @@ public:
     void element();
 
     void text(std::string_view value);
+    /// The same for names and values known to be ASCII without quotation marks, backslashes and control characters.
+    void plainKey(std::string_view name);
+    void plainText(std::string_view value);
     /// The shortest text that reads back as the same bits. `value` must be finite.
     void number(double value);
     void integer(std::int64_t value);
@@ -57,9 +62,14 @@ public:
 private:
     void open(char bracket);
     void close(char bracket);
-    void newLine();
+    char* writeNewLine(char* out) const;
+    char* writeNextElement(char* out);
+    /// Where at least so many bytes can be written; wrote() tells where they end.
+    char* room(std::size_t bytes);
+    void wrote(const char* end) { m_size = static_cast<std::size_t>(end - m_buffer.data()); }
 
-    std::string m_out;
+    std::string m_buffer; ///< as long as room was made
+    std::size_t m_size = 0;
     std::size_t m_depth = 0;
     bool m_pretty;
     bool m_empty = true; ///< nothing stands in the open container yet

@@ -33,9 +33,9 @@ void writeValue(JsonWriter& writer, const T& value, const JsonRange& range) {
     } else if constexpr (std::is_same_v<T, Date>) {
         writer.number(checkedNumber(value.secondsSinceReference, dateRange));
     } else if constexpr (std::is_same_v<T, Uuid>) {
-        writer.text(value.text());
+        writer.plainText(value.text());
     } else if constexpr (std::is_enum_v<T>) {
-        writer.text(JsonNames<T>::names[static_cast<std::size_t>(value)]);
+        writer.plainText(JsonNames<T>::names[static_cast<std::size_t>(value)]);
     } else if constexpr (isVector<T>) {
         writeList(writer, std::span<const typename T::value_type>(value), range);
     } else if constexpr (isMap<T>) {
@@ -76,10 +76,10 @@ void writeMember(JsonWriter& writer, const Record& record, const JsonField<Recor
     if constexpr (isOptional<Value>) {
         if (!value)
             return;
-        writer.key(field.key);
+        writer.plainKey(field.key);
         writeValue(writer, *value, field.range);
     } else {
-        writer.key(field.key);
+        writer.plainKey(field.key);
         writeValue(writer, value, field.range);
     }
 }

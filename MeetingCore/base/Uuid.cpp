@@ -61,13 +61,13 @@ std::optional<Uuid> Uuid::parse(std::string_view text) {
 
 std::string Uuid::text() const {
     static constexpr char digits[] = "0123456789ABCDEF";
-    std::string text;
-    text.reserve(36);
+    std::string text(36, '-');
+    char* at = text.data();
     for (std::size_t index = 0; index < bytes.size(); ++index) {
-        text += digits[bytes[index] >> 4];
-        text += digits[bytes[index] & 0x0F];
+        *at++ = digits[bytes[index] >> 4];
+        *at++ = digits[bytes[index] & 0x0F];
         if (hyphenAfter(index))
-            text += '-';
+            ++at;
     }
     return text;
 }

@@ -149,7 +149,18 @@ std::vector<std::vector<NoteSource>> chunks(std::span<const NoteSource> sources,
 }
 
 std::string hash(std::span<const NoteSource> sources) {
-    return sha256(encodeSources(sources));
+    // In parts, so that a long transcript does not stand in memory once more.
+    constexpr std::size_t partCount = 32;
+    Sha256 digest;
+    digest.add("[");
+    for (std::size_t begin = 0; begin < sources.size(); begin += partCount) {
+        const std::string part = encodeSources(sources.subspan(begin, std::min(partCount, sources.size() - begin)));
+        if (begin > 0)
+            digest.add(",");
+        digest.add(std::string_view(part).substr(1, part.size() - 2)); // without the brackets
+    }
+    digest.add("]");
+    return digest.finish();
 }
 
 std::string normalized(std::string_view text) {

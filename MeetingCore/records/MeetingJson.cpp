@@ -11,7 +11,11 @@ std::string encodeMeeting(const Meeting& meeting) {
 }
 
 std::string encodeSources(std::span<const NoteSource> sources) {
-    JsonWriter writer(JsonLayout::compact);
+    constexpr std::size_t expectedBytes = 200; // of a source besides its text
+    std::size_t expected = 0;
+    for (const NoteSource& source : sources)
+        expected += expectedBytes + source.text.size();
+    JsonWriter writer(JsonLayout::compact, expected);
     json::writeList(writer, sources, anyTime);
     return writer.finish();
 }
