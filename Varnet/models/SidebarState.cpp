@@ -8,12 +8,21 @@
 
 namespace varnet {
 
+namespace {
+
+QString digits(std::size_t count) {
+    return count ? QLocale().toString(static_cast<qulonglong>(count)) : QString();
+}
+
+} // namespace
+
 SidebarState::SidebarState(const MeetingStore& store, const EngineSupervisor& engines, const RecordingClock& clock,
                            QObject* parent)
     : QObject(parent), m_store(store), m_engines(engines), m_clock(clock) {
     connect(&clock, &RecordingClock::changed, this, &SidebarState::elapsedChanged);
     connect(&store, &MeetingStore::meetingsChanged, this, &SidebarState::meetingCountChanged);
     connect(&store, &MeetingStore::meetingInserted, this, &SidebarState::meetingCountChanged);
+    connect(&store, &MeetingStore::deletedMeetingsChanged, this, &SidebarState::deletedCountChanged);
     connect(&engines, &EngineSupervisor::speechChanged, this, &SidebarState::speechChanged);
     connect(&engines, &EngineSupervisor::notesChanged, this, &SidebarState::notesChanged);
 }
@@ -23,8 +32,11 @@ QString SidebarState::elapsed() const {
 }
 
 QString SidebarState::meetingCount() const {
-    const auto count = m_store.meetings().size();
-    return count ? QLocale().toString(static_cast<qulonglong>(count)) : QString();
+    return digits(m_store.meetings().size());
+}
+
+QString SidebarState::deletedCount() const {
+    return digits(m_store.deletedMeetings().size());
 }
 
 EngineLine SidebarState::speech() const {

@@ -18,6 +18,7 @@ class SidebarState : public QObject {
     QML_UNCREATABLE("Made with the window")
     Q_PROPERTY(QString elapsed READ elapsed NOTIFY elapsedChanged)
     Q_PROPERTY(QString meetingCount READ meetingCount NOTIFY meetingCountChanged)
+    Q_PROPERTY(QString deletedCount READ deletedCount NOTIFY deletedCountChanged)
     Q_PROPERTY(varnet::EngineLine speech READ speech NOTIFY speechChanged)
     Q_PROPERTY(varnet::EngineLine notes READ notes NOTIFY notesChanged)
 
@@ -27,12 +28,14 @@ public:
 
     QString elapsed() const;      ///< the recording's running time; empty without one
     QString meetingCount() const; ///< in digits; empty for none
+    QString deletedCount() const; ///< the same for the deleted ones
     EngineLine speech() const;
     EngineLine notes() const;
 
 Q_SIGNALS:
     void elapsedChanged();
     void meetingCountChanged();
+    void deletedCountChanged();
     void speechChanged();
     void notesChanged();
 

@@ -11,10 +11,13 @@ ApplicationWindow {
     required property AppRouter router
     required property ErrorBanner banner
     required property LibraryModel library
+    required property DeletedModel deleted
     required property MainWindow frame
     required property MeetingAppDelegate delegate
     required property MeetingPage meetingPage
     required property SidebarState sidebar
+    required property UndoToast toast
+    required property VersionHistory history
 
     color: Theme.surface
     font: Theme.body.font
@@ -39,6 +42,8 @@ ApplicationWindow {
         spacing: 0
 
         Sidebar {
+            id: sidebar
+
             Layout.fillHeight: true
             Layout.preferredWidth: implicitWidth
             commands: root.commands
@@ -62,13 +67,21 @@ ApplicationWindow {
             }
 
             StackLayout {
-                currentIndex: root.router.showingMeeting ? 1 : 0
+                id: pages
+
+                currentIndex: root.router.page
 
                 LibraryScreen {
                     commands: root.commands
                     focus: visible
                     library: root.library
                     router: root.router
+                }
+
+                DeletedScreen {
+                    commands: root.commands
+                    deleted: root.deleted
+                    focus: visible
                 }
 
                 MeetingScreen {
@@ -78,6 +91,23 @@ ApplicationWindow {
                 }
             }
         }
+    }
+
+    Toast {
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: 6 * Theme.unit
+        anchors.horizontalCenter: parent.horizontalCenter
+        anchors.horizontalCenterOffset: sidebar.width / 2
+        toast: root.toast
+        width: Math.min(implicitWidth, parent.width - sidebar.width - 12 * Theme.unit)
+        onFocusLeft: pages.children[pages.currentIndex].forceActiveFocus()
+        onUndo: root.commands.undoDelete()
+    }
+
+    HistoryDialog {
+        commands: root.commands
+        history: root.history
+        visible: root.router.historyOpen
     }
 
     Questions {

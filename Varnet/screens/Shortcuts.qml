@@ -24,6 +24,30 @@ Item {
     }
 
     Shortcut {
+        context: Qt.ApplicationShortcut
+        sequence: "Ctrl+2"
+        onActivated: root.commands.showDeleted()
+    }
+
+    Shortcut {
+        enabled: root.router.showingMeeting
+        sequence: "Ctrl+Shift+H"
+        onActivated: root.commands.openHistory()
+    }
+
+    Shortcut {
+        enabled: root.commands.canUndo
+        sequences: [StandardKey.Undo]
+        onActivated: root.commands.undo()
+    }
+
+    Shortcut {
+        enabled: root.commands.canRedo
+        sequences: [StandardKey.Redo]
+        onActivated: root.commands.redo()
+    }
+
+    Shortcut {
         enabled: root.router.showingMeeting
         sequences: [StandardKey.Cancel]
         onActivated: root.commands.showLibrary()

@@ -34,12 +34,17 @@ MainWindow::MainWindow(VarnetApp& app, QObject* parent)
       m_clock(app.store()),
       m_library(app.store()),
       m_meetingPage(app.store(), m_clock),
+      m_deleted(app.store()),
+      m_history(app.store()),
+      m_toast(app.store()),
       m_sidebar(app.store(), app.engines(), m_clock),
       m_banner(app.store()) {
     connect(&app.delegate(), &MeetingAppDelegate::askingToSaveChanged, this, [this] {
         if (m_app.delegate().askingToSave())
             show();
     });
+    connect(&app.router(), &AppRouter::historyOpenChanged, this, &MainWindow::followHistory);
+    connect(&app.store(), &MeetingStore::selectedIDChanged, this, [this] { m_app.router().setHistoryOpen(false); });
     connect(&app.delegate(), &MeetingAppDelegate::closing, &m_meetingPage, &MeetingPage::aboutToLeave);
 }
 
@@ -61,6 +66,9 @@ bool MainWindow::open() {
                                    {QStringLiteral("banner"), object(&m_banner)},
                                    {QStringLiteral("library"), object(&m_library)},
                                    {QStringLiteral("meetingPage"), object(&m_meetingPage)},
+                                   {QStringLiteral("deleted"), object(&m_deleted)},
+                                   {QStringLiteral("history"), object(&m_history)},
+                                   {QStringLiteral("toast"), object(&m_toast)},
                                    {QStringLiteral("sidebar"), object(&m_sidebar)}});
     m_engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Varnet/screens/Main.qml")));
     if (m_engine.rootObjects().isEmpty())
@@ -113,6 +121,13 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
     }
     keepGeometry();
     return false;
+}
+
+void MainWindow::followHistory() {
+    if (m_app.router().historyOpen())
+        m_history.open();
+    else
+        m_history.close();
 }
 
 void MainWindow::restoreGeometry() {

@@ -1,10 +1,13 @@
 #pragma once
 
+#include "Varnet/models/DeletedModel.h"
 #include "Varnet/models/ErrorBanner.h"
 #include "Varnet/models/LibraryModel.h"
 #include "Varnet/models/MeetingPage.h"
 #include "Varnet/models/RecordingClock.h"
 #include "Varnet/models/SidebarState.h"
+#include "Varnet/models/UndoToast.h"
+#include "Varnet/models/VersionHistory.h"
 
 #include <QObject>
 #include <QQmlApplicationEngine>
@@ -49,6 +52,7 @@ Q_SIGNALS:
     void askingToCloseChanged();
 
 private:
+    void followHistory();
     void restoreGeometry();
     void keepGeometry();
     void setAskingToClose(bool asking);
@@ -57,6 +61,9 @@ private:
     RecordingClock m_clock;
     LibraryModel m_library;
     MeetingPage m_meetingPage;
+    DeletedModel m_deleted;
+    VersionHistory m_history;
+    UndoToast m_toast;
     SidebarState m_sidebar;
     ErrorBanner m_banner;
     bool m_askingToClose = false;

@@ -2,6 +2,7 @@
 #include "MeetingCore/base/Failures.h"
 #include "MeetingCore/calendar/CalendarEvents.h"
 #include "MeetingCore/records/MeetingStatus.h"
+#include "Varnet/async/Worker.h"
 #include "Varnet/store/MeetingStore.h"
 
 #include <sys/stat.h>
@@ -110,10 +111,10 @@ void MeetingStore::reconcileCalendar(const std::vector<CalendarEvent>& events) {
     }
 }
 
-MeetingHistory MeetingStore::history(Uuid id) const {
+Task<MeetingHistory> MeetingStore::history(Uuid id) const {
     if (!m_repository)
         throw Failure("Meeting storage is unavailable.");
-    return m_repository->history(id);
+    return onWorker([repository = *m_repository, id] { return repository.history(id); });
 }
 
 void MeetingStore::restoreHistory(const MeetingHistoryEntry& entry, MeetingRestoreOptions options,

@@ -144,8 +144,9 @@ public:
     /// Takes over what the calendar says now about meetings that came from it.
     void reconcileCalendar(const std::vector<CalendarEvent>& events);
 
-    /// The versions of a meeting. Throws as MeetingRepository::history does, and Failure without storage.
-    MeetingHistory history(Uuid id) const;
+    /// The versions of a meeting, read on the worker. Throws as MeetingRepository::history does, and Failure without
+    /// storage.
+    Task<MeetingHistory> history(Uuid id) const;
 
     /// Puts the wanted content of a version into its meeting; see MeetingRepository::restore. Throws Failure with
     /// nothing changed, also when the store is busy or the meeting has edits that cannot be saved.

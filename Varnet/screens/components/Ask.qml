@@ -4,7 +4,8 @@ import QtQuick.Layouts
 import QtQuick.Templates as T
 import Varnet
 
-// A question over the window with two answers. It stays until one is given or Escape dismisses it.
+// A question over the window with two answers. It stays until one is given or Escape dismisses it. The second is the
+// usual one; a `grave` one is marked and has to be looked for.
 Dialog {
     id: root
 
@@ -12,6 +13,7 @@ Dialog {
     required property string explanation
     required property string firstAnswer
     required property string secondAnswer
+    property bool grave: false
 
     signal first
     signal second
@@ -60,12 +62,15 @@ Dialog {
 
             PlainButton {
                 Layout.fillHeight: true
+                focus: root.grave
                 text: root.firstAnswer
                 onClicked: root.first()
             }
 
             PrimaryButton {
-                focus: true
+                focus: !root.grave
+                ground: root.grave ? Theme.rec : Theme.accent
+                ink: root.grave ? Theme.onRec : Theme.onAccent
                 text: root.secondAnswer
                 onClicked: root.second()
             }

@@ -7,6 +7,7 @@ ThemedButton {
 
     bottomPadding: Theme.unit
     leftPadding: 3 * Theme.unit
+    opacity: enabled ? 1 : 0.45
     rightPadding: 3 * Theme.unit
     topPadding: Theme.unit
 

@@ -53,6 +53,15 @@ Rectangle {
             onClicked: root.commands.showLibrary()
         }
 
+        SidebarItem {
+            Layout.fillWidth: true
+            current: root.router.showingDeleted
+            detail: root.sidebar.deletedCount
+            symbol: "deleted"
+            text: qsTr("Recently Deleted")
+            onClicked: root.commands.showDeleted()
+        }
+
         Item {
             Layout.fillHeight: true
         }

@@ -95,7 +95,7 @@ TEST_F(Window, OpensWithoutComplaintAndIsDrivenByTheKeyboard) {
 
 TEST_F(Window, EveryControlHasANameForScreenReaders) {
     ASSERT_TRUE(frame->open());
-    for (const auto page : {AppRouter::Page::library, AppRouter::Page::meeting}) {
+    for (const auto page : {AppRouter::Page::library, AppRouter::Page::deleted, AppRouter::Page::meeting}) {
         app->router().setPage(page);
         settle();
         QList<QQuickItem*> controls;
@@ -107,6 +107,74 @@ TEST_F(Window, EveryControlHasANameForScreenReaders) {
             EXPECT_FALSE(accessible->text(QAccessible::Name).isEmpty()) << control->metaObject()->className();
         }
     }
+}
+
+TEST_F(Window, ADeleteIsOfferedForUndoingWithoutTakingTheFocus) {
+    ASSERT_TRUE(frame->open());
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(frame->window()));
+    frame->window()->requestActivate();
+    settle();
+    const auto* button = frame->window()->findChild<QQuickItem*>("undoDelete");
+    ASSERT_TRUE(button);
+
+    press(Qt::Key_Delete);
+    ASSERT_EQ(app->store().meetings().size(), 1);
+    EXPECT_TRUE(button->isVisible());
+    EXPECT_FALSE(button->hasActiveFocus());
+    QTest::mouseClick(frame->window(), Qt::LeftButton, {}, button->mapToScene({5, 5}).toPoint());
+    settle();
+    EXPECT_EQ(app->store().meetings().size(), 2);
+
+    press(Qt::Key_Delete);
+    app->router().setPage(AppRouter::Page::meeting);
+    for (int tabs = 0; tabs < 12 && !frame->window()->activeFocusItem()->inherits("QQuickTextField"); ++tabs)
+        press(Qt::Key_Tab);
+    press(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(app->store().meetings().size(), 1) << "undoing in a field is the field's";
+    press(Qt::Key_2, Qt::ControlModifier);
+    press(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(app->store().meetings().size(), 2);
+    press(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+    ASSERT_EQ(app->store().deletedMeetings().size(), 1);
+
+    press(Qt::Key_Delete);
+    press(Qt::Key_Escape);
+    EXPECT_EQ(app->store().deletedMeetings().size(), 1);
+    press(Qt::Key_Delete);
+    press(Qt::Key_Return); // on the answer that keeps it
+    EXPECT_EQ(app->store().deletedMeetings().size(), 1);
+    press(Qt::Key_Return);
+    EXPECT_EQ(app->store().meetings().size(), 2);
+}
+
+TEST_F(Window, TheVersionHistoryIsDrivenByTheKeyboardAndHasItsEscapeForItself) {
+    ASSERT_TRUE(frame->open());
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(frame->window()));
+    frame->window()->requestActivate();
+    const MeetingRepository repository(folder / "meetings");
+    const auto id = *app->store().selectedID();
+    auto version = repository.load(id);
+    version.notes = "Ask Jonas.";
+    repository.archiveBeforeTranscription(version);
+    app->router().setPage(AppRouter::Page::meeting);
+    settle();
+
+    press(Qt::Key_H, Qt::ControlModifier | Qt::ShiftModifier);
+    const auto* notes = frame->window()->findChild<QQuickItem*>("personalNotes");
+    ASSERT_TRUE(notes && eventually([&] { return notes->isVisible(); }));
+    for (int tabs = 0; tabs < 12 && !notes->hasActiveFocus(); ++tabs)
+        press(Qt::Key_Tab);
+    ASSERT_TRUE(notes->hasActiveFocus());
+    press(Qt::Key_Space);
+    for (int tabs = 0; tabs < 4 && app->store().meeting(id)->notes.empty(); ++tabs) {
+        press(Qt::Key_Tab);
+        press(Qt::Key_Return);
+    }
+    EXPECT_EQ(app->store().meeting(id)->notes, "Ask Jonas.");
+    press(Qt::Key_Escape);
+    EXPECT_FALSE(app->router().historyOpen());
+    EXPECT_EQ(app->router().page(), AppRouter::Page::meeting);
+    EXPECT_EQ(warnings.join('\n').toStdString(), "");
 }
 
 TEST_F(Window, ClosingItIsExplainedOnceAndNeverEndsTheProgram) {

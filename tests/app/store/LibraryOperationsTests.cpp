@@ -172,7 +172,7 @@ TEST_F(LibraryOperations, AnImportRefreshesItsMeetingAndKeepsAVersion) {
     EXPECT_EQ(onDisk(id).notes + *onDisk(id).importedContent, "minetext");
     EXPECT_TRUE(onDisk(id).source->cancelled);
     EXPECT_EQ(onDisk(id).status, "Scheduled · ready to record");
-    EXPECT_EQ(store().history(id).entries.at(0).meeting.importedContent, std::nullopt);
+    EXPECT_EQ(await(store().history(id)).entries.at(0).meeting.importedContent, std::nullopt);
 
     store().reconcileCalendar({event("1", true), event("2")});
     EXPECT_EQ(onDisk(id).status, "Cancelled · calendar event");
@@ -193,7 +193,7 @@ TEST_F(LibraryOperations, AVersionComesBackOnlyIntoWhatTheUserSaw) {
     store().setNotes("old", id);
     repository.archiveBeforeTranscription(*store().meeting(id));
     store().setNotes("new", id);
-    const auto entry = store().history(id).entries.at(0);
+    const auto entry = await(store().history(id)).entries.at(0);
     const MeetingRevisions seen{MeetingRestoration::revision(*store().meeting(id)),
                                 MeetingRestoration::revision(entry.meeting)};
     const auto restore = [&](MeetingRevisions expected) -> std::string {

@@ -1,0 +1,68 @@
+#include "Varnet/models/VersionDifference.h"
+
+#include "MeetingCore/records/Meeting.h"
+
+#include <QCoreApplication>
+#include <QStringList>
+
+#include <algorithm>
+
+namespace varnet {
+
+namespace {
+
+QString tr(const char* text) {
+    return QCoreApplication::translate("VersionDifference", text);
+}
+
+QString counted(std::size_t count, const char* one, const char* several) {
+    return count == 1 ? tr(one) : tr(several).arg(count);
+}
+
+std::size_t differingTurns(const std::vector<TranscriptTurn>& now, const std::vector<TranscriptTurn>& version) {
+    std::size_t differing = 0;
+    for (std::size_t place = 0; place < now.size(); ++place)
+        differing += now[place] != version[place] ? 1 : 0;
+    return differing;
+}
+
+/// No names and an empty list of names are the same to a reader.
+std::map<std::string, std::string> names(const Meeting& meeting) {
+    return meeting.speakerNames.value_or(std::map<std::string, std::string>());
+}
+
+QString transcriptDifference(const Meeting& now, const Meeting& version) {
+    const auto before = version.turns.size(), after = now.turns.size();
+    if (before == 0 && after > 0)
+        return tr("No transcript");
+    if (before < after)
+        return counted(after - before, "1 turn fewer", "%1 turns fewer");
+    if (before > after)
+        return counted(before - after, "1 turn more", "%1 turns more");
+    if (const auto differing = differingTurns(now.turns, version.turns))
+        return counted(differing, "1 turn differs", "%1 turns differ");
+    return names(now) == names(version) ? QString() : tr("Speaker names differ");
+}
+
+} // namespace
+
+VersionDifference VersionDifference::of(const Meeting& now, const Meeting& version) {
+    VersionDifference difference;
+    difference.transcript = transcriptDifference(now, version);
+    difference.otherAudio = !difference.transcript.isEmpty() && now.audioFilename != version.audioFilename;
+    if (difference.otherAudio)
+        difference.transcript = tr("Different audio: the transcript can't be restored");
+    if (now.notes != version.notes)
+        difference.personalNotes = version.notes.empty() ? tr("No notes") : tr("Notes differ");
+    if (now.generatedNotes != version.generatedNotes)
+        difference.generatedNotes = version.generatedNotes ? tr("Draft differs") : tr("No draft");
+    return difference;
+}
+
+QString VersionDifference::line() const {
+    QStringList parts{transcript, personalNotes, generatedNotes};
+    parts.removeAll(QString());
+    return parts.empty() ? tr("Same as now") : parts.join(QStringLiteral(" · "));
+}
+
+} // namespace varnet

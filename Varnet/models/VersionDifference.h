@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QString>
+
+namespace varnet {
+
+struct Meeting;
+
+/// What a saved version of a meeting has otherwise than the meeting now, in words. An empty text means no difference.
+/// Comparing reads both records whole; any thread.
+struct VersionDifference {
+    QString transcript; ///< "12 turns fewer", "3 turns differ", "Speaker names differ", ...
+    QString personalNotes;
+    QString generatedNotes;
+    bool otherAudio = false; ///< the transcript differs and cannot come back, because it belongs to other audio
+
+    static VersionDifference of(const Meeting& now, const Meeting& version);
+
+    /// The differences in one line; "Same as now" without any.
+    QString line() const;
+
+    bool operator==(const VersionDifference&) const = default;
+};
+
+} // namespace varnet

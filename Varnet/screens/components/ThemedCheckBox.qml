@@ -1,0 +1,62 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import QtQuick.Layouts
+import Varnet
+
+// A choice that is made or not, with what there is to know about it in `detail`.
+CheckBox {
+    id: root
+
+    property string detail
+
+    Accessible.description: detail
+    Keys.onEnterPressed: click()
+    Keys.onReturnPressed: click()
+    bottomPadding: Theme.unit
+    leftPadding: 0
+    spacing: 2 * Theme.unit
+    topPadding: Theme.unit
+
+    contentItem: RowLayout {
+        spacing: 3 * Theme.unit
+
+        ThemedText {
+            Accessible.ignored: true
+            Layout.leftMargin: root.indicator.width + root.spacing
+            Layout.preferredWidth: 6 * Theme.body.lineHeight
+            color: root.enabled ? Theme.text : Theme.faint
+            text: root.text
+        }
+
+        ThemedText {
+            Accessible.ignored: true
+            Layout.fillWidth: true
+            Layout.preferredWidth: 0
+            color: root.enabled ? Theme.secondary : Theme.faint
+            text: root.detail
+        }
+    }
+    indicator: Rectangle {
+        border.color: root.checked ? Theme.accent : Theme.faint
+        border.width: 1
+        color: root.checked ? Theme.accent : "transparent"
+        height: width
+        opacity: root.enabled ? 1 : 0.45
+        radius: Theme.unit
+        width: 4 * Theme.unit
+        y: (root.height - height) / 2
+
+        Icon {
+            anchors.centerIn: parent
+            color: Theme.onAccent
+            sourceSize: Qt.size(3 * Theme.unit, 3 * Theme.unit)
+            symbol: "check"
+            visible: root.checked
+        }
+
+        FocusRing {
+            control: root
+            anchors.fill: parent
+        }
+    }
+}

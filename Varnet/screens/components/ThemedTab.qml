@@ -1,0 +1,38 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import Varnet
+
+// One of several views of a thing, marked below while it is shown.
+TabButton {
+    id: root
+
+    bottomPadding: 1.5 * Theme.unit
+    leftPadding: 3 * Theme.unit
+    rightPadding: 3 * Theme.unit
+    topPadding: 1.5 * Theme.unit
+    width: implicitWidth
+
+    background: Rectangle {
+        color: root.hovered && !root.checked ? Theme.raised : "transparent"
+        radius: Theme.controlRadius
+
+        Rectangle {
+            anchors.bottom: parent.bottom
+            color: Theme.accent
+            height: 2
+            visible: root.checked
+            width: parent.width
+        }
+
+        FocusRing {
+            control: root
+            anchors.fill: parent
+        }
+    }
+    contentItem: ThemedText {
+        color: root.checked ? Theme.text : Theme.secondary
+        horizontalAlignment: Text.AlignHCenter
+        text: root.text
+        type: root.checked ? Theme.emphasis : Theme.body
+    }
+}

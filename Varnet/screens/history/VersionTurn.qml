@@ -1,0 +1,58 @@
+import QtQuick
+import Varnet
+
+// One turn of a version.
+Rectangle {
+    id: root
+
+    required property string speaker
+    required property int hue
+    required property string clock
+    required property string words
+    required property string spoken
+    property bool focused: false
+
+    Accessible.focused: focused
+    Accessible.name: spoken
+    Accessible.role: Accessible.ListItem
+    border.color: Theme.accent
+    border.width: focused ? 1 : 0
+    color: "transparent"
+    implicitHeight: column.implicitHeight + 3 * Theme.unit
+    radius: Theme.controlRadius
+
+    Column {
+        id: column
+
+        anchors.left: parent.left
+        anchors.leftMargin: 3 * Theme.unit
+        anchors.right: parent.right
+        anchors.verticalCenter: parent.verticalCenter
+
+        Row {
+            spacing: 2 * Theme.unit
+
+            ThemedText {
+                Accessible.ignored: true
+                color: root.hue < 0 ? Theme.faint : Theme.speakers[root.hue]
+                text: root.speaker
+                type: Theme.emphasis
+                width: Math.min(implicitWidth, column.width - 15 * Theme.unit)
+            }
+
+            ThemedText {
+                Accessible.ignored: true
+                color: Theme.faint
+                text: root.clock
+                type: Theme.caption
+            }
+        }
+
+        ThemedText {
+            Accessible.ignored: true
+            text: root.words
+            width: column.width
+            wrapMode: Text.Wrap
+        }
+    }
+}

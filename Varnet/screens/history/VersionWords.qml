@@ -1,0 +1,34 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import Varnet
+
+// A long text to read and to copy from.
+ScrollView {
+    id: root
+
+    required property string name
+    required property string nothing
+    required property string text
+
+    contentWidth: availableWidth
+
+    TextArea {
+        Accessible.name: root.name
+        activeFocusOnTab: root.text !== ""
+        color: Theme.text
+        font: Theme.reading.font
+        padding: 3 * Theme.unit
+        readOnly: true
+        selectByMouse: true
+        selectedTextColor: Theme.text
+        selectionColor: Theme.selection
+        text: root.text
+        textFormat: TextEdit.PlainText
+        wrapMode: TextEdit.Wrap
+    }
+
+    NothingHere {
+        text: root.nothing
+        visible: root.text === ""
+    }
+}
