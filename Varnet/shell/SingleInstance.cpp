@@ -14,30 +14,30 @@ std::string named(std::optional<pid_t> process) {
     return process ? "process " + std::to_string(*process) : "another process";
 }
 
-/// Whether the holder shows itself. It may have the lock and not yet the name on the bus.
-bool activate(pid_t holder) {
+/// Whether the holder shows itself. It may have the lock and not yet the name on the bus, or no longer: one that is
+/// quitting still ends its engines, and then the lock becomes free.
+bool activateHolder(StorageLock& lock) {
     using namespace std::chrono_literals;
     for (int attempt = 0; attempt < 50; ++attempt) {
         if (const auto owner = ApplicationBus::owner())
-            return *owner == holder && ApplicationBus::activateOwner();
-        if (!QDBusConnection::sessionBus().isConnected())
-            return false;
+            return owner == lock.holder() && ApplicationBus::activateOwner();
         std::this_thread::sleep_for(100ms);
+        if (lock.tryAgain())
+            return false;
     }
     return false;
 }
 
 } // namespace
 
-std::optional<Refusal> settle(const StorageLock& lock, const std::filesystem::path& storageRoot) {
-    if (lock.held()) {
-        const auto owner = ApplicationBus::owner();
-        return owner ? std::optional(anotherLibraryOpen(owner)) : std::nullopt;
-    }
-    if (lock.holder() && activate(*lock.holder()))
+std::optional<Refusal> settle(StorageLock& lock, const std::filesystem::path& storageRoot) {
+    if (!lock.held() && activateHolder(lock))
         return Refusal{};
-    return Refusal{1, AppInfo::name() + " is already running: " + named(lock.holder()) + " holds the meetings in " +
-                          storageRoot.string() + "."};
+    if (!lock.held())
+        return Refusal{1, AppInfo::name() + " is already running: " + named(lock.holder()) + " holds the meetings in " +
+                              storageRoot.string() + "."};
+    const auto owner = ApplicationBus::owner();
+    return owner ? std::optional(anotherLibraryOpen(owner)) : std::nullopt;
 }
 
 Refusal anotherLibraryOpen(std::optional<pid_t> process) {

@@ -17,9 +17,9 @@ struct Refusal {
     std::string message; ///< a finished sentence for the terminal; empty with exit code 0
 };
 
-/// Absent when this process may go on. Otherwise the holder of the lock is asked over the bus to show itself; while it
-/// is still starting this waits some seconds.
-std::optional<Refusal> settle(const StorageLock& lock, const std::filesystem::path& storageRoot);
+/// Absent when this process may go on, with the lock. Otherwise the holder of the lock is asked over the bus to show
+/// itself; while it is still starting or already ending this waits some seconds.
+std::optional<Refusal> settle(StorageLock& lock, const std::filesystem::path& storageRoot);
 
 /// The refusal of a start beside a program that has another library open.
 Refusal anotherLibraryOpen(std::optional<pid_t> process);

@@ -46,12 +46,18 @@ StorageLock::StorageLock(const std::filesystem::path& storageRoot) {
         return;
     m_descriptor = open(root.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (m_descriptor >= 0)
-        m_held = flock(m_descriptor, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
+        take();
 }
 
 StorageLock::~StorageLock() {
     if (m_descriptor >= 0)
         close(m_descriptor);
+}
+
+bool StorageLock::tryAgain() {
+    if (!m_held)
+        take();
+    return m_held;
 }
 
 /// Whether the file could be opened; the lock may be another process's then.
@@ -60,15 +66,16 @@ bool StorageLock::lockFile(const std::filesystem::path& file) {
     m_descriptor = open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600);
     if (m_descriptor < 0)
         return false;
-    m_held = flock(m_descriptor, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK; // not every file system has locks
-    if (!m_held) {
-        m_holder = readProcess(m_descriptor);
-        return true;
-    }
-    const auto text = std::to_string(getpid()) + "\n";
-    if (ftruncate(m_descriptor, 0) == 0) [[maybe_unused]]
-        const auto written = pwrite(m_descriptor, text.data(), text.size(), 0); // only tells who
+    take();
     return true;
+}
+
+void StorageLock::take() {
+    m_held = flock(m_descriptor, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK; // not every file system has locks
+    m_holder = m_held ? std::nullopt : readProcess(m_descriptor);
+    const auto text = std::to_string(getpid()) + "\n";
+    if (m_held && ftruncate(m_descriptor, 0) == 0) [[maybe_unused]]
+        const auto written = pwrite(m_descriptor, text.data(), text.size(), 0); // only tells who
 }
 
 } // namespace varnet

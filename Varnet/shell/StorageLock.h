@@ -21,11 +21,15 @@ public:
 
     bool held() const { return m_held; }
 
+    /// Takes the lock if it has become free. Whether it is held now.
+    bool tryAgain();
+
     /// The process that holds the lock when this one does not; absent when the file does not tell.
     std::optional<pid_t> holder() const { return m_holder; }
 
 private:
     bool lockFile(const std::filesystem::path& file);
+    void take();
 
     int m_descriptor = -1;
     bool m_held = true;

@@ -104,7 +104,7 @@ Uuid MeetingStore::meetingToRecord() {
 Task<> MeetingStore::beginCapture(Uuid id) {
     const auto gone = m_tasks->stopToken();
     const CaptureMode mode = m_captureMode;
-    assign(m_recordingID, id, &MeetingStore::recordingIDChanged);
+    setRecordingID(id);
     // From this save on a crash leaves a record that the next start recognises.
     update(id, [&](Meeting& meeting) {
         meeting.audioFilename = mode == CaptureMode::meeting ? mixedName : microphoneName;
@@ -206,7 +206,7 @@ Task<> MeetingStore::abandonStart(std::optional<Uuid> id, std::exception_ptr cau
     m_systemRecorder.reset();
 
     closeLive();
-    assign(m_recordingID, {}, &MeetingStore::recordingIDChanged);
+    setRecordingID({});
     if (id)
         setStatus(*id, MeetingStatus::didNotStart);
     setError(describe(cause));
@@ -342,7 +342,7 @@ Task<> MeetingStore::stopRecording(std::exception_ptr captureError) {
     if (gone.stop_requested())
         co_return;
     clearPartial();
-    assign(m_recordingID, {}, &MeetingStore::recordingIDChanged);
+    setRecordingID({});
     assign(m_busy, false, &MeetingStore::busyChanged);
     setStatus(id, incomplete    ? MeetingStatus::captureIncomplete
                   : transcribed ? MeetingStatus::savedWithTranscript
@@ -389,6 +389,11 @@ Task<bool> MeetingStore::finishTranscript(bool captureIncomplete) {
     else
         setError("Audio was saved. " + message);
     co_return false;
+}
+
+void MeetingStore::setRecordingID(std::optional<Uuid> id) {
+    m_recordingEncoder = {};
+    assign(m_recordingID, id, &MeetingStore::recordingIDChanged);
 }
 
 void MeetingStore::setStatus(Uuid id, std::string_view status) {

@@ -185,7 +185,10 @@ void MeetingStore::persist(Uuid id) {
     try {
         if (!m_repository)
             throw Failure(storageUnavailable);
-        m_repository->save(*meeting);
+        if (id == m_recordingID)
+            m_repository->save(*meeting, m_recordingEncoder);
+        else
+            m_repository->save(*meeting);
         failures.erase(id);
     } catch (const std::exception& failure) {
         qWarning("A meeting was not saved: %s", failure.what());

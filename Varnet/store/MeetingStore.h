@@ -3,6 +3,7 @@
 #include "MeetingCore/base/Uuid.h"
 #include "MeetingCore/calendar/CalendarEvents.h"
 #include "MeetingCore/records/Meeting.h"
+#include "MeetingCore/records/MeetingEncoder.h"
 #include "MeetingCore/records/MeetingHistory.h"
 #include "MeetingCore/records/MeetingRepository.h"
 #include "MeetingCore/records/MeetingTrash.h"
@@ -241,6 +242,7 @@ private:
     void closeLive();
     Task<> inhibitSleep(Uuid id);
     void appendFinalizedTurns(std::vector<TranscriptTurn> turns, Uuid id);
+    void setRecordingID(std::optional<Uuid> id);
     void setStatus(Uuid id, std::string_view status);
     void clearPartial();
 
@@ -262,6 +264,7 @@ private:
     std::optional<std::string> m_error;
     std::map<Uuid, std::string> m_saveFailures;
     std::optional<Uuid> m_recordingID;
+    MeetingEncoder m_recordingEncoder; ///< a long recording is saved with every turn
     std::optional<Uuid> m_notesMeetingID;
     std::vector<DeletedMeeting> m_deletedMeetings;
     std::optional<DeletionReceipt> m_pendingUndo;
