@@ -57,6 +57,7 @@ int run(const CommandLine& commandLine) {
     ApplicationBus bus({.show = [&window] { window.show(); },
                         .toggleRecording = [&app] { app.commands().toggleRecording(); },
                         .quit = [&delegate] { delegate.quit(); }});
+    QObject::connect(&delegate, &MeetingAppDelegate::terminating, &bus, &ApplicationBus::unregisterName);
     if (!commandLine.exportsWindow && bus.registerName() == ApplicationBus::Registration::nameTaken)
         return refuse(SingleInstance::anotherLibraryOpen(ApplicationBus::owner()));
     return QCoreApplication::exec();

@@ -18,7 +18,11 @@ ApplicationBus::ApplicationBus(BusActions actions, QDBusConnection connection)
     : m_actions(std::move(actions)), m_connection(std::move(connection)) {}
 
 ApplicationBus::~ApplicationBus() {
-    if (!m_registered)
+    unregisterName();
+}
+
+void ApplicationBus::unregisterName() {
+    if (!std::exchange(m_registered, false))
         return;
     m_connection.unregisterService(busName);
     m_connection.unregisterObject(objectPath);

@@ -34,6 +34,9 @@ public:
     /// Exports the object, then takes the name: who sees the name finds the object.
     Registration registerName();
 
+    /// Leaves the bus, so that a new start does not take this process, which is quitting, for a running one.
+    void unregisterName();
+
     /// The process that owns the name; absent when none does or there is no bus.
     static std::optional<pid_t> owner(const QDBusConnection& connection = QDBusConnection::sessionBus());
 

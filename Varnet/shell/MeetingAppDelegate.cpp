@@ -88,6 +88,7 @@ void MeetingAppDelegate::cancel() {
 }
 
 void MeetingAppDelegate::terminate() {
+    Q_EMIT terminating();
     if (m_engines)
         m_engines->shutdown();
     Q_EMIT terminated();

@@ -43,6 +43,8 @@ Q_SIGNALS:
     void quitCancelled();
     /// A quit begins: edits that are still open are to be handed to the store now.
     void closing();
+    /// The quit is agreed; the engines are shut down next, which may take seconds.
+    void terminating();
     /// The quit is agreed and the engines are shut down: the event loop may end.
     void terminated();
 

@@ -18,13 +18,15 @@ std::string named(std::optional<pid_t> process) {
 /// quitting still ends its engines, and then the lock becomes free.
 bool activateHolder(StorageLock& lock) {
     using namespace std::chrono_literals;
-    for (int attempt = 0; attempt < 50; ++attempt) {
-        if (const auto owner = ApplicationBus::owner())
-            return owner == lock.holder() && ApplicationBus::activateOwner();
-        std::this_thread::sleep_for(100ms);
-        if (lock.tryAgain())
+    const auto deadline = std::chrono::steady_clock::now() + 5s;
+    do {
+        const auto owner = ApplicationBus::owner();
+        if (owner && owner != lock.holder())
             return false;
-    }
+        if (owner && ApplicationBus::activateOwner())
+            return true;
+        std::this_thread::sleep_for(100ms);
+    } while (!lock.tryAgain() && std::chrono::steady_clock::now() < deadline);
     return false;
 }
 
