@@ -28,15 +28,13 @@ bool await(const std::function<bool()>& condition, std::chrono::milliseconds dea
     return true;
 }
 
-EngineProcess::EngineProcess(QStringList arguments) {
-    if (arguments.isEmpty())
-        arguments << "serve" << "--config" << VARNET_SOURCE_DIR "/config/speech.yaml" << "--port" << "0" << "--device"
-                  << "cpu";
+EngineProcess::EngineProcess() {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("ASAN_OPTIONS", "quarantine_size_mb=8"); // memory is measured
     m_process.setProcessEnvironment(environment);
     m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    m_process.start(NEMO_SPEECH, arguments);
+    m_process.start(NEMO_SPEECH,
+                    {"serve", "--config", VARNET_SOURCE_DIR "/config/speech.yaml", "--port", "0", "--device", "cpu"});
     await([this] { return m_process.canReadLine() || m_process.state() == QProcess::NotRunning; });
     m_port = m_process.readLine().trimmed().split(':').last().toInt();
     EXPECT_TRUE(await([this] { return health() == 200; }));
@@ -72,7 +70,7 @@ double EngineProcess::cpuSeconds() const {
     return (fields[11].toDouble() + fields[12].toDouble()) / static_cast<double>(sysconf(_SC_CLK_TCK));
 }
 
-HTTPResult exchange(int port, const QByteArray& request, std::function<QByteArray()> more) {
+HTTPResult exchange(int port, const QByteArray& request) {
     QTcpSocket socket;
     socket.connectToHost(QHostAddress::LocalHost, static_cast<quint16>(port));
     socket.write(request);
@@ -80,12 +78,6 @@ HTTPResult exchange(int port, const QByteArray& request, std::function<QByteArra
     const auto patience = request.startsWith("GET") ? 1500ms : 60000ms;
     await(
         [&] {
-            while (more && socket.state() == QTcpSocket::ConnectedState && socket.bytesToWrite() < 1 << 20) {
-                const QByteArray next = more();
-                if (next.isEmpty())
-                    more = {};
-                socket.write(next);
-            }
             answer += socket.readAll();
             return socket.state() == QTcpSocket::UnconnectedState;
         },

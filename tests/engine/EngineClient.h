@@ -13,17 +13,14 @@
 /// The real engine on a port of its own, ready when constructed; killed at the end if it is still there.
 class EngineProcess {
 public:
-    /// `arguments` replaces what the engine is started with.
-    explicit EngineProcess(QStringList arguments = {});
+    EngineProcess();
     ~EngineProcess();
 
     int port() const { return m_port; }
     QProcess& process() { return m_process; }
-    /// The status of GET "/health", 0 when nothing answers within the application's 1.5 seconds.
-    int health() const;
+    int health() const; ///< the status of GET "/health", 0 when nothing answers within the application's 1.5 seconds
     qint64 peakMemory() const; ///< KiB
-    /// Processor time used so far.
-    double cpuSeconds() const;
+    double cpuSeconds() const; ///< processor time used so far
 
 private:
     QByteArray proc(const char* name) const;
@@ -40,7 +37,7 @@ struct HTTPResult {
     QByteArray body;
 };
 /// Sends the bytes as they are and reads to the end of the connection.
-HTTPResult exchange(int port, const QByteArray& request, std::function<QByteArray()> more = {});
+HTTPResult exchange(int port, const QByteArray& request);
 /// A request with the multipart body of a transcription; `file` goes between its head and its closing delimiter.
 QByteArray transcriptionRequest(const QByteArray& file, const QByteArray& diarization = "true");
 

@@ -59,10 +59,7 @@ TEST(LiveSession, KnowsNothingOfTheSessionsBefore) {
 
 TEST(LiveSession, CommitsWithoutSpeechAreAcknowledgedAlone) {
     LiveClient client(sharedEngine());
-    client.handshake();
-    client.commit();
-    ASSERT_EQ(client.waitFor("input_audio_buffer.committed"), 2U);
-    client.sendAudio(QByteArray(2 * 32000, 0));
+    client.hold(QByteArray(2 * 32000, 0));
     client.commit();
     EXPECT_TRUE(await([&] { return client.messages.size() == 4; }));
     EXPECT_EQ(client.messages.back().type(), "input_audio_buffer.committed");

@@ -28,8 +28,6 @@ public:
     Task<> stop() override {
         if (!std::exchange(running, false))
             co_return;
-        if (beforeStopEnds)
-            beforeStopEnds();
         m_callbacks = {};
         if (stopFailure)
             std::rethrow_exception(stopFailure);
@@ -50,7 +48,6 @@ public:
     std::exception_ptr startFailure;
     std::exception_ptr stopFailure;
     std::function<void()> beforeStartEnds;
-    std::function<void()> beforeStopEnds;
 
 private:
     Callbacks m_callbacks;

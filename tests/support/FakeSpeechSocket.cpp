@@ -81,16 +81,12 @@ void FakeSpeechEngine::holdSends(bool hold) {
     hold ? m_state->sendsPass.reset() : m_state->sendsPass.set();
 }
 
-std::function<Task<bool>(std::chrono::nanoseconds, std::stop_token)> FakeTime::sleeper() {
-    return [state = m_state](std::chrono::nanoseconds duration, std::stop_token stop) {
-        return sleep(state, duration, std::move(stop));
-    };
-}
-
 SpeechTiming FakeTime::timing() {
     SpeechTiming timing;
     timing.now = [state = m_state] { return state->now; };
-    timing.sleep = sleeper();
+    timing.sleep = [state = m_state](std::chrono::nanoseconds duration, std::stop_token stop) {
+        return sleep(state, duration, std::move(stop));
+    };
     return timing;
 }
 

@@ -53,8 +53,6 @@ private:
 /// Time that passes only by `advance`, for code that takes its clock and its sleep as functions.
 class FakeTime {
 public:
-    std::chrono::nanoseconds now() const { return m_state->now; }
-    std::function<Task<bool>(std::chrono::nanoseconds, std::stop_token)> sleeper();
     /// The usual limits of a session, on this clock.
     SpeechTiming timing();
     /// Lets time pass in steps of `step`, running everything that becomes ready after each.

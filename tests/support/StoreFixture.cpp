@@ -18,38 +18,31 @@ void elsewhere(Work work) {
 class FakeCapture final : public AudioCapture {
 public:
     explicit FakeCapture(FakeSoundServer& server) : m_server(server) {}
-    ~FakeCapture() override { end(); }
+    ~FakeCapture() override { m_capture->running = false; }
 
     Task<> start(std::vector<CaptureSource> sources, Callbacks callbacks) override {
-        const auto capture = std::make_shared<FakeSoundServer::Capture>();
-        capture->sources = std::move(sources);
-        capture->callbacks = std::move(callbacks);
-        m_capture = capture;
-        FakeSoundServer& server = m_server;
-        server.captures.push_back(capture);
-        co_await server.startsPass.wait();
-        const auto failure = capture->sources.size() > 1 ? server.callFailure : server.microphoneFailure;
-        if (failure) {
-            if (server.failuresAreReportedToo)
-                elsewhere([&] { capture->callbacks.onError(failure); });
-            std::rethrow_exception(failure);
-        }
-        capture->running = true;
+        *m_capture = {std::move(sources), std::move(callbacks)};
+        return run(&m_server, m_capture);
     }
-
     Task<> stop() override {
-        end();
+        m_capture->running = false;
         co_return;
     }
 
 private:
-    void end() {
-        if (m_capture)
-            m_capture->running = false;
+    static Task<> run(FakeSoundServer* server, std::shared_ptr<FakeSoundServer::Capture> capture) {
+        server->captures.push_back(capture);
+        co_await server->startsPass.wait();
+        const auto failure = capture->sources.size() > 1 ? server->callFailure : server->microphoneFailure;
+        if (failure && server->failuresAreReportedToo)
+            elsewhere([&] { capture->callbacks.onError(failure); });
+        if (failure)
+            std::rethrow_exception(failure);
+        capture->running = true;
     }
 
     FakeSoundServer& m_server;
-    std::shared_ptr<FakeSoundServer::Capture> m_capture;
+    std::shared_ptr<FakeSoundServer::Capture> m_capture = std::make_shared<FakeSoundServer::Capture>();
 };
 
 struct FakeSleepInhibitor : SleepInhibitor {

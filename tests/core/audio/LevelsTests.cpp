@@ -24,24 +24,21 @@ TEST(RmsLevel, AddsInArrayOrderInSinglePrecision) {
     EXPECT_EQ(level(samples), std::sqrt(16'777'216.0F / 17.0F));
 }
 
-TEST(CallAudioMonitor, RaisesTheAlarmAfterTheWindowOfSilence) {
+TEST(CallAudioMonitor, RaisesTheAlarmAfterThirtySilentSecondsSinceTheUsersFirstWord) {
     CallAudioMonitor monitor(30);
-    EXPECT_FALSE(monitor.observe(0.02F, 0, 0));
-    EXPECT_FALSE(monitor.observe(0, 0, 29.9));
-    EXPECT_TRUE(monitor.observe(0, 0.0019F, 30));
-    EXPECT_FALSE(monitor.observe(0, 0.002F, 40)) << "sound from the call clears it at once";
-    EXPECT_FALSE(monitor.observe(1, 0, 69.9));
-    EXPECT_TRUE(monitor.observe(0, 0, 70));
-}
-
-TEST(CallAudioMonitor, CountsFromTheUsersFirstWord) {
-    CallAudioMonitor monitor(30);
-    EXPECT_FALSE(monitor.observe(0.0099F, 0, 0)) << "too quiet to be speech";
-    EXPECT_FALSE(monitor.observe(0, 0.5F, 5));
-    EXPECT_FALSE(monitor.observe(0, 0, 1000)) << "nobody has spoken yet";
-    EXPECT_FALSE(monitor.observe(0.01F, 0, 1020));
-    EXPECT_FALSE(monitor.observe(0, 0, 1049.9));
-    EXPECT_TRUE(monitor.observe(0, 0, 1050));
+    const struct {
+        float microphone, call;
+        double time;
+        bool alarm;
+    } rows[] = {
+        {0.0099F, 0, 0, false},                        // too quiet to be speech
+        {0, 0.5F, 5, false},      {0, 0, 1000, false}, // nobody has spoken yet
+        {0.01F, 0, 1020, false},  {0, 0, 1049.9, false},
+        {0, 0.0019F, 1050, true}, {0, 0.002F, 1060, false}, // sound from the call clears it at once
+        {1, 0, 1089.9, false},    {0, 0, 1090, true},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(monitor.observe(row.microphone, row.call, row.time), row.alarm) << row.time;
 }
 
 } // namespace
