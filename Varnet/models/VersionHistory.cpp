@@ -160,11 +160,6 @@ QString VersionHistory::unreadableText() const {
     }
 }
 
-QString VersionHistory::currentWhen() const {
-    const auto* version = current();
-    return version ? when(version->archivedAt) : QString();
-}
-
 QString VersionHistory::notesText() const {
     const auto* version = current();
     return version ? toQString(version->meeting.notes) : QString();

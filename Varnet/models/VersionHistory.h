@@ -45,7 +45,6 @@ class VersionHistory : public QAbstractListModel {
     Q_PROPERTY(QString error READ error NOTIFY changed)
     Q_PROPERTY(QString notice READ notice NOTIFY changed)
     Q_PROPERTY(int currentRow READ currentRow NOTIFY changed)
-    Q_PROPERTY(QString currentWhen READ currentWhen NOTIFY changed)
     Q_PROPERTY(QString notesText READ notesText NOTIFY changed)
     Q_PROPERTY(QString draftText READ draftText NOTIFY changed)
     Q_PROPERTY(varnet::TranscriptModel* turns READ turns CONSTANT)
@@ -80,7 +79,6 @@ public:
     QString error() const { return m_error; }
     QString notice() const { return m_notice; } ///< what has been done
     int currentRow() const { return m_currentRow; }
-    QString currentWhen() const;
     QString notesText() const; ///< of the current version, as are the following
     QString draftText() const; ///< its points below their headings
     TranscriptModel* turns() { return &m_turns; }

@@ -27,6 +27,8 @@ Dialog {
     title: question
     width: Math.min(130 * Theme.unit, T.Overlay.overlay ? T.Overlay.overlay.width - 16 * Theme.unit : 0)
 
+    onOpened: (grave ? firstButton : secondButton).forceActiveFocus(Qt.TabFocusReason)
+
     T.Overlay.modal: Rectangle {
         color: Qt.alpha(Theme.window, 0.75)
     }
@@ -61,14 +63,16 @@ Dialog {
             spacing: 2 * Theme.unit
 
             PlainButton {
+                id: firstButton
+
                 Layout.fillHeight: true
-                focus: root.grave
                 text: root.firstAnswer
                 onClicked: root.first()
             }
 
             PrimaryButton {
-                focus: !root.grave
+                id: secondButton
+
                 ground: root.grave ? Theme.rec : Theme.accent
                 ink: root.grave ? Theme.onRec : Theme.onAccent
                 text: root.secondAnswer

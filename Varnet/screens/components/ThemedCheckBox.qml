@@ -9,9 +9,14 @@ CheckBox {
 
     property string detail
 
+    function press() {
+        toggle()
+        toggled()
+    }
+
     Accessible.description: detail
-    Keys.onEnterPressed: click()
-    Keys.onReturnPressed: click()
+    Keys.onEnterPressed: press()
+    Keys.onReturnPressed: press()
     bottomPadding: Theme.unit
     leftPadding: 0
     spacing: 2 * Theme.unit

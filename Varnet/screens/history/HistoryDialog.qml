@@ -4,7 +4,8 @@ import QtQuick.Layouts
 import QtQuick.Templates as T
 import Varnet
 
-// The saved versions of a meeting: the list, a preview of the chosen one, and what to take back from it.
+// The saved versions of a meeting: the list, a preview of the chosen one, and what to take back from it. It is made anew
+// each time it opens.
 Dialog {
     id: root
 
@@ -30,52 +31,58 @@ Dialog {
         color: Theme.surface
         radius: Theme.cardRadius
     }
-    contentItem: ColumnLayout {
-        spacing: 0
+    contentItem: Loader {
+        active: root.visible
+        focus: true
+
         Keys.onEscapePressed: root.commands.closeHistory()
 
-        RowLayout {
-            Layout.bottomMargin: 3 * Theme.unit
-            Layout.leftMargin: 6 * Theme.unit
-            Layout.rightMargin: 4 * Theme.unit
-            Layout.topMargin: 4 * Theme.unit
+        sourceComponent: ColumnLayout {
+            spacing: 0
 
-            ColumnLayout {
-                spacing: 0
+            RowLayout {
+                Layout.bottomMargin: 3 * Theme.unit
+                Layout.leftMargin: 6 * Theme.unit
+                Layout.rightMargin: 4 * Theme.unit
+                Layout.topMargin: 4 * Theme.unit
 
-                ThemedText {
-                    Accessible.role: Accessible.Heading
-                    Layout.fillWidth: true
-                    text: root.title
-                    type: Theme.heading
+                ColumnLayout {
+                    spacing: 0
+
+                    ThemedText {
+                        Accessible.role: Accessible.Heading
+                        Layout.fillWidth: true
+                        text: root.title
+                        type: Theme.heading
+                    }
+
+                    ThemedText {
+                        Layout.fillWidth: true
+                        color: Theme.secondary
+                        text: root.history.title
+                    }
                 }
 
-                ThemedText {
-                    Layout.fillWidth: true
-                    color: Theme.secondary
-                    text: root.history.title
+                IconButton {
+                    Layout.alignment: Qt.AlignTop
+                    symbol: "close"
+                    text: qsTr("Close")
+                    onClicked: root.commands.closeHistory()
                 }
             }
 
-            IconButton {
-                Layout.alignment: Qt.AlignTop
-                symbol: "close"
-                text: qsTr("Close")
-                onClicked: root.commands.closeHistory()
+            Rectangle {
+                Layout.fillWidth: true
+                color: Theme.line
+                implicitHeight: 1
             }
-        }
 
-        Rectangle {
-            Layout.fillWidth: true
-            color: Theme.line
-            implicitHeight: 1
-        }
-
-        Versions {
-            Layout.fillHeight: true
-            Layout.fillWidth: true
-            focus: true
-            history: root.history
+            Versions {
+                Layout.fillHeight: true
+                Layout.fillWidth: true
+                focus: true
+                history: root.history
+            }
         }
     }
 }

@@ -14,7 +14,7 @@ ColumnLayout {
         Accessible.role: Accessible.Heading
         Layout.bottomMargin: Theme.unit
         Layout.fillWidth: true
-        text: qsTr("Restore from %1").arg(root.history.currentWhen)
+        text: qsTr("Restore from this version")
         type: Theme.emphasis
     }
 

@@ -1,4 +1,5 @@
 import QtQuick
+import QtQuick.Layouts
 import Varnet
 
 // One turn of a version.
@@ -29,19 +30,23 @@ Rectangle {
         anchors.right: parent.right
         anchors.verticalCenter: parent.verticalCenter
 
-        Row {
+        RowLayout {
             spacing: 2 * Theme.unit
+            width: parent.width
 
             ThemedText {
                 Accessible.ignored: true
+                Layout.alignment: Qt.AlignBaseline
+                Layout.maximumWidth: implicitWidth
                 color: root.hue < 0 ? Theme.faint : Theme.speakers[root.hue]
                 text: root.speaker
                 type: Theme.emphasis
-                width: Math.min(implicitWidth, column.width - 15 * Theme.unit)
             }
 
             ThemedText {
                 Accessible.ignored: true
+                Layout.alignment: Qt.AlignBaseline
+                Layout.fillWidth: true
                 color: Theme.faint
                 text: root.clock
                 type: Theme.caption

@@ -16,7 +16,7 @@ ScrollView {
         Accessible.name: root.name
         activeFocusOnTab: root.text !== ""
         color: Theme.text
-        font: Theme.reading.font
+        font: Theme.body.font
         padding: 3 * Theme.unit
         readOnly: true
         selectByMouse: true

@@ -21,8 +21,8 @@ FocusScope {
         VersionList {
             Layout.fillHeight: true
             Layout.margins: 2 * Theme.unit
-            Layout.preferredWidth: 13 * Theme.body.lineHeight
-            focus: true
+            Layout.maximumWidth: 13 * Theme.body.lineHeight
+            Layout.minimumWidth: Layout.maximumWidth
             history: root.history
             visible: root.history.count > 0 || root.history.unreadableText !== ""
         }
