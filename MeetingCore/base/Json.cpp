@@ -74,7 +74,7 @@ char* writeHundredths(char* out, double value) {
     constexpr double limit = 1e5; // powers of ten from here on are shorter with an exponent
     if (std::signbit(value) || value >= limit)
         return nullptr;
-    const auto hundredths = static_cast<std::int64_t>(value * 100 + 0.5);
+    const std::int64_t hundredths = std::llround(value * 100);
     if (static_cast<double>(hundredths) / 100 != value)
         return nullptr;
     out = writeNumber(out, hundredths / 100);

@@ -22,14 +22,9 @@ namespace varnet {
 
 namespace {
 
-/// ICU counts in 32 bits.
-std::int32_t lengthFor32Bits(std::string_view text) {
-    VARNET_ASSERT(text.size() <= std::numeric_limits<std::int32_t>::max());
-    return static_cast<std::int32_t>(text.size());
-}
-
 icu::StringPiece piece(std::string_view text) {
-    return icu::StringPiece(text.data(), lengthFor32Bits(text));
+    VARNET_ASSERT(text.size() <= std::numeric_limits<std::int32_t>::max()); // ICU counts in 32 bits
+    return icu::StringPiece(text.data(), static_cast<std::int32_t>(text.size()));
 }
 
 std::string lowerCasedInContext(std::string_view text) {
@@ -180,14 +175,15 @@ std::size_t characterCut(std::string_view text, std::size_t limit) {
 
     UErrorCode status = U_ZERO_ERROR;
     UText source = UTEXT_INITIALIZER;
-    const icu::LocalUTextPointer opened(utext_openUTF8(&source, text.data(), lengthFor32Bits(text), &status));
+    const icu::StringPiece whole = piece(text);
+    const icu::LocalUTextPointer opened(utext_openUTF8(&source, whole.data(), whole.size(), &status));
     icu::BreakIterator& iterator = characterIterator();
     iterator.setText(&source, status);
     VARNET_ASSERT(U_SUCCESS(status));
     // preceding() looks before its argument, so that is the first code point that begins beyond the limit.
     auto beyond = static_cast<std::int32_t>(limit);
     U8_SET_CP_START(reinterpret_cast<const std::uint8_t*>(text.data()), 0, beyond);
-    U8_FWD_1(text.data(), beyond, static_cast<std::int32_t>(text.size()));
+    U8_FWD_1(text.data(), beyond, whole.size());
     const std::int32_t cut = iterator.preceding(beyond);
     return static_cast<std::size_t>(cut > 0 ? cut : iterator.following(0));
 }

@@ -37,11 +37,14 @@ std::vector<NoteItem> normalizeMissingAssignments(std::vector<NoteItem> items);
 std::vector<NoteItem> repairEvidence(std::vector<NoteItem> items, std::span<const NoteSource> sources, int reach,
                                      int maxRun);
 
-/// Throws NotesFailure for the first point that is not carried by its quotes. The ids of the sources differ.
+/// Throws NotesFailure for the first point that is not carried by its quotes: each quote stands in its source letter
+/// for letter, only an action has an owner or a deadline, and the deadline stands in a quote. An owner stands in a
+/// quote too, or is the speaker of one that says "I will" or the like; the names are then compared by Unicode's full
+/// case folding. Blank owners and deadlines are not carried. The ids of the sources differ, or the program ends.
 void validate(std::span<const NoteItem> items, std::span<const NoteSource> sources);
 
 /// Whether the phrase stands in the text whole, between characters that are neither letters nor digits. Case and
-/// white space do not matter.
+/// white space do not matter. The same as a caseless search with ICU for (?<![\p{L}\p{N}])phrase(?![\p{L}\p{N}]).
 bool containsPhrase(std::string_view text, std::string_view phrase);
 
 } // namespace varnet::NoteGrounding
