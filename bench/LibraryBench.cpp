@@ -37,11 +37,11 @@ Meeting transcript(unsigned seed, int turnCount, int wordsPerTurn) {
     meeting.audioFilename = "meeting.wav";
     meeting.speakerNames = {{"Speaker 1", "Ana"}, {"Speaker 2", "Ben"}};
     meeting.attendees = {"Ana", "Ben", "Chloé"};
-    double start = 0;
+    int hundredths = 0;
     for (int index = 0; index < turnCount; ++index) {
         TranscriptTurn turn;
-        turn.start = start;
-        turn.end = start += 0.01 * (300 + random() % 1'000); // recognisers count in hundredths
+        turn.start = hundredths / 100.0;
+        turn.end = (hundredths += 300 + static_cast<int>(random() % 1'000)) / 100.0; // as recognisers count
         turn.speaker = "Speaker " + std::to_string(1 + random() % 3);
         for (int word = 0; word < wordsPerTurn; ++word)
             turn.originalText.append(word ? " " : "").append(words[random() % std::size(words)]);

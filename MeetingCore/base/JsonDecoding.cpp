@@ -6,7 +6,7 @@ namespace varnet::json {
 
 using simdjson::ondemand::json_type;
 
-void skip(simdjson::ondemand::value value, int depthLeft) {
+void skip(simdjson::ondemand::value& value, int depthLeft) {
     if (depthLeft == 0)
         throw JsonFailure("it is nested too deeply");
     switch (value.type()) {
@@ -39,11 +39,11 @@ void skip(simdjson::ondemand::value value, int depthLeft) {
     }
 }
 
-double readNumber(simdjson::ondemand::value value, const JsonRange& range) {
+double readNumber(simdjson::ondemand::value& value, const JsonRange& range) {
     return checkedNumber(value.get_double(), range);
 }
 
-Uuid readUuid(simdjson::ondemand::value value) {
+Uuid readUuid(simdjson::ondemand::value& value) {
     const auto id = Uuid::parse(value.get_string());
     if (!id)
         throw simdjson::simdjson_error(simdjson::INCORRECT_TYPE);

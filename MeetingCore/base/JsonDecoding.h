@@ -18,11 +18,11 @@ namespace varnet {
 namespace json {
 
 /// Looks at every part of a value that nobody wants.
-void skip(simdjson::ondemand::value value, int depthLeft = JsonLimits::maximumDepth);
+void skip(simdjson::ondemand::value& value, int depthLeft = JsonLimits::maximumDepth);
 
-double readNumber(simdjson::ondemand::value value, const JsonRange& range);
+double readNumber(simdjson::ondemand::value& value, const JsonRange& range);
 
-Uuid readUuid(simdjson::ondemand::value value);
+Uuid readUuid(simdjson::ondemand::value& value);
 
 void checkElementCount(std::size_t count);
 
@@ -51,7 +51,7 @@ void readRecord(simdjson::ondemand::object object, Record& record);
 
 /// Whatever `target` held is gone.
 template <class T>
-void readValue(simdjson::ondemand::value value, const JsonRange& range, T& target) {
+void readValue(simdjson::ondemand::value& value, const JsonRange& range, T& target) {
     if constexpr (std::is_same_v<T, std::string>) {
         target.assign(value.get_string().value());
     } else if constexpr (std::is_same_v<T, bool>) {
@@ -73,9 +73,9 @@ void readValue(simdjson::ondemand::value value, const JsonRange& range, T& targe
     } else if constexpr (isVector<T>) {
         target.clear();
         simdjson::ondemand::array array = value.get_array();
-        for (simdjson::ondemand::value element : array) {
+        for (auto element : array) {
             checkElementCount(target.size());
-            readValue(element, range, target.emplace_back(blank<typename T::value_type>()));
+            readValue(element.value(), range, target.emplace_back(blank<typename T::value_type>()));
         }
     } else if constexpr (isMap<T>) {
         target.clear();
@@ -122,7 +122,7 @@ std::size_t placeOf(simdjson::ondemand::field& field, std::size_t expected, std:
 void requireFields(std::span<const FieldName> names, std::uint64_t seen);
 
 template <class Record, std::size_t... places>
-void readField(Record& record, std::size_t place, simdjson::ondemand::value value, std::index_sequence<places...>) {
+void readField(Record& record, std::size_t place, simdjson::ondemand::value& value, std::index_sequence<places...>) {
     const auto readInto = [&](const auto& field) { readValue(value, field.range, record.*field.member); };
     (void)((place == places && (readInto(std::get<places>(JsonRecord<Record>::fields)), true)) || ...);
 }

@@ -11,10 +11,8 @@ namespace varnet {
 
 namespace {
 
-/// Bytes after which the canonical text has a hyphen.
-constexpr bool hyphenAfter(std::size_t index) {
-    return index == 3 || index == 5 || index == 7 || index == 9;
-}
+/// Where in the canonical text the digits of each byte stand.
+constexpr std::array<std::size_t, 16> digitsOfBytes{0, 2, 4, 6, 9, 11, 14, 16, 19, 21, 24, 26, 28, 30, 32, 34};
 
 /// Values of hexadecimal digits by character; other characters have bits above 0x0F.
 constexpr auto digitValues = [] {
@@ -43,31 +41,28 @@ Uuid Uuid::random() {
 }
 
 std::optional<Uuid> Uuid::parse(std::string_view text) {
-    if (text.size() != 36)
+    if (text.size() != 36 || text[8] != '-' || text[13] != '-' || text[18] != '-' || text[23] != '-')
         return std::nullopt;
-    Uuid id;
-    const char* at = text.data();
+    std::optional<Uuid> id(std::in_place);
     unsigned wrong = 0;
-    for (std::size_t index = 0; index < id.bytes.size(); ++index) {
-        const unsigned high = digitValues[static_cast<unsigned char>(*at++)];
-        const unsigned low = digitValues[static_cast<unsigned char>(*at++)];
+    for (std::size_t index = 0; index < digitsOfBytes.size(); ++index) {
+        const std::size_t at = digitsOfBytes[index];
+        const unsigned high = digitValues[static_cast<unsigned char>(text[at])];
+        const unsigned low = digitValues[static_cast<unsigned char>(text[at + 1])];
         wrong |= high | low;
-        id.bytes[index] = static_cast<std::uint8_t>(high << 4 | low);
-        if (hyphenAfter(index) && *at++ != '-')
-            return std::nullopt;
+        id->bytes[index] = static_cast<std::uint8_t>(high << 4 | low);
     }
-    return wrong > 0x0F ? std::nullopt : std::optional(id);
+    if (wrong > 0x0F)
+        id.reset();
+    return id;
 }
 
 std::string Uuid::text() const {
     static constexpr char digits[] = "0123456789ABCDEF";
     std::string text(36, '-');
-    char* at = text.data();
     for (std::size_t index = 0; index < bytes.size(); ++index) {
-        *at++ = digits[bytes[index] >> 4];
-        *at++ = digits[bytes[index] & 0x0F];
-        if (hyphenAfter(index))
-            ++at;
+        text[digitsOfBytes[index]] = digits[bytes[index] >> 4];
+        text[digitsOfBytes[index] + 1] = digits[bytes[index] & 0x0F];
     }
     return text;
 }

@@ -17,8 +17,9 @@ std::string encodeMeeting(const Meeting& meeting);
 
 /// Reads a document that may come from anywhere. Strict: a missing key, a value of the wrong type, a time beyond 10^9
 /// seconds on either side of zero, a date outside the years 1 to 9999, text that is not UTF-8, anything that is not
-/// JSON, more than 64 MiB, and more than a million elements in one list throw JsonFailure. Missing and null optional
-/// fields are absent; unknown keys are ignored; of repeated keys the last one counts.
+/// JSON, a number that no double holds (1e400), more than 64 MiB, more than 64 levels under an unknown key, and more
+/// than a million elements in one list throw JsonFailure. Missing and null optional fields are absent; unknown keys are
+/// ignored; of repeated keys the last one counts.
 Meeting decodeMeeting(std::string_view json);
 
 /// The same for the document in the parser's buffer, for many documents one after another.
