@@ -1,4 +1,5 @@
 #include "Varnet/shell/StorageLock.h"
+#include "tests/support/Await.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -30,7 +31,7 @@ TEST(StorageLocks, OneProcessHoldsALibraryUnderAllItsPaths) {
             EXPECT_FALSE(StorageLock(same).held()) << same;
         EXPECT_TRUE(StorageLock(folder / "Varnet" / "others").held()) << "another library is another lock";
     }
-    EXPECT_TRUE(waiting->tryAgain()) << "its children do not hold the lock";
+    EXPECT_TRUE(eventually([&] { return waiting->tryAgain(); })) << "its children do not hold the lock";
     EXPECT_EQ(StorageLock(root).holder(), getpid());
     kill(engine, SIGKILL);
     waitpid(engine, nullptr, 0);
