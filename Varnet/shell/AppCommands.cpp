@@ -138,14 +138,16 @@ void AppCommands::undoDelete() {
     if (!receipt)
         return;
     Q_EMIT aboutToAct();
-    const std::set<Uuid> ids(receipt->meetingIDs.begin(), receipt->meetingIDs.end());
+    std::set<Uuid> ids(receipt->meetingIDs.begin(), receipt->meetingIDs.end());
     const auto* last = m_undoStack.index() > 0
                            ? dynamic_cast<const DeletionCommand*>(m_undoStack.command(m_undoStack.index() - 1))
                            : nullptr;
-    if (last && last->deletes(ids))
+    if (last && last->deletes(ids)) {
         m_undoStack.undo();
-    else
-        m_store.restoreMeetings(ids, &m_undoStack);
+        return;
+    }
+    std::erase_if(ids, [this](const Uuid& id) { return !m_store.deletedMeeting(id); });
+    m_store.restoreMeetings(ids, &m_undoStack);
 }
 
 void AppCommands::dismissUndo() {

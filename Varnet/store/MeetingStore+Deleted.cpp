@@ -164,9 +164,7 @@ std::set<Uuid> MeetingStore::restoreMeetings(const std::set<Uuid>& ids, QUndoSta
             setSelectedID(m_meetings.front().id);
     }
     forgetDeleted(restored, failures.empty());
-    if (m_pendingUndo &&
-        std::ranges::all_of(m_pendingUndo->meetingIDs, [&](const Uuid& id) { return ids.contains(id); }))
-        dismissPendingUndo();
+    withdrawUndo(ids);
     if (!failures.empty())
         setError("Some meetings could not be restored." + failures.text());
     if (undoManager && !restored.empty())
@@ -187,9 +185,7 @@ void MeetingStore::eraseDeleted(const std::set<Uuid>& ids) {
             erased.insert(id);
     }
     forgetDeleted(erased, failures.empty());
-    if (m_pendingUndo &&
-        std::ranges::none_of(m_pendingUndo->meetingIDs, [&](const Uuid& id) { return deletedMeeting(id); }))
-        dismissPendingUndo();
+    withdrawUndo({});
     if (!failures.empty())
         setError("Some meetings could not be erased." + failures.text());
 }
@@ -200,6 +196,13 @@ void MeetingStore::forgetDeleted(const std::set<Uuid>& ids, bool allWentWell) {
         m_deletedMeetings = m_repository->loadDeleted(Date::now());
     std::erase_if(m_deletedMeetings, [&](const DeletedMeeting& deleted) { return ids.contains(deleted.meeting.id); });
     Q_EMIT deletedMeetingsChanged();
+}
+
+/// Ends the offer to undo a delete once nothing is left of it but what these ids name.
+void MeetingStore::withdrawUndo(const std::set<Uuid>& ids) {
+    if (m_pendingUndo && std::ranges::all_of(m_pendingUndo->meetingIDs,
+                                             [&](const Uuid& id) { return ids.contains(id) || !deletedMeeting(id); }))
+        dismissPendingUndo();
 }
 
 void MeetingStore::dismissPendingUndo() {

@@ -220,6 +220,7 @@ private:
     bool writable() const { return m_repository && m_parts.writable; }
     const Meeting* meetingFrom(const MeetingSource& source) const;
     void takeOut(const std::set<Uuid>& moved, Date deletedAt);
+    void withdrawUndo(const std::set<Uuid>& ids);
     void forgetDeleted(const std::set<Uuid>& ids, bool allWentWell);
     Task<> checkHealth(QUrl engine, bool MeetingStore::* field, Signal changed);
 
