@@ -2,19 +2,36 @@
 
 #include "MeetingCore/records/MeetingStatus.h"
 #include "Varnet/capture/CaptureLevels.h"
+#include "Varnet/models/EditorText.h"
 #include "Varnet/models/MeetingText.h"
 #include "Varnet/models/RecordingClock.h"
 #include "Varnet/models/Text.h"
 #include "Varnet/store/MeetingStore.h"
+#include "Varnet/store/StalenessCache.h"
+
+#include <QTextDocument>
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
 
 namespace varnet {
+
+namespace {
+
+constexpr std::chrono::milliseconds notesDelay{500};
+
+} // namespace
 
 MeetingPage::MeetingPage(MeetingStore& store, const RecordingClock& clock, QObject* parent)
     : QObject(parent), m_store(store), m_clock(clock) {
     const auto refreshShown = [this](const Uuid& id) {
-        if (id == m_shown)
+        if (id == m_shown && m_shown == m_store.selectedID())
             refresh();
     };
+    m_notesTimer.setSingleShot(true);
+    m_notesTimer.setInterval(notesDelay);
+    connect(&m_notesTimer, &QTimer::timeout, this, &MeetingPage::keepNotes);
     connect(&store, &MeetingStore::selectedIDChanged, this, &MeetingPage::follow);
     connect(&store, &MeetingStore::meetingsChanged, this, &MeetingPage::follow);
     connect(&store, &MeetingStore::meetingChanged, this, refreshShown);
@@ -54,11 +71,28 @@ QString MeetingPage::dateLine() const {
     const auto* meeting = m_store.selected();
     if (!meeting)
         return {};
-    const auto day = MeetingPresentation::dayHeading(meeting->createdAt);
-    QStringList parts{QStringLiteral("%1, %2").arg(toQString(day.main), toQString(day.second)),
-                      MeetingText::time(meeting->createdAt), MeetingText::duration(*meeting, m_store)};
-    parts.removeAll(QString());
-    return parts.join(QStringLiteral(" · "));
+    const auto length = MeetingText::duration(*meeting, m_store);
+    return MeetingText::dayAndTime(meeting->createdAt) + (length.isEmpty() ? length : QStringLiteral(" · ") + length);
+}
+
+QString MeetingPage::attendeesLine() const {
+    const auto* meeting = m_store.selected();
+    if (!meeting || !meeting->attendees || meeting->attendees->empty())
+        return {};
+    QStringList names;
+    for (const auto& name : *meeting->attendees)
+        names << toQString(name);
+    return tr("With %1").arg(names.join(QStringLiteral(", ")));
+}
+
+QString MeetingPage::shortfallText() const {
+    const auto* meeting = m_store.selected();
+    const auto shortfall = meeting ? MeetingPresentation::transcriptShortfall(*meeting, m_store) : std::nullopt;
+    if (!shortfall)
+        return {};
+    return tr("The transcript ends at %1, the audio at %2.")
+        .arg(toQString(MeetingPresentation::clock(shortfall->end)),
+             toQString(MeetingPresentation::clock(shortfall->audio)));
 }
 
 QString MeetingPage::badgeText() const {
@@ -95,6 +129,15 @@ QString MeetingPage::emptyText() const {
     return tr("This meeting has no transcript.");
 }
 
+QString MeetingPage::importedText() const {
+    const auto* meeting = m_store.selected();
+    return meeting ? toQString(meeting->importedContent.value_or(std::string())) : QString();
+}
+
+QString MeetingPage::notes() const {
+    return toQString(m_notes.value_or(std::string()));
+}
+
 QString MeetingPage::clock() const {
     return live() ? m_clock.text() : QString();
 }
@@ -129,11 +172,73 @@ void MeetingPage::rename(const QString& title) {
         m_store.setTitle(toUtf8(title), *m_shown);
 }
 
+QString MeetingPage::typed(QQuickTextDocument* document) {
+    return editorText(document);
+}
+
+void MeetingPage::forgetTyping(QQuickTextDocument* document) {
+    if (document)
+        document->textDocument()->clearUndoRedoStacks();
+}
+
+void MeetingPage::editTurn(const QString& turn, const QString& words) {
+    const auto id = Uuid::parse(toUtf8(turn));
+    if (m_shown && id)
+        m_store.editTurn(*id, toUtf8(words), *m_shown);
+}
+
+void MeetingPage::setBack(const QString& turn) {
+    const auto id = Uuid::parse(toUtf8(turn));
+    const auto* meeting = m_shown && id ? m_store.meeting(*m_shown) : nullptr;
+    if (!meeting)
+        return;
+    const auto found = std::ranges::find(meeting->turns, *id, &TranscriptTurn::id);
+    if (found != meeting->turns.end())
+        m_store.editTurn(*id, std::string(found->originalText), *m_shown);
+}
+
+void MeetingPage::nameSpeaker(const QString& label, const QString& name) {
+    if (m_shown)
+        m_store.nameSpeaker(toUtf8(label), toUtf8(name), *m_shown);
+}
+
+void MeetingPage::typeNotes(const QString& notes) {
+    m_typedNotes = toUtf8(notes);
+    if (!m_notesTimer.isActive())
+        m_notesTimer.start();
+}
+
+void MeetingPage::keepNotes() {
+    m_notesTimer.stop();
+    const auto typed = std::exchange(m_typedNotes, {});
+    const auto* meeting = typed && m_shown ? m_store.meeting(*m_shown) : nullptr;
+    if (!meeting)
+        return;
+    m_notes = typed;
+    if (meeting->notes != *typed)
+        m_store.setNotes(*typed, *m_shown);
+}
+
+/// The user's own typing that comes back from the store is no news: the cursor stays where it is.
+void MeetingPage::showNotes(const Meeting* meeting) {
+    const auto notes = meeting ? meeting->notes : std::string();
+    if (m_typedNotes || m_notes == notes)
+        return;
+    m_notes = notes;
+    Q_EMIT notesReplaced();
+}
+
+void MeetingPage::handIn() {
+    Q_EMIT aboutToLeave();
+    keepNotes();
+}
+
 /// Another meeting starts with empty lists, so that its rows are not taken for changes of the former one's.
 void MeetingPage::follow() {
     if (m_store.selectedID() != m_shown) {
-        Q_EMIT aboutToLeave();
+        handIn();
         m_shown = m_store.selectedID();
+        m_notes.reset();
         m_turns.clear();
         m_partialTurns.clear();
         m_hues.clear();
@@ -145,10 +250,14 @@ void MeetingPage::follow() {
 }
 
 void MeetingPage::refresh() {
-    if (const auto* meeting = m_store.selected())
+    const auto* meeting = m_store.selected();
+    if (meeting)
         m_turns.show(*meeting, meeting->turns, m_hues);
     else
         m_turns.clear();
+    const bool drafted = meeting && meeting->generatedNotes;
+    m_draft.show(drafted ? &*meeting->generatedNotes : nullptr, drafted && StalenessCache::shared().isStale(*meeting));
+    showNotes(meeting);
     Q_EMIT changed();
 }
 

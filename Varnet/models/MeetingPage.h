@@ -1,12 +1,16 @@
 #pragma once
 
 #include "MeetingCore/base/Uuid.h"
+#include "Varnet/models/DraftModel.h"
 #include "Varnet/models/TranscriptModel.h"
 
 #include <QObject>
+#include <QQuickTextDocument>
+#include <QTimer>
 #include <QtQml/qqmlregistration.h>
 
 #include <optional>
+#include <string>
 
 namespace varnet {
 
@@ -22,11 +26,15 @@ class MeetingPage : public QObject {
     Q_PROPERTY(bool present READ present NOTIFY changed)
     Q_PROPERTY(QString title READ title NOTIFY changed)
     Q_PROPERTY(QString dateLine READ dateLine NOTIFY changed)
+    Q_PROPERTY(QString attendeesLine READ attendeesLine NOTIFY changed)
+    Q_PROPERTY(QString shortfallText READ shortfallText NOTIFY changed)
     Q_PROPERTY(QString badgeText READ badgeText NOTIFY changed)
     Q_PROPERTY(int badgeTone READ badgeTone NOTIFY changed)
     Q_PROPERTY(bool badgeMarked READ badgeMarked NOTIFY changed)
     Q_PROPERTY(bool live READ live NOTIFY changed)
     Q_PROPERTY(QString emptyText READ emptyText NOTIFY changed)
+    Q_PROPERTY(QString importedText READ importedText NOTIFY changed)
+    Q_PROPERTY(QString notes READ notes NOTIFY notesReplaced)
     Q_PROPERTY(QString clock READ clock NOTIFY clockChanged)
     Q_PROPERTY(double microphoneLevel READ microphoneLevel NOTIFY levelsChanged)
     Q_PROPERTY(double callLevel READ callLevel NOTIFY levelsChanged)
@@ -36,19 +44,24 @@ class MeetingPage : public QObject {
     Q_PROPERTY(QString partialText READ partialText NOTIFY partialChanged)
     Q_PROPERTY(varnet::TranscriptModel* turns READ turns CONSTANT)
     Q_PROPERTY(varnet::TranscriptModel* partialTurns READ partialTurns CONSTANT)
+    Q_PROPERTY(varnet::DraftModel* draft READ draft CONSTANT)
 
 public:
     MeetingPage(MeetingStore& store, const RecordingClock& clock, QObject* parent = nullptr);
 
     bool present() const; ///< a meeting is selected
     QString title() const;
-    QString dateLine() const; ///< day, time and duration
+    QString dateLine() const;      ///< day, time and duration
+    QString attendeesLine() const; ///< empty when nobody is named
+    QString shortfallText() const; ///< that the transcript stops well before the audio; empty unless it does
     QString badgeText() const;
     int badgeTone() const;
     bool badgeMarked() const;
-    bool live() const;         ///< the selected meeting is the one being recorded
-    QString emptyText() const; ///< what stands in place of turns while there are none
-    QString clock() const;     ///< the running time; empty unless live
+    bool live() const;            ///< the selected meeting is the one being recorded
+    QString emptyText() const;    ///< what stands in place of turns while there are none
+    QString importedText() const; ///< what an import brought along; empty if nothing
+    QString notes() const;        ///< the user's own, as stored
+    QString clock() const;        ///< the running time; empty unless live
 
     double microphoneLevel() const; ///< 0 to 1 along the meter
     double callLevel() const;
@@ -59,15 +72,33 @@ public:
     QString partialText() const; ///< live words that belong to no turn yet; empty when `partialTurns` shows them
     TranscriptModel* turns() { return &m_turns; }
     TranscriptModel* partialTurns() { return &m_partialTurns; }
+    DraftModel* draft() { return &m_draft; }
+
+    /// What stands in a text area, exactly as typed.
+    Q_INVOKABLE static QString typed(QQuickTextDocument* document);
+    /// Nothing in a text area can be undone any more.
+    Q_INVOKABLE static void forgetTyping(QQuickTextDocument* document);
 
     /// Gives the meeting another title; a blank one changes nothing.
     Q_INVOKABLE void rename(const QString& title);
+    /// Corrects the words of a turn.
+    Q_INVOKABLE void editTurn(const QString& turn, const QString& words);
+    /// Gives a turn the words back that were recognised.
+    Q_INVOKABLE void setBack(const QString& turn);
+    /// Names a speaker everywhere in the meeting; a blank name gives the label back.
+    Q_INVOKABLE void nameSpeaker(const QString& label, const QString& name);
+    /// The user's notes are these now. They are stored within half a second, or by `handIn`.
+    Q_INVOKABLE void typeNotes(const QString& notes);
+
+    /// Takes in what is being edited and stores it: before anything else looks at the meeting or changes it.
+    void handIn();
 
 Q_SIGNALS:
     void changed();
-    /// The page turns to another meeting, or the program ends: what is being edited belongs to the meeting shown until
-    /// now and must be handed in at once.
+    /// What is being edited must be handed in at once; it belongs to the meeting shown until now.
     void aboutToLeave();
+    /// Other notes than those that were typed here are there to be shown.
+    void notesReplaced();
     void clockChanged();
     void levelsChanged();
     void callMissingChanged();
@@ -76,6 +107,8 @@ Q_SIGNALS:
 private:
     void follow();
     void refresh();
+    void showNotes(const Meeting* meeting);
+    void keepNotes();
     void showPartial();
 
     MeetingStore& m_store;
@@ -84,6 +117,10 @@ private:
     SpeakerHues m_hues;
     TranscriptModel m_turns;
     TranscriptModel m_partialTurns;
+    DraftModel m_draft;
+    std::optional<std::string> m_notes;      ///< as the screen knows them; absent until they are shown
+    std::optional<std::string> m_typedNotes; ///< newer ones that wait to be stored
+    QTimer m_notesTimer;
 };
 
 } // namespace varnet

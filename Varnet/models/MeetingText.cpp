@@ -34,6 +34,11 @@ QString time(Date date) {
     return locale.toString(local(date).time(), QLocale::ShortFormat);
 }
 
+QString dayAndTime(Date date) {
+    const auto day = MeetingPresentation::dayHeading(date);
+    return QStringLiteral("%1, %2 · %3").arg(toQString(day.main), toQString(day.second), time(date));
+}
+
 QString duration(const Meeting& meeting, const MeetingStore& store) {
     const auto length = DurationCache::shared().duration(meeting, store);
     return length ? toQString(MeetingPresentation::clock(*length)) : QString();

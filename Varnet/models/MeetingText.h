@@ -25,6 +25,9 @@ QDate localDay(Date date);
 /// The time of day in the user's short form.
 QString time(Date date);
 
+/// Day and time of day, such as "Yesterday, Thursday, March 5 · 2:30 PM".
+QString dayAndTime(Date date);
+
 /// How long the recording is, as a clock; empty during its recording and when nothing tells. The audio decides; without
 /// any, the end of the last turn.
 QString duration(const Meeting& meeting, const MeetingStore& store);

@@ -61,19 +61,34 @@ QVariant TranscriptModel::data(const QModelIndex& index, int role) const {
         return row.words;
     case SpokenRole:
         return QStringLiteral("%1, %2: %3").arg(row.speaker, row.clock, row.words);
+    case TurnRole:
+        return toQString(row.turn.text());
+    case LabelRole:
+        return row.label;
+    case EditedRole:
+        return row.edited;
+    case RecognisedRole:
+        return row.recognised;
     default:
         return {};
     }
 }
 
 QHash<int, QByteArray> TranscriptModel::roleNames() const {
-    return {
-        {SpeakerRole, "speaker"}, {HueRole, "hue"}, {ClockRole, "clock"}, {WordsRole, "words"}, {SpokenRole, "spoken"}};
+    return {{SpeakerRole, "speaker"}, {HueRole, "hue"},       {ClockRole, "clock"},
+            {WordsRole, "words"},     {SpokenRole, "spoken"}, {TurnRole, "turn"},
+            {LabelRole, "label"},     {EditedRole, "edited"}, {RecognisedRole, "recognised"}};
 }
 
 TranscriptModel::Row TranscriptModel::row(const Meeting& meeting, const TranscriptTurn& turn, SpeakerHues& hues) {
-    return {toQString(meeting.speakerName(turn.speaker)), hues.hue(turn.speaker),
-            toQString(Meeting::timestamp(turn.start)), toQString(turn.text())};
+    return {.turn = turn.id,
+            .label = toQString(turn.speaker),
+            .speaker = toQString(meeting.speakerName(turn.speaker)),
+            .hue = hues.hue(turn.speaker),
+            .clock = toQString(Meeting::timestamp(turn.start)),
+            .words = toQString(turn.text()),
+            .edited = turn.editedText.has_value(),
+            .recognised = turn.editedText ? toQString(turn.originalText) : QString()};
 }
 
 void TranscriptModel::updateTo(const std::vector<Row>& rows) {

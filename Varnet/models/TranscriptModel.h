@@ -38,7 +38,11 @@ public:
         HueRole,                    ///< an index into Theme.speakers, or -1
         ClockRole,
         WordsRole,
-        SpokenRole, ///< the turn in one sentence, for screen readers
+        SpokenRole,     ///< the turn in one sentence, for screen readers
+        TurnRole,       ///< the turn's id
+        LabelRole,      ///< the speaker's label, whatever the display name is
+        EditedRole,     ///< the words are the user's correction
+        RecognisedRole, ///< the words as recognised; empty unless edited
     };
 
     using QAbstractListModel::QAbstractListModel;
@@ -62,10 +66,14 @@ Q_SIGNALS:
 
 private:
     struct Row {
+        Uuid turn;
+        QString label;
         QString speaker;
         int hue = -1;
         QString clock;
         QString words;
+        bool edited = false;
+        QString recognised;
 
         bool operator==(const Row&) const = default;
     };

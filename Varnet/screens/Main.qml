@@ -27,6 +27,8 @@ ApplicationWindow {
     palette.button: Theme.raised
     palette.highlight: Theme.selection
     palette.text: Theme.text
+    palette.toolTipBase: Theme.raised
+    palette.toolTipText: Theme.text
     palette.window: Theme.surface
     palette.windowText: Theme.text
     title: Qt.application.displayName
@@ -88,6 +90,7 @@ ApplicationWindow {
                     commands: root.commands
                     focus: visible
                     page: root.meetingPage
+                    router: root.router
                 }
             }
         }
@@ -108,6 +111,11 @@ ApplicationWindow {
         commands: root.commands
         history: root.history
         visible: root.router.historyOpen
+    }
+
+    ExportDialog {
+        commands: root.commands
+        router: root.router
     }
 
     Questions {

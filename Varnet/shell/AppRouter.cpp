@@ -24,6 +24,13 @@ void AppRouter::setImporting(bool importing) {
     Q_EMIT importingChanged();
 }
 
+void AppRouter::setExporting(bool exporting) {
+    if (exporting == m_exporting)
+        return;
+    m_exporting = exporting;
+    Q_EMIT exportingChanged();
+}
+
 void AppRouter::requestSearchFocus() {
     ++m_searchFocusRequest;
     Q_EMIT searchFocusRequestChanged();

@@ -16,6 +16,7 @@ class AppRouter : public QObject {
     Q_PROPERTY(bool showingDeleted READ showingDeleted NOTIFY pageChanged)
     Q_PROPERTY(bool historyOpen READ historyOpen WRITE setHistoryOpen NOTIFY historyOpenChanged)
     Q_PROPERTY(bool importing READ importing WRITE setImporting NOTIFY importingChanged)
+    Q_PROPERTY(bool exporting READ exporting WRITE setExporting NOTIFY exportingChanged)
     Q_PROPERTY(int searchFocusRequest READ searchFocusRequest NOTIFY searchFocusRequestChanged)
 
 public:
@@ -38,6 +39,10 @@ public:
     bool importing() const { return m_importing; }
     void setImporting(bool importing);
 
+    /// True asks the main window where the selected meeting shall be exported to.
+    bool exporting() const { return m_exporting; }
+    void setExporting(bool exporting);
+
     /// Every increment asks the library's search field to take focus.
     int searchFocusRequest() const { return m_searchFocusRequest; }
     void requestSearchFocus();
@@ -46,12 +51,14 @@ Q_SIGNALS:
     void pageChanged();
     void historyOpenChanged();
     void importingChanged();
+    void exportingChanged();
     void searchFocusRequestChanged();
 
 private:
     Page m_page = Page::library;
     bool m_historyOpen = false;
     bool m_importing = false;
+    bool m_exporting = false;
     int m_searchFocusRequest = 0;
 };
 

@@ -45,7 +45,8 @@ MainWindow::MainWindow(VarnetApp& app, QObject* parent)
     });
     connect(&app.router(), &AppRouter::historyOpenChanged, this, &MainWindow::followHistory);
     connect(&app.store(), &MeetingStore::selectedIDChanged, this, [this] { m_app.router().setHistoryOpen(false); });
-    connect(&app.delegate(), &MeetingAppDelegate::closing, &m_meetingPage, &MeetingPage::aboutToLeave);
+    connect(&app.delegate(), &MeetingAppDelegate::closing, &m_meetingPage, &MeetingPage::handIn);
+    connect(&app.commands(), &AppCommands::aboutToAct, &m_meetingPage, &MeetingPage::handIn);
 }
 
 MainWindow::~MainWindow() {

@@ -13,7 +13,7 @@ Menu {
         border.color: Theme.line
         border.width: 1
         color: Theme.surface
-        implicitWidth: 55 * Theme.unit
+        implicitWidth: 13 * Theme.body.lineHeight // the longest entry fits at every font size
         radius: Theme.cardRadius
     }
     delegate: ThemedMenuItem {}

@@ -7,6 +7,7 @@ ListView {
     id: root
 
     required property AppCommands commands
+    required property AppRouter router
     required property LibraryModel library
 
     Accessible.name: qsTr("Meetings")
@@ -86,5 +87,6 @@ ListView {
 
         commands: root.commands
         library: root.library
+        router: root.router
     }
 }

@@ -61,6 +61,7 @@ FocusScope {
         commands: root.commands
         focus: true
         library: root.library
+        router: root.router
         visible: count > 0
         width: Math.min(240 * Theme.unit, root.width - 8 * Theme.unit)
     }

@@ -7,6 +7,7 @@ ThemedMenu {
     id: root
 
     required property AppCommands commands
+    required property AppRouter router
     required property LibraryModel library
     readonly property bool single: library.selectedCount === 1
 
@@ -22,6 +23,12 @@ ThemedMenu {
         text: qsTr("Rename")
         visible: root.single
         onTriggered: root.library.beginRename()
+    }
+
+    ThemedMenuItem {
+        text: qsTr("Export…")
+        visible: root.single
+        onTriggered: root.router.exporting = true
     }
 
     ThemedMenuItem {

@@ -2,12 +2,19 @@ import QtQuick
 import QtQuick.Layouts
 import Varnet
 
-// One meeting: its head, what is heard while it is live, and the transcript.
+// One meeting: its head, what is heard while it is live, the transcript and the notes.
 FocusScope {
     id: root
 
     required property AppCommands commands
+    required property AppRouter router
     required property MeetingPage page
+
+    Shortcut {
+        enabled: root.visible
+        sequences: ["Ctrl+Tab", "Ctrl+Shift+Tab"]
+        onActivated: tabs.step(1)
+    }
 
     ColumnLayout {
         anchors.bottom: parent.bottom
@@ -17,47 +24,10 @@ FocusScope {
         spacing: 3 * Theme.unit
         width: Math.min(220 * Theme.unit, root.width - 16 * Theme.unit)
 
-        RowLayout {
+        MeetingHead {
             Layout.fillWidth: true
-            Layout.leftMargin: -2 * Theme.unit
-            spacing: Theme.unit
-
-            IconButton {
-                symbol: "back"
-                text: qsTr("Back to all meetings")
-                onClicked: root.commands.showLibrary()
-            }
-
-            TitleField {
-                id: titleField
-
-                Layout.fillWidth: true
-                title: root.page.title
-                onRenamed: title => root.page.rename(title)
-
-                Connections {
-                    function onAboutToLeave() {
-                        titleField.focus = false
-                    }
-
-                    target: root.page
-                }
-            }
-
-            Badge {
-                Layout.leftMargin: 4 * Theme.unit
-                marked: root.page.badgeMarked
-                text: root.page.badgeText
-                tone: root.page.badgeTone
-            }
-        }
-
-        ThemedText {
-            Layout.fillWidth: true
-            Layout.leftMargin: 10 * Theme.unit
-            Layout.topMargin: -3 * Theme.unit
-            color: Theme.secondary
-            text: root.page.dateLine
+            commands: root.commands
+            page: root.page
         }
 
         LiveStrip {
@@ -73,19 +43,44 @@ FocusScope {
             visible: root.page.callMissing
         }
 
-        Rectangle {
+        Item {
             Layout.fillWidth: true
-            Layout.topMargin: Theme.unit
-            color: Theme.line
-            implicitHeight: 1
-            visible: !root.page.live
+            implicitHeight: tabs.implicitHeight
+
+            MeetingTabs {
+                id: tabs
+            }
+
+            MeetingActions {
+                anchors.right: parent.right
+                anchors.verticalCenter: parent.verticalCenter
+                commands: root.commands
+                room: parent.width - tabs.width - 8 * Theme.unit
+                router: root.router
+            }
+
+            Rectangle {
+                anchors.bottom: parent.bottom
+                color: Theme.line
+                height: 1
+                width: parent.width
+                z: -1
+            }
         }
 
-        TranscriptView {
-            Layout.fillHeight: true
-            Layout.fillWidth: true
-            focus: true
-            page: root.page
+        StackLayout {
+            Layout.topMargin: -3 * Theme.unit
+            currentIndex: tabs.currentIndex
+
+            TranscriptView {
+                focus: visible
+                page: root.page
+            }
+
+            NotesView {
+                focus: visible
+                page: root.page
+            }
         }
     }
 }

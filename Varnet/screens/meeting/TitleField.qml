@@ -21,7 +21,6 @@ TextField {
     color: Theme.text
     font: Theme.title.font
     leftPadding: 2 * Theme.unit
-    maximumLength: 300
     rightPadding: 2 * Theme.unit
     selectByMouse: true
     selectedTextColor: Theme.text
@@ -35,7 +34,7 @@ TextField {
     }
     Keys.onShortcutOverride: event => event.accepted = event.key === Qt.Key_Escape
     onAccepted: focus = false
-    onActiveFocusChanged: if (activeFocus) began = title
+    onActiveFocusChanged: if (activeFocus) began = text // not the title: the field may show it a little differently
     onEditingFinished: {
         if (text !== began)
             renamed(text)

@@ -3,8 +3,8 @@ import QtQuick.Controls.Basic
 import Varnet
 
 // The turns of a meeting, and below them the words that are still being recognised. While it is live it follows the
-// newest words, until the reader scrolls up.
-Item {
+// newest words, until the reader scrolls up or edits.
+FocusScope {
     id: root
 
     required property MeetingPage page
@@ -12,19 +12,12 @@ Item {
 
     onVisibleChanged: following = true
 
-    ListView {
+    TurnList {
         id: list
 
-        Accessible.name: qsTr("Transcript")
-        Accessible.role: Accessible.List
-        activeFocusOnTab: true
         anchors.fill: parent
-        bottomMargin: 8 * Theme.unit
-        boundsBehavior: Flickable.StopAtBounds
-        cacheBuffer: 200 * Theme.unit
-        clip: true
-        model: root.page.turns
-        topMargin: 2 * Theme.unit
+        focus: true
+        page: root.page
 
         function follow() {
             if (root.page.live && root.following)
@@ -33,17 +26,12 @@ Item {
 
         onContentHeightChanged: Qt.callLater(follow)
         onContentYChanged: if (moving || bar.pressed) root.following = atYEnd
+        onEditingChanged: if (editing >= 0) root.following = false
         onHeightChanged: Qt.callLater(follow)
+        onLooked: root.following = atYEnd
 
         ScrollBar.vertical: ScrollBar {
             id: bar
-        }
-        delegate: TurnRow {
-            width: ListView.view.width - 4 * Theme.unit
-        }
-        footer: PartialWords {
-            page: root.page
-            width: ListView.view.width - 4 * Theme.unit
         }
     }
 
@@ -53,7 +41,7 @@ Item {
         horizontalAlignment: Text.AlignHCenter
         text: root.page.emptyText
         type: Theme.reading
-        visible: list.count === 0 && root.page.partialTurns.count === 0 && root.page.partialText === ""
+        visible: list.count === 0 && root.page.partialTurns.count === 0 && root.page.partialText === "" && root.page.importedText === ""
         width: Math.min(120 * Theme.unit, parent.width)
         wrapMode: Text.Wrap
         y: parent.height / 3

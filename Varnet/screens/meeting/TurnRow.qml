@@ -1,20 +1,63 @@
 import QtQuick
 import Varnet
 
-// One turn: who and when beside the words. `tentative` words are not final yet.
+// One turn: who and when beside the words. `tentative` words are not final yet, and nothing can be done with them.
 Item {
     id: root
 
+    required property string turn
+    required property string label
     required property string speaker
     required property int hue
     required property string clock
     required property string words
     required property string spoken
+    required property bool edited
+    required property string recognised
     property bool tentative: false
+    property bool current: false
+    property Component editor: null // stands in place of the words while they are edited
 
+    signal chosen
+    signal editAsked
+    signal nameAsked
+    signal recognisedAsked
+    signal menuAsked(point at)
+
+    Accessible.description: edited ? qsTr("Edited. Recognised as: %1").arg(recognised) : ""
     Accessible.name: spoken
     Accessible.role: Accessible.ListItem
-    implicitHeight: Math.max(who.implicitHeight, text.implicitHeight) + 4 * Theme.unit
+    Accessible.selected: current
+    implicitHeight: Math.max(who.implicitHeight, editing.active ? editing.implicitHeight : text.implicitHeight) + 4 * Theme.unit
+
+    Rectangle {
+        anchors.fill: parent
+        anchors.leftMargin: -2 * Theme.unit
+        anchors.rightMargin: -2 * Theme.unit
+        border.color: Theme.accent
+        border.width: root.activeFocus ? 2 : 0
+        color: hover.hovered || root.activeFocus ? Theme.raised : "transparent"
+        radius: Theme.controlRadius
+        visible: !root.tentative && !editing.active
+    }
+
+    HoverHandler {
+        id: hover
+
+        enabled: !root.tentative
+    }
+
+    TapHandler {
+        enabled: !root.tentative && !editing.active
+        onDoubleTapped: root.editAsked()
+        onTapped: root.chosen()
+    }
+
+    TapHandler {
+        acceptedButtons: Qt.RightButton
+        enabled: !root.tentative && !editing.active
+        onTapped: eventPoint => root.menuAsked(eventPoint.position)
+    }
 
     Column {
         id: who
@@ -22,20 +65,33 @@ Item {
         width: 6 * Theme.body.lineHeight
         y: 2 * Theme.unit
 
-        ThemedText {
-            Accessible.ignored: true
-            color: root.hue < 0 ? Theme.faint : Theme.speakers[root.hue]
-            text: root.speaker
-            type: Theme.emphasis
+        SpeakerName {
+            hue: root.hue
+            speaker: root.speaker
+            usable: !root.tentative
             visible: !root.tentative || root.hue >= 0 // who speaks is told apart with the end of an utterance
-            width: parent.width
+            width: Math.min(implicitWidth, parent.width)
+            onChosen: root.nameAsked()
         }
 
-        ThemedText {
-            Accessible.ignored: true
-            color: Theme.faint
-            text: root.clock
-            type: Theme.caption
+        Row {
+            spacing: 2 * Theme.unit
+
+            ThemedText {
+                Accessible.ignored: true
+                color: Theme.faint
+                text: root.clock
+                type: Theme.caption
+            }
+
+            Loader {
+                active: root.edited
+                sourceComponent: EditedMark {
+                    focusPolicy: root.current || activeFocus ? Qt.StrongFocus : Qt.ClickFocus
+                    recognised: root.recognised
+                    onClicked: root.recognisedAsked()
+                }
+            }
         }
     }
 
@@ -49,7 +105,19 @@ Item {
         color: root.tentative ? Theme.faint : Theme.text
         text: root.words
         type: Theme.reading
+        visible: !editing.active
         wrapMode: Text.Wrap
         y: 1.5 * Theme.unit
+    }
+
+    Loader {
+        id: editing
+
+        active: root.editor !== null
+        anchors.left: who.right
+        anchors.leftMargin: 2 * Theme.unit
+        anchors.right: parent.right
+        sourceComponent: root.editor
+        y: Theme.unit
     }
 }

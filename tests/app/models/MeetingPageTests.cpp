@@ -65,6 +65,38 @@ TEST(Transcript, ChangesTouchOnlyTheRowsThatDiffer) {
     EXPECT_EQ(reset.count(), 0);
 }
 
+TEST(Draft, GroupsItsPointsAndSaysWhatIsWrongWithThem) {
+    DraftModel model;
+    const QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::Fatal);
+    GeneratedNotes draft;
+    draft.items = {{NoteItem::Kind::action, "Send the deck", "Ana", "by Friday", {{"S2", "I will send it"}}},
+                   {NoteItem::Kind::summary, "The launch moved", {}, {}, {{"S1", "it moved"}, {"S9", "gone"}}},
+                   {NoteItem::Kind::action, "Call Ben", {}, {}, {}}};
+    draft.sources = {{"S1", {}, 3, 4, "Mara", "it moved"}, {"S2", {}, 3725.9, 3730, "Ana", "I will send it"}};
+    draft.droppedItems = 1;
+    model.show(&draft, true);
+
+    QStringList shown;
+    for (int row = 0; row < model.rowCount(); ++row) {
+        const auto cell = [&](int role) { return model.data(model.index(row), role); };
+        shown << QStringList{cell(DraftModel::HeadingRole).toString(), cell(DraftModel::SpokenRole).toString()}.join(
+            '/');
+        for (const auto& quote : cell(DraftModel::QuotesRole).toList())
+            shown << quote.value<DraftQuote>().spoken;
+    }
+    EXPECT_EQ(shown,
+              (QStringList{"Summary/The launch moved", "Quote, Mara, 00:03: “it moved”",
+                           "Quote, Unknown, 00:00: “gone”", "Action items/Send the deck, Owner: Ana · Due: by Friday",
+                           "Quote, Ana, 62:05: “I will send it”", "/Call Ben"}));
+    EXPECT_EQ(model.outdatedText(), "Draft is outdated: transcript or speaker names changed.");
+    EXPECT_EQ(model.removedText(), "Removed 1 point that didn't match the transcript.");
+
+    model.show(nullptr, false);
+    EXPECT_FALSE(model.present());
+    EXPECT_EQ(model.rowCount(), 0);
+    EXPECT_EQ(model.removedText(), "");
+}
+
 TEST_F(Page, ShowsTheLiveMeetingAsItIsHeard) {
     const RecordingClock clock(store());
     MeetingPage page(store(), clock);

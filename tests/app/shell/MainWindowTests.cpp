@@ -47,6 +47,25 @@ protected:
         settle();
     }
 
+    void type(const char* text) {
+        for (const char* letter = text; *letter; ++letter)
+            QTest::keyClick(frame->window(), *letter);
+        settle();
+    }
+
+    void openMeeting() {
+        ASSERT_TRUE(frame->open());
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(frame->window()));
+        frame->window()->requestActivate();
+        app->router().setPage(AppRouter::Page::meeting);
+        settle();
+    }
+
+    /// The control on display that has this name for screen readers.
+    QQuickItem* control(const QString& name);
+
+    const TranscriptTurn& turn() const { return app->store().selected()->turns.front(); }
+
     TemporaryFolder folder;
     ScopedVariable home{"XDG_CONFIG_HOME", (folder / "config").string()};
     ScopedVariable engines{"VARNET_NO_ENGINES", "1"};
@@ -65,6 +84,16 @@ void collectControls(QQuickItem* item, QList<QQuickItem*>& controls) {
         controls << item;
     for (auto* child : item->childItems())
         collectControls(child, controls);
+}
+
+QQuickItem* Window::control(const QString& name) {
+    QList<QQuickItem*> controls;
+    collectControls(frame->window()->contentItem(), controls);
+    for (auto* control : controls)
+        if (auto* accessible = QAccessible::queryAccessibleInterface(control))
+            if (accessible->text(QAccessible::Name) == name)
+                return control;
+    throw std::runtime_error("No control is named " + name.toStdString());
 }
 
 } // namespace
@@ -175,6 +204,92 @@ TEST_F(Window, TheVersionHistoryIsDrivenByTheKeyboardAndHasItsEscapeForItself) {
     EXPECT_FALSE(app->router().historyOpen());
     EXPECT_EQ(app->router().page(), AppRouter::Page::meeting);
     EXPECT_EQ(warnings.join('\n').toStdString(), "");
+}
+
+TEST_F(Window, ATitleIsEditedInPlaceAndStaysWithItsMeeting) {
+    openMeeting();
+    auto& store = app->store();
+    const auto first = store.meetings()[0].id, second = store.meetings()[1].id;
+    const auto edit = [&](const char* title) {
+        control("Title")->forceActiveFocus();
+        press(Qt::Key_A, Qt::ControlModifier);
+        type(title);
+    };
+    edit("Kickoff");
+    press(Qt::Key_Return);
+    EXPECT_EQ(store.selected()->title, "Kickoff");
+    edit("   ");
+    press(Qt::Key_Return);
+    EXPECT_EQ(store.selected()->title, "Kickoff");
+    EXPECT_EQ(control("Title")->property("text"), "Kickoff");
+    edit("Dropped");
+    press(Qt::Key_Escape);
+    EXPECT_EQ(store.selected()->title, "Kickoff");
+    EXPECT_TRUE(app->router().showingMeeting()) << "the first Escape only ended the editing";
+
+    edit("Roadmap");
+    const auto other = store.meeting(second)->title;
+    store.setSelectedID(second);
+    EXPECT_EQ(store.meeting(first)->title, "Roadmap");
+    EXPECT_EQ(store.meeting(second)->title, other);
+    EXPECT_EQ(control("Title")->property("text").toString().toStdString(), other);
+}
+
+TEST_F(Window, ATurnIsCorrectedAndSetBackByTheKeyboard) {
+    openMeeting();
+    press(Qt::Key_Return);
+    type(" all");
+    press(Qt::Key_Return, Qt::ShiftModifier);
+    type("Bye ");
+    press(Qt::Key_Return);
+    EXPECT_EQ(turn().editedText, "Hello all\nBye ");
+    press(Qt::Key_Return);
+    type("!");
+    press(Qt::Key_Escape);
+    EXPECT_EQ(turn().editedText, "Hello all\nBye ");
+
+    press(Qt::Key_Return);
+    press(Qt::Key_A, Qt::ControlModifier);
+    type("Hi");
+    app->commands().openHistory();
+    EXPECT_EQ(turn().editedText, "Hi") << "handed in before anything looks at the meeting";
+    app->commands().closeHistory();
+    settle();
+
+    control("Turns")->forceActiveFocus();
+    press(Qt::Key_Menu);
+    for (const auto key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Down, Qt::Key_Return})
+        press(key);
+    EXPECT_EQ(turn().editedText, std::nullopt);
+
+    press(Qt::Key_F2);
+    type("Mara");
+    press(Qt::Key_Return);
+    EXPECT_EQ(app->store().selected()->speakerName("Speaker 1"), "Mara");
+    EXPECT_EQ(warnings.join('\n').toStdString(), "");
+}
+
+TEST_F(Window, NotesAreStoredAsTypedAndRestoredOnesShowUp) {
+    openMeeting();
+    press(Qt::Key_Tab, Qt::ControlModifier);
+    auto& store = app->store();
+    const auto first = store.meetings()[0].id, second = store.meetings()[1].id;
+    auto* notes = control("Your notes");
+    type("ab");
+    press(Qt::Key_Left);
+    ASSERT_TRUE(eventually([&] { return store.selected()->notes == "ab"; }));
+    EXPECT_EQ(notes->property("cursorPosition"), 1) << "what was typed comes back without moving the cursor";
+
+    store.setNotes("restored", first);
+    EXPECT_EQ(notes->property("text"), "restored");
+    notes->setProperty("text", QStringLiteral("no\u00A0break"));
+    store.setSelectedID(second);
+    EXPECT_EQ(store.meeting(first)->notes, "no\u00A0break");
+    EXPECT_EQ(notes->property("text"), "");
+    press(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(notes->property("text"), "") << "nothing of the other meeting can be brought here";
+    app->delegate().closing();
+    EXPECT_EQ(store.meeting(second)->notes, "");
 }
 
 TEST_F(Window, ClosingItIsExplainedOnceAndNeverEndsTheProgram) {

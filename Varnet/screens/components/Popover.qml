@@ -1,0 +1,17 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import Varnet
+
+// A small card over the content, next to what it is about.
+Popup {
+    focus: true
+    margins: 4 * Theme.unit
+    padding: 4 * Theme.unit
+
+    background: Rectangle {
+        border.color: Theme.line
+        border.width: 1
+        color: Theme.surface
+        radius: Theme.cardRadius
+    }
+}

@@ -1,0 +1,77 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import Varnet
+
+// What can be done with the whole meeting. Where there is no room for the words they go into a menu.
+Row {
+    id: root
+
+    required property AppCommands commands
+    required property AppRouter router
+    required property real room
+
+    spacing: 2 * Theme.unit
+
+    Action {
+        id: exporting
+
+        shortcut: "Ctrl+Shift+E"
+        text: qsTr("Export…")
+        onTriggered: root.router.exporting = true
+    }
+
+    Action {
+        id: history
+
+        text: qsTr("Version history")
+        onTriggered: root.commands.openHistory()
+    }
+
+    Action {
+        id: deleting
+
+        enabled: root.commands.deleteEnabled
+        text: qsTr("Delete")
+        onTriggered: root.commands.deleteSelected()
+    }
+
+    Row {
+        id: words
+
+        spacing: 2 * Theme.unit
+        visible: root.room >= implicitWidth
+
+        Repeater {
+            model: [exporting, history, deleting]
+
+            PlainButton {
+                required property Action modelData
+
+                action: modelData
+            }
+        }
+    }
+
+    IconButton {
+        symbol: "more"
+        text: qsTr("More actions")
+        visible: !words.visible
+        onClicked: menu.popup(this, 0, height)
+
+        ThemedMenu {
+            id: menu
+
+            ThemedMenuItem {
+                action: exporting
+                keys: "Ctrl+Shift+E"
+            }
+            ThemedMenuItem {
+                action: history
+                keys: "Ctrl+Shift+H"
+            }
+            ThemedMenuItem {
+                action: deleting
+            }
+        }
+    }
+}

@@ -1,0 +1,80 @@
+import QtQuick
+import QtQuick.Layouts
+import Varnet
+
+// What a meeting is: its title, its state, when it was and who was there.
+ColumnLayout {
+    id: root
+
+    required property AppCommands commands
+    required property MeetingPage page
+
+    spacing: 0
+
+    RowLayout {
+        Layout.leftMargin: -2 * Theme.unit
+        spacing: Theme.unit
+
+        IconButton {
+            symbol: "back"
+            text: qsTr("Back to all meetings")
+            onClicked: root.commands.showLibrary()
+        }
+
+        TitleField {
+            id: titleField
+
+            Layout.fillWidth: true
+            title: root.page.title
+            onRenamed: title => root.page.rename(title)
+
+            Connections {
+                function onAboutToLeave() {
+                    titleField.focus = false
+                }
+
+                target: root.page
+            }
+        }
+
+        Badge {
+            Layout.leftMargin: 4 * Theme.unit
+            marked: root.page.badgeMarked
+            text: root.page.badgeText
+            tone: root.page.badgeTone
+        }
+    }
+
+    ThemedText {
+        Layout.fillWidth: true
+        Layout.leftMargin: 10 * Theme.unit
+        color: Theme.secondary
+        text: root.page.dateLine
+    }
+
+    ThemedText {
+        Layout.fillWidth: true
+        Layout.leftMargin: 10 * Theme.unit
+        color: Theme.secondary
+        text: root.page.attendeesLine
+        visible: text !== ""
+    }
+
+    RowLayout {
+        Layout.leftMargin: 10 * Theme.unit
+        Layout.topMargin: Theme.unit
+        spacing: 1.5 * Theme.unit
+        visible: root.page.shortfallText !== ""
+
+        Icon {
+            color: Theme.amber
+            symbol: "warning"
+        }
+
+        ThemedText {
+            Layout.fillWidth: true
+            color: Theme.amber
+            text: root.page.shortfallText
+        }
+    }
+}

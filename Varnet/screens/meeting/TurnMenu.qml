@@ -1,0 +1,32 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import Varnet
+
+// What can be done with a turn.
+ThemedMenu {
+    id: root
+
+    property bool edited: false
+
+    signal editAsked
+    signal nameAsked
+    signal setBackAsked
+
+    ThemedMenuItem {
+        keys: qsTr("Enter")
+        text: qsTr("Edit words")
+        onTriggered: root.editAsked()
+    }
+
+    ThemedMenuItem {
+        keys: "F2"
+        text: qsTr("Name this speaker…")
+        onTriggered: root.nameAsked()
+    }
+
+    ThemedMenuItem {
+        enabled: root.edited
+        text: qsTr("Set back to the recognised words")
+        onTriggered: root.setBackAsked()
+    }
+}
