@@ -22,16 +22,6 @@ TEST(CaptureLevels, JumpUpAtOnceAndFallByAQuarter) {
     }
 }
 
-TEST(CaptureLevels, WithoutACallShowNoneUntilItIsHeard) {
-    CaptureLevels levels;
-    levels.reset(false);
-    levels.apply(0.3F, std::nullopt);
-    EXPECT_EQ(levels.call(), std::nullopt);
-    levels.apply(0.3F, 0.4F);
-    levels.apply(0.3F, std::nullopt);
-    EXPECT_EQ(levels.call(), 0.4F) << "an absent level leaves the meter alone";
-}
-
 TEST(CaptureLevels, WarnOnceWhenTheCallIsMissing) {
     test::FakeClock clock;
     CaptureLevels levels(nullptr, clock.reader());

@@ -39,13 +39,6 @@ struct Engine {
     QWebSocketServer server{QStringLiteral("test"), QWebSocketServer::NonSecureMode};
 };
 
-TEST(SpeechSessionURL, MapsTheSchemeAndReplacesThePath) {
-    EXPECT_EQ(speechSessionURL(QUrl(QStringLiteral("https://localhost/other/"))).toString().toStdString(),
-              "wss://localhost/v1/audio/transcriptions/realtime");
-    EXPECT_EQ(speechSessionURL(QUrl(QStringLiteral("ws://[::1]:9"))).toString().toStdString(),
-              "ws://[::1]:9/v1/audio/transcriptions/realtime");
-}
-
 TEST(WebSocketSpeechSocket, CarriesTextAndBytesBothWays) {
     Engine engine([](QWebSocket& socket, const QByteArray& message) {
         message.isEmpty() ? socket.sendTextMessage(QStringLiteral("héllo")) : socket.sendBinaryMessage(message);

@@ -56,12 +56,6 @@ TEST(Failures, FileFailureIsAFinishedSentence) {
     EXPECT_EQ(FileFailure::writing("a", EIO).kind(), Kind::fileWriteUnknown);
 }
 
-TEST(Failures, EveryExceptionCanBeDescribed) {
-    EXPECT_EQ(describe(std::make_exception_ptr(SpeechFailure("The engine left."))), "The engine left.");
-    EXPECT_EQ(describe(std::make_exception_ptr(42)), "Unknown error");
-    EXPECT_EQ(describe(nullptr), "Unknown error");
-}
-
 TEST(AtomicFile, ReplacesContentAndKeepsItPrivate) {
     const TemporaryFolder folder;
     const fs::path file = folder / "meeting.json";
