@@ -14,7 +14,7 @@ namespace varnet {
 namespace {
 
 constexpr int urgentDays = 3;
-constexpr int dayCheckMilliseconds = 60'000;
+constexpr int dayCheckMilliseconds = 600'000;
 
 int daysLeft(Date deletedAt, QDate today) {
     const auto erased = MeetingText::localDay({deletedAt.secondsSinceReference + deletedRetention});

@@ -12,22 +12,11 @@ UndoToast::UndoToast(MeetingStore& store, int milliseconds, QObject* parent)
     m_timer.setSingleShot(true);
     connect(&m_timer, &QTimer::timeout, &store, &MeetingStore::dismissPendingUndo);
     connect(&store, &MeetingStore::pendingUndoChanged, this, &UndoToast::restart);
-    connect(&store, &MeetingStore::deletedMeetingsChanged, this, &UndoToast::changed);
     restart();
 }
 
 bool UndoToast::showing() const {
     return m_store.pendingUndo().has_value();
-}
-
-QString UndoToast::text() const {
-    if (!showing())
-        return {};
-    const auto& ids = m_store.pendingUndo()->meetingIDs;
-    if (ids.size() != 1)
-        return tr("Deleted %1 meetings").arg(ids.size());
-    const auto* deleted = m_store.deletedMeeting(ids.front());
-    return deleted ? tr("Deleted “%1”").arg(toQString(deleted->meeting.title)) : tr("Deleted a meeting");
 }
 
 void UndoToast::setHeld(bool held) {
@@ -48,7 +37,17 @@ void UndoToast::restart() {
     m_left = m_milliseconds;
     if (showing() && !m_held)
         run();
+    if (showing())
+        m_text = words(m_store.pendingUndo()->meetingIDs);
     Q_EMIT changed();
+}
+
+QString UndoToast::words(const std::vector<Uuid>& ids) const {
+    if (ids.size() != 1)
+        return tr("Deleted %1 meetings").arg(ids.size());
+    const auto* deleted = m_store.deletedMeeting(ids.front());
+    return deleted && !deleted->meeting.title.empty() ? tr("Deleted “%1”").arg(toQString(deleted->meeting.title))
+                                                      : tr("Deleted a meeting");
 }
 
 void UndoToast::run() {

@@ -1,9 +1,13 @@
 #pragma once
 
+#include "MeetingCore/base/Uuid.h"
+
 #include <QElapsedTimer>
 #include <QObject>
 #include <QTimer>
 #include <QtQml/qqmlregistration.h>
+
+#include <vector>
 
 namespace varnet {
 
@@ -23,7 +27,7 @@ public:
     explicit UndoToast(MeetingStore& store, int milliseconds = 8000, QObject* parent = nullptr);
 
     bool showing() const;
-    QString text() const; ///< what was deleted; empty unless showing
+    QString text() const { return m_text; } ///< what was deleted last; it stays while the toast fades
 
     bool held() const { return m_held; }
     void setHeld(bool held); ///< someone is about to use it: its time stands still
@@ -34,9 +38,11 @@ Q_SIGNALS:
 
 private:
     void restart();
+    QString words(const std::vector<Uuid>& ids) const;
     void run();
 
     MeetingStore& m_store;
+    QString m_text;
     const int m_milliseconds;
     int m_left = 0; ///< milliseconds, when m_ran was started
     QElapsedTimer m_ran;
