@@ -75,7 +75,7 @@ HTTPResult exchange(int port, const QByteArray& request) {
     socket.connectToHost(QHostAddress::LocalHost, static_cast<quint16>(port));
     socket.write(request);
     QByteArray answer;
-    const auto patience = request.startsWith("GET") ? 1500ms : 60000ms;
+    const auto patience = request.startsWith("GET") ? 1500ms : 180000ms;
     await(
         [&] {
             answer += socket.readAll();

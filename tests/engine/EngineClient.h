@@ -62,7 +62,7 @@ public:
     /// A whole session: the handshake, this audio, the commit, and its acknowledgement.
     void hold(const QByteArray& pcm);
 
-    /// Waits until a message of the type has come, for a minute at most; its place in `messages`.
+    /// Waits until a message of the type has come, for three minutes at most; its place in `messages`.
     std::optional<std::size_t> waitFor(const QString& type);
     bool waitForClose();
     /// The words of all ".completed" messages, and their text.
@@ -78,7 +78,7 @@ private:
 };
 
 /// Runs the event loop until the condition holds; false after the deadline.
-bool await(const std::function<bool()>& condition, std::chrono::milliseconds deadline = std::chrono::minutes(1));
+bool await(const std::function<bool()>& condition, std::chrono::milliseconds deadline = std::chrono::minutes(3));
 
 QByteArray pcmOf(const QString& wavFile);
 /// Synthetic speech in the engine's format, with a second of silence behind it.
