@@ -85,6 +85,12 @@ FocusScope {
                     Layout.fillWidth: true
                     color: Theme.ok
                     text: root.history.notice
+                    visible: text !== "" // its appearance is what screen readers announce
+                }
+
+                Item {
+                    Layout.fillWidth: true
+                    visible: root.history.notice === ""
                 }
 
                 PrimaryButton {
