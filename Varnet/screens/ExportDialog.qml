@@ -3,7 +3,7 @@ import QtQuick
 import QtQuick.Dialogs
 import Varnet
 
-// Asks where the selected meeting's Markdown goes, whenever the router is asked to export.
+// Asks where the selected meeting's Markdown goes. It is made when the router is asked to export, and gone afterwards.
 FileDialog {
     id: root
 
@@ -16,23 +16,16 @@ FileDialog {
     nameFilters: [qsTr("Markdown (*.md)"), qsTr("All files (*)")]
     title: qsTr("Export meeting")
 
+    Component.onCompleted: {
+        // A folder for documents need not be there.
+        const documents = StandardPaths.locate(StandardPaths.DocumentsLocation, "", StandardPaths.LocateDirectory)
+        currentFolder = documents.toString() === "" ? StandardPaths.writableLocation(StandardPaths.HomeLocation) : documents
+        selectedFile = currentFolder + "/Meeting.md"
+        open()
+    }
     onAccepted: {
-        root.router.exporting = false
         root.commands.exportSelected(selectedFile)
+        root.router.exporting = false
     }
     onRejected: root.router.exporting = false
-
-    Connections {
-        function onExportingChanged() {
-            if (!root.router.exporting)
-                return
-            // A folder for documents need not be there.
-            const documents = StandardPaths.locate(StandardPaths.DocumentsLocation, "", StandardPaths.LocateDirectory)
-            root.currentFolder = documents.toString() === "" ? StandardPaths.writableLocation(StandardPaths.HomeLocation) : documents
-            root.selectedFile = root.currentFolder + "/Meeting.md"
-            root.open()
-        }
-
-        target: root.router
-    }
 }

@@ -113,9 +113,13 @@ ApplicationWindow {
         visible: root.router.historyOpen
     }
 
-    ExportDialog {
-        commands: root.commands
-        router: root.router
+    Loader {
+        active: root.router.exporting
+        sourceComponent: ExportDialog {
+            commands: root.commands
+            parentWindow: root
+            router: root.router
+        }
     }
 
     Questions {

@@ -27,7 +27,7 @@ ListView {
         spacing: 2 * Theme.unit
         width: ListView.view.width - 6 * Theme.unit
 
-        onHeightChanged: root.positionViewAtBeginning()
+        onHeightChanged: Qt.callLater(root.positionViewAtBeginning)
 
         ThemedText {
             color: Theme.faint

@@ -8,8 +8,15 @@ ColumnLayout {
 
     required property AppCommands commands
     required property MeetingPage page
+    property bool narrow: false // the state stands below the title
 
     spacing: 0
+
+    component State: Badge {
+        marked: root.page.badgeMarked
+        text: root.page.badgeText
+        tone: root.page.badgeTone
+    }
 
     RowLayout {
         Layout.leftMargin: -2 * Theme.unit
@@ -37,12 +44,15 @@ ColumnLayout {
             }
         }
 
-        Badge {
+        State {
             Layout.leftMargin: 4 * Theme.unit
-            marked: root.page.badgeMarked
-            text: root.page.badgeText
-            tone: root.page.badgeTone
+            visible: !root.narrow
         }
+    }
+
+    State {
+        Layout.leftMargin: 10 * Theme.unit
+        visible: root.narrow
     }
 
     ThemedText {

@@ -22,11 +22,14 @@ FocusScope {
         anchors.top: parent.top
         anchors.topMargin: 6 * Theme.unit
         spacing: 3 * Theme.unit
-        width: Math.min(220 * Theme.unit, root.width - 16 * Theme.unit)
+        width: Math.min(220 * Theme.unit, root.width - (head.narrow ? 8 : 16) * Theme.unit)
 
         MeetingHead {
+            id: head
+
             Layout.fillWidth: true
             commands: root.commands
+            narrow: root.width < 30 * Theme.body.lineHeight
             page: root.page
         }
 

@@ -17,6 +17,9 @@ TextField {
     }
 
     Accessible.name: qsTr("Title")
+    ToolTip.delay: 600
+    ToolTip.text: title
+    ToolTip.visible: hovered && !activeFocus && contentWidth > availableWidth
     bottomPadding: Theme.unit
     color: Theme.text
     font: Theme.title.font

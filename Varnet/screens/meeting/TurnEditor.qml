@@ -43,6 +43,7 @@ Column {
         area.forceActiveFocus()
     }
     Component.onDestruction: handIn()
+    onHeightChanged: Qt.callLater(moved, area.cursorRectangle)
 
     Connections {
         function onAboutToLeave() {

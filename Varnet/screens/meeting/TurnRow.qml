@@ -16,6 +16,7 @@ Item {
     required property string recognised
     property bool tentative: false
     property bool current: false
+    readonly property bool narrow: width < 24 * Theme.body.lineHeight // the words stand below their speaker
     property Component editor: null // stands in place of the words while they are edited
 
     signal chosen
@@ -28,7 +29,7 @@ Item {
     Accessible.name: spoken
     Accessible.role: Accessible.ListItem
     Accessible.selected: current
-    implicitHeight: Math.max(who.implicitHeight, editing.active ? editing.implicitHeight : text.implicitHeight) + 4 * Theme.unit
+    implicitHeight: Math.max(who.y + who.height, editing.active ? editing.y + editing.height : text.y + text.height) + 2 * Theme.unit
 
     Rectangle {
         anchors.fill: parent
@@ -62,7 +63,7 @@ Item {
     Column {
         id: who
 
-        width: 6 * Theme.body.lineHeight
+        width: root.narrow ? root.width : 6 * Theme.body.lineHeight
         y: 2 * Theme.unit
 
         SpeakerName {
@@ -99,25 +100,23 @@ Item {
         id: text
 
         Accessible.ignored: true
-        anchors.left: who.right
-        anchors.leftMargin: 4 * Theme.unit
-        anchors.right: parent.right
         color: root.tentative ? Theme.faint : Theme.text
         text: root.words
         type: Theme.reading
         visible: !editing.active
+        width: root.width - x
         wrapMode: Text.Wrap
-        y: 1.5 * Theme.unit
+        x: root.narrow ? 0 : who.width + 4 * Theme.unit
+        y: root.narrow ? who.y + who.height + Theme.unit : 1.5 * Theme.unit
     }
 
     Loader {
         id: editing
 
         active: root.editor !== null
-        anchors.left: who.right
-        anchors.leftMargin: 2 * Theme.unit
-        anchors.right: parent.right
         sourceComponent: root.editor
-        y: Theme.unit
+        width: root.width - x
+        x: root.narrow ? 0 : text.x - 2 * Theme.unit
+        y: root.narrow ? text.y : Theme.unit
     }
 }
