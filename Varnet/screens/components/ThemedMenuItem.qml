@@ -3,18 +3,18 @@ import QtQuick.Controls.Basic
 import QtQuick.Layouts
 import Varnet
 
-// One command of a menu, with the key that does the same.
+// One thing to do in a menu, with the keys that do it too. What is not visible takes no room.
 MenuItem {
     id: root
 
     property string keys
 
     Accessible.name: text
-    bottomPadding: Theme.unit
+    bottomPadding: 1.5 * Theme.unit
     height: visible ? implicitHeight : 0
     leftPadding: 3 * Theme.unit
     rightPadding: 3 * Theme.unit
-    topPadding: Theme.unit
+    topPadding: 1.5 * Theme.unit
 
     background: Rectangle {
         color: root.highlighted ? Theme.selection : "transparent"
@@ -33,6 +33,7 @@ MenuItem {
             color: Theme.faint
             text: root.keys
             type: Theme.caption
+            visible: text !== ""
         }
     }
 }

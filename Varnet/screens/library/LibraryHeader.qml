@@ -17,9 +17,9 @@ RowLayout {
     spacing: 3 * Theme.unit
 
     ThemedText {
-        id: heading
-
         Accessible.role: Accessible.Heading
+        Layout.fillWidth: true
+        Layout.maximumWidth: implicitWidth
         text: qsTr("All Meetings")
         type: Theme.title
     }
@@ -36,6 +36,9 @@ RowLayout {
     SearchField {
         id: field
 
+        Layout.fillWidth: true
+        Layout.maximumWidth: 70 * Theme.unit
+        Layout.minimumWidth: 40 * Theme.unit
         Layout.preferredWidth: 70 * Theme.unit
         placeholderText: qsTr("Search titles and transcripts")
         visible: !root.library.empty

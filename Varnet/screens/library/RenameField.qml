@@ -15,9 +15,9 @@ TextField {
     bottomPadding: 0
     color: Theme.text
     font: Theme.emphasis.font
-    leftPadding: Theme.unit
+    leftPadding: 2 * Theme.unit
     maximumLength: 300
-    rightPadding: Theme.unit
+    rightPadding: 2 * Theme.unit
     selectByMouse: true
     selectedTextColor: Theme.text
     selectionColor: Theme.selection
@@ -30,6 +30,10 @@ TextField {
     }
     Keys.onEscapePressed: ended()
     Keys.onShortcutOverride: event => event.accepted = event.key === Qt.Key_Escape
+    onAccepted: {
+        renamed(text)
+        ended()
+    }
     onEditingFinished: renamed(text)
 
     background: Rectangle {

@@ -26,7 +26,9 @@ Item {
     Loader {
         active: root.renaming
         anchors.fill: parent
+        anchors.bottomMargin: -0.5 * Theme.unit
         anchors.leftMargin: -2 * Theme.unit
+        anchors.topMargin: -0.5 * Theme.unit
         sourceComponent: RenameField {
             title: root.title
             onEnded: root.renameEnded()
