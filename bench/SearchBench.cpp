@@ -11,6 +11,7 @@
 #include <QGuiApplication>
 
 #include <cstring>
+#include <ctime>
 #include <random>
 
 namespace {
@@ -83,6 +84,19 @@ void search(LibraryModel& model, const std::vector<std::string_view>& texts, con
     row(what, against, ours / theirs, "x", ours / theirs <= limit, "<= 1.1 x");
 }
 
+/// Processor time that the main thread spends: the wait of the window on a machine that does nothing else.
+template <class Work>
+double busyMilliseconds(Work work) {
+    const auto now = [] {
+        timespec time{};
+        clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+        return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
+    };
+    const double begin = now();
+    work();
+    return now() - begin;
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -90,16 +104,14 @@ int main(int argc, char** argv) {
     QGuiApplication application(argc, argv);
     const test::TemporaryFolder folder;
     fill(folder / "meetings");
-    MeetingStore store(folder / "meetings", {.writable = false});
+    MeetingStore store(folder / "meetings");
     LibraryModel model(store);
 
     // The first search of a run: the texts are put into lower case on the worker while the main thread stays free.
-    double longest = 0;
-    model.setQuery(QStringLiteral("nothing has this"));
     const auto begin = std::chrono::steady_clock::now();
-    const auto events = [] { QCoreApplication::processEvents(); };
+    double longest = busyMilliseconds([&] { model.setQuery(QStringLiteral("nothing has this")); });
     while (model.count() > 0)
-        longest = std::max(longest, secondsOf(events));
+        longest = std::max(longest, busyMilliseconds([] { QCoreApplication::processEvents(); }));
     const double whole = std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
 
     heading("search");
@@ -110,8 +122,10 @@ int main(int argc, char** argv) {
     search(model, texts, "keystroke, no hit", "quokka", 1.1);
     search(model, texts, "keystroke, two letters, no hit", "zq", 1.1);
     search(model, texts, "keystroke, a sentence", "we should ship the zeppelin on friday", 1.1);
-    search(model, texts, "keystroke, words found nowhere", "the meeting is the", 1.1);
-    std::printf("%-34s %-38s %8.2f ms\n", "longest wait of the window", "(first search of a run)", longest * 1e3);
+    search(model, texts, "keystroke, common words, no hit", "the meeting is the", 1.1);
+    search(model, texts, "keystroke, a word of every meeting", "the", 1.1);
+    search(model, texts, "keystroke, one letter", "z", 1.1);
+    std::printf("%-34s %-38s %8.2f ms\n", "main thread busy at a stretch", "(first search of a run)", longest);
     std::printf("%-34s %-38s %8.2f ms\n", "first results after", "(first search of a run)", whole * 1e3);
     return missed ? 1 : 0;
 }

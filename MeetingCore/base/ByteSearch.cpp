@@ -1,6 +1,8 @@
 #include "MeetingCore/base/ByteSearch.h"
 
+#include <algorithm>
 #include <cstring>
+#include <utility>
 
 #if defined(__x86_64__)
 #include <immintrin.h>
@@ -16,23 +18,43 @@ std::size_t placeOf(const void* found, std::string_view text) {
 
 #if defined(__x86_64__)
 
-/// Looks at 32 places at once for the part's first byte with its last byte at the right distance, and compares the rest
-/// only there. `part` has two bytes or more and is not longer than the text.
+/// How seldom a byte is in text of any language; the exact order matters little.
+std::size_t rarity(char byte) {
+    constexpr std::string_view commonest = " etaoinsrhldcumfpgwybvk";
+    if (static_cast<unsigned char>(byte) >= 0xC0) // the first byte of a character, often the same for a whole script
+        return 0;
+    return std::min(commonest.find(byte), commonest.size());
+}
+
+/// The places in the part of its two rarest bytes.
+std::pair<std::size_t, std::size_t> rarestBytes(std::string_view part) {
+    std::size_t one = 0, other = 1;
+    for (std::size_t i = 1; i < part.size(); ++i) {
+        if (rarity(part[i]) > rarity(part[one]))
+            other = std::exchange(one, i);
+        else if (rarity(part[i]) > rarity(part[other]))
+            other = i;
+    }
+    return {one, other};
+}
+
+/// Looks at 32 places at once for two bytes of the part at the right distance, and compares the rest only there. `part`
+/// has two bytes or more and is not longer than the text.
 __attribute__((target("avx2"))) std::size_t findWide(std::string_view text, std::string_view part) {
     constexpr std::size_t width = 32;
-    const std::size_t distance = part.size() - 1;
-    const __m256i first = _mm256_set1_epi8(part.front());
-    const __m256i last = _mm256_set1_epi8(part.back());
+    const auto [one, other] = rarestBytes(part);
+    const __m256i firsts = _mm256_set1_epi8(part[one]);
+    const __m256i seconds = _mm256_set1_epi8(part[other]);
     const char* const begin = text.data();
 
     std::size_t at = 0;
-    for (; at + distance + width <= text.size(); at += width) {
-        const __m256i heads = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(begin + at));
-        const __m256i tails = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(begin + at + distance));
-        const __m256i both = _mm256_and_si256(_mm256_cmpeq_epi8(heads, first), _mm256_cmpeq_epi8(tails, last));
+    for (; at + part.size() - 1 + width <= text.size(); at += width) {
+        const __m256i here = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(begin + at + one));
+        const __m256i there = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(begin + at + other));
+        const __m256i both = _mm256_and_si256(_mm256_cmpeq_epi8(here, firsts), _mm256_cmpeq_epi8(there, seconds));
         for (auto places = static_cast<unsigned>(_mm256_movemask_epi8(both)); places != 0; places &= places - 1) {
             const std::size_t place = at + static_cast<std::size_t>(__builtin_ctz(places));
-            if (std::memcmp(begin + place + 1, part.data() + 1, distance) == 0)
+            if (std::memcmp(begin + place, part.data(), part.size()) == 0)
                 return place;
         }
     }
