@@ -1,3 +1,4 @@
+#include "MeetingCore/records/MeetingRepository.h"
 #include "Varnet/platform/AppInfo.h"
 #include "Varnet/shell/ApplicationBus.h"
 #include "Varnet/shell/MainWindow.h"
@@ -11,6 +12,11 @@
 #include <QSessionManager>
 
 #include <cstdio>
+#include <filesystem>
+#include <functional>
+#include <future>
+#include <memory>
+#include <optional>
 
 using namespace varnet;
 
@@ -22,17 +28,22 @@ int refuse(const SingleInstance::Refusal& refusal) {
     return refusal.exitCode;
 }
 
-int run(const CommandLine& commandLine) {
-    std::optional<StorageLock> lock;
-    if (!commandLine.exportsWindow) {
-        const auto root = VarnetApp::storageRoot(commandLine);
-        lock.emplace(root);
-        if (const auto refusal = SingleInstance::settle(*lock, root))
+/// Reads the library on threads of its own while the window is being made; the result gives what was read.
+std::function<LoadedMeetings()> beginLoading(const std::filesystem::path& root) {
+    const auto records = std::make_shared<std::future<LoadedMeetings>>(std::async(
+        std::launch::async | std::launch::deferred, [root] { return MeetingRepository(root).loadRecovering(); }));
+    return [records] { return records->get(); };
+}
+
+int run(const CommandLine& commandLine, StorageLock* lock, std::function<LoadedMeetings()> load) {
+    if (lock) {
+        if (const auto refusal = SingleInstance::settle(*lock, VarnetApp::storageRoot(commandLine)))
             return refuse(*refusal);
     }
 
-    VarnetApp app(commandLine);
-    MainWindow window(app);
+    auto screens = MainWindow::loadScreens();
+    VarnetApp app(commandLine, std::move(load));
+    MainWindow window(app, std::move(screens));
     TerminationSignals signals;
     auto& delegate = app.delegate();
     QObject::connect(&signals, &TerminationSignals::requested, &delegate, &MeetingAppDelegate::quit);
@@ -67,6 +78,13 @@ int run(const CommandLine& commandLine) {
 
 int main(int argc, char** argv) {
     const auto commandLine = CommandLine::parse({argv, argv + argc});
+    const auto root = VarnetApp::storageRoot(commandLine);
+    std::optional<StorageLock> lock;
+    if (!commandLine.exportsWindow)
+        lock.emplace(root);
+    // Another process may still be writing to a library that is not locked yet.
+    auto load = lock && lock->held() ? beginLoading(root) : nullptr;
+
     QGuiApplication application(argc, argv);
     QGuiApplication::setApplicationName(QStringLiteral("Varnet"));
     QGuiApplication::setApplicationDisplayName(QString::fromStdString(AppInfo::name()));
@@ -74,5 +92,5 @@ int main(int argc, char** argv) {
     QGuiApplication::setDesktopFileName(QString::fromStdString(AppInfo::identifier()));
     QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/qt/qml/Varnet/screens/icons/app.svg")));
     QGuiApplication::setQuitOnLastWindowClosed(false);
-    return run(commandLine);
+    return run(commandLine, lock ? &*lock : nullptr, std::move(load));
 }

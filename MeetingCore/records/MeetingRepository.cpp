@@ -21,21 +21,27 @@ namespace {
 constexpr const char* recordName = "meeting.json";
 
 /// Results of one parallel pass, one slot per folder.
+/// What became of an entry of the root.
+struct DecodeSlot {
+    std::optional<Meeting> meeting; ///< absent when its record could not be read
+    bool hasRecord = true;
+};
+
 class DecodeSlots {
 public:
     explicit DecodeSlots(std::size_t count) : m_slots(count) {}
 
-    void fill(std::size_t index, Meeting meeting) {
+    void fill(std::size_t index, DecodeSlot slot) {
         const std::lock_guard lock(m_lock);
-        m_slots[index] = std::move(meeting);
+        m_slots[index] = std::move(slot);
     }
 
     /// Once all workers have ended.
-    std::vector<std::optional<Meeting>>& slots() { return m_slots; }
+    std::vector<DecodeSlot>& slots() { return m_slots; }
 
 private:
     std::mutex m_lock;
-    std::vector<std::optional<Meeting>> m_slots;
+    std::vector<DecodeSlot> m_slots;
 };
 
 Meeting readRecord(const fs::path& folder, JsonParser& parser) {
@@ -43,30 +49,31 @@ Meeting readRecord(const fs::path& folder, JsonParser& parser) {
     return decodeMeeting(parser);
 }
 
-/// The entries of the root that hold a record, in the order of the file system.
-std::vector<fs::path> recordFolders(const fs::path& root) {
-    std::vector<fs::path> folders;
+/// The entries of the root, in the order of the file system. Which of them hold a record shows when it is read.
+std::vector<fs::path> entriesOf(const fs::path& root) {
+    std::vector<fs::path> entries;
     std::error_code error;
-    for (fs::directory_iterator entry(root, error), end; !error && entry != end; entry.increment(error)) {
-        std::error_code ignored; // a stray file has no record below it
-        if (fs::exists(entry->path() / recordName, ignored))
-            folders.push_back(entry->path());
-    }
+    for (fs::directory_iterator entry(root, error), end; !error && entry != end; entry.increment(error))
+        entries.push_back(entry->path());
     if (error)
         throw FileFailure::reading(root, error.value());
-    return folders;
+    return entries;
+}
+
+DecodeSlot decodeEntry(const fs::path& folder, JsonParser& parser) {
+    try {
+        return {readRecord(folder, parser)};
+    } catch (const std::exception&) {
+        std::error_code ignored; // a stray file has no record below it
+        return {std::nullopt, fs::exists(folder / recordName, ignored)};
+    }
 }
 
 /// Takes folders from the shared counter until none is left.
 void decodeFolders(const std::vector<fs::path>& folders, std::atomic<std::size_t>& next, DecodeSlots& slots) {
     JsonParser parser;
-    for (std::size_t index = next++; index < folders.size(); index = next++) {
-        try {
-            slots.fill(index, readRecord(folders[index], parser));
-        } catch (const std::exception&) {
-            // The empty slot reports it.
-        }
-    }
+    for (std::size_t index = next++; index < folders.size(); index = next++)
+        slots.fill(index, decodeEntry(folders[index], parser));
 }
 
 void decodeInParallel(const std::vector<fs::path>& folders, DecodeSlots& slots) {
@@ -110,7 +117,7 @@ Meeting MeetingRepository::load(const Uuid& id) const {
 }
 
 LoadedMeetings MeetingRepository::loadRecovering() const {
-    const std::vector<fs::path> folders = recordFolders(m_root);
+    const std::vector<fs::path> folders = entriesOf(m_root);
     DecodeSlots decoded(folders.size());
     decodeInParallel(folders, decoded);
 
@@ -118,18 +125,18 @@ LoadedMeetings MeetingRepository::loadRecovering() const {
     std::vector<std::size_t> readable;
     auto& slots = decoded.slots();
     for (std::size_t index = 0; index < folders.size(); ++index) {
-        if (slots[index])
+        if (slots[index].meeting)
             readable.push_back(index);
-        else
+        else if (slots[index].hasRecord)
             loaded.unreadable.push_back(validUtf8(folders[index].filename().native()));
     }
     std::ranges::sort(readable, [&](std::size_t one, std::size_t other) {
-        const Date date = slots[one]->createdAt, otherDate = slots[other]->createdAt;
+        const Date date = slots[one].meeting->createdAt, otherDate = slots[other].meeting->createdAt;
         return date == otherDate ? one < other : date > otherDate;
     });
     loaded.meetings.reserve(readable.size());
     for (const std::size_t index : readable)
-        loaded.meetings.push_back(std::move(*slots[index]));
+        loaded.meetings.push_back(std::move(*slots[index].meeting));
     return loaded;
 }
 

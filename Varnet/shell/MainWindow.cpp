@@ -5,6 +5,7 @@
 #include <QEvent>
 #include <QGuiApplication>
 #include <QLoggingCategory>
+#include <QQmlComponent>
 #include <QQuickStyle>
 #include <QQuickWindow>
 #include <QScreen>
@@ -21,6 +22,10 @@ Q_LOGGING_CATEGORY(startLog, "varnet.start", QtWarningMsg)
 constexpr QSize usualSize{1280, 820};
 constexpr auto closeNoticeKey = "CloseNoticeShown";
 
+QUrl mainScreen() {
+    return QUrl(QStringLiteral("qrc:/qt/qml/Varnet/screens/Main.qml"));
+}
+
 /// The module's types are registered by a static object that only a mention brings into the program.
 void registerScreens() {
     [[maybe_unused]] auto* volatile registration = &qml_register_types_Varnet;
@@ -28,7 +33,17 @@ void registerScreens() {
 
 } // namespace
 
-MainWindow::MainWindow(VarnetApp& app, QObject* parent)
+std::unique_ptr<QQmlApplicationEngine> MainWindow::loadScreens() {
+    registerScreens();
+    if (QQuickStyle::name().isEmpty())
+        QQuickStyle::setStyle(QStringLiteral("Basic"));
+    auto engine = std::make_unique<QQmlApplicationEngine>();
+    engine->addImportPath(QStringLiteral("qrc:/qt/qml"));
+    const QQmlComponent known(engine.get(), mainScreen()); // the engine keeps the types that it has seen
+    return engine;
+}
+
+MainWindow::MainWindow(VarnetApp& app, std::unique_ptr<QQmlApplicationEngine> screens, QObject* parent)
     : QObject(parent),
       m_app(app),
       m_clock(app.store()),
@@ -38,7 +53,8 @@ MainWindow::MainWindow(VarnetApp& app, QObject* parent)
       m_history(app.store()),
       m_toast(app.store()),
       m_sidebar(app.store(), app.engines(), m_clock),
-      m_banner(app.store()) {
+      m_banner(app.store()),
+      m_engine(screens ? std::move(screens) : loadScreens()) {
     connect(&app.delegate(), &MeetingAppDelegate::askingToSaveChanged, this, [this] {
         if (m_app.delegate().askingToSave())
             show();
@@ -55,26 +71,22 @@ MainWindow::~MainWindow() {
 }
 
 bool MainWindow::open() {
-    registerScreens();
-    if (QQuickStyle::name().isEmpty())
-        QQuickStyle::setStyle(QStringLiteral("Basic"));
-    m_engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
     const auto object = [](QObject* of) { return QVariant::fromValue(of); };
-    m_engine.setInitialProperties({{QStringLiteral("commands"), object(&m_app.commands())},
-                                   {QStringLiteral("router"), object(&m_app.router())},
-                                   {QStringLiteral("delegate"), object(&m_app.delegate())},
-                                   {QStringLiteral("frame"), object(this)},
-                                   {QStringLiteral("banner"), object(&m_banner)},
-                                   {QStringLiteral("library"), object(&m_library)},
-                                   {QStringLiteral("meetingPage"), object(&m_meetingPage)},
-                                   {QStringLiteral("deleted"), object(&m_deleted)},
-                                   {QStringLiteral("history"), object(&m_history)},
-                                   {QStringLiteral("toast"), object(&m_toast)},
-                                   {QStringLiteral("sidebar"), object(&m_sidebar)}});
-    m_engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Varnet/screens/Main.qml")));
-    if (m_engine.rootObjects().isEmpty())
+    m_engine->setInitialProperties({{QStringLiteral("commands"), object(&m_app.commands())},
+                                    {QStringLiteral("router"), object(&m_app.router())},
+                                    {QStringLiteral("delegate"), object(&m_app.delegate())},
+                                    {QStringLiteral("frame"), object(this)},
+                                    {QStringLiteral("banner"), object(&m_banner)},
+                                    {QStringLiteral("library"), object(&m_library)},
+                                    {QStringLiteral("meetingPage"), object(&m_meetingPage)},
+                                    {QStringLiteral("deleted"), object(&m_deleted)},
+                                    {QStringLiteral("history"), object(&m_history)},
+                                    {QStringLiteral("toast"), object(&m_toast)},
+                                    {QStringLiteral("sidebar"), object(&m_sidebar)}});
+    m_engine->load(mainScreen());
+    if (m_engine->rootObjects().isEmpty())
         return false;
-    m_window = qobject_cast<QQuickWindow*>(m_engine.rootObjects().constFirst());
+    m_window = qobject_cast<QQuickWindow*>(m_engine->rootObjects().constFirst());
     if (!m_window)
         return false;
     m_window->installEventFilter(this);

@@ -13,6 +13,8 @@
 #include <QQmlApplicationEngine>
 #include <QtQml/qqmlregistration.h>
 
+#include <memory>
+
 class QQuickWindow;
 
 namespace varnet {
@@ -30,7 +32,11 @@ class MainWindow : public QObject {
     Q_PROPERTY(QString closeNotice READ closeNotice CONSTANT)
 
 public:
-    explicit MainWindow(VarnetApp& app, QObject* parent = nullptr);
+    /// An engine that knows the screens. It takes a while and needs nothing but the application object, so it can be
+    /// made while the library is being read.
+    static std::unique_ptr<QQmlApplicationEngine> loadScreens();
+
+    explicit MainWindow(VarnetApp& app, std::unique_ptr<QQmlApplicationEngine> screens = {}, QObject* parent = nullptr);
     ~MainWindow() override;
 
     /// Loads the window at its last place and size. False when the screens could not be loaded; the log says why.
@@ -68,7 +74,7 @@ private:
     ErrorBanner m_banner;
     bool m_askingToClose = false;
     QQuickWindow* m_window = nullptr;
-    QQmlApplicationEngine m_engine; ///< last: its objects look at the others
+    std::unique_ptr<QQmlApplicationEngine> m_engine; ///< last: its objects look at the others
 };
 
 } // namespace varnet

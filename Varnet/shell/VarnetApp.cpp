@@ -14,18 +14,19 @@ namespace {
 
 constexpr std::chrono::seconds pollInterval{15};
 
-StoreParts partsFor(const CommandLine& commandLine) {
+StoreParts partsFor(const CommandLine& commandLine, std::function<LoadedMeetings()> load) {
     StoreParts parts;
+    parts.load = std::move(load);
     parts.writable = !commandLine.exportsWindow;
     return parts;
 }
 
 } // namespace
 
-VarnetApp::VarnetApp(CommandLine commandLine, QObject* parent)
+VarnetApp::VarnetApp(CommandLine commandLine, std::function<LoadedMeetings()> load, QObject* parent)
     : QObject(parent),
       m_commandLine(std::move(commandLine)),
-      m_store(m_commandLine.storageRoot, partsFor(m_commandLine)) {}
+      m_store(m_commandLine.storageRoot, partsFor(m_commandLine, std::move(load))) {}
 
 VarnetApp::~VarnetApp() {
     m_tasks.requestStop();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "MeetingCore/records/MeetingRepository.h"
 #include "Varnet/async/TaskScope.h"
 #include "Varnet/engines/EngineSupervisor.h"
 #include "Varnet/platform/Settings.h"
@@ -11,6 +12,8 @@
 
 #include <QObject>
 
+#include <functional>
+
 namespace varnet {
 
 /// The long-lived objects of the program and what ties them together. They are made in their order with this object;
@@ -18,8 +21,9 @@ namespace varnet {
 class VarnetApp : public QObject {
     Q_OBJECT
 public:
-    /// Opens the library, which repairs what a crash interrupted: no other process may have it open.
-    explicit VarnetApp(CommandLine commandLine, QObject* parent = nullptr);
+    /// Opens the library, which repairs what a crash interrupted: no other process may have it open. `load` gives its
+    /// records where they are being read already.
+    explicit VarnetApp(CommandLine commandLine, std::function<LoadedMeetings()> load = {}, QObject* parent = nullptr);
     ~VarnetApp() override;
 
     /// The library that a command line names: its own or the user's.

@@ -84,7 +84,7 @@ MeetingStore::~MeetingStore() {
 void MeetingStore::open(const std::optional<fs::path>& storageRoot) {
     try {
         m_repository.emplace(storageRoot ? *storageRoot : Paths::applicationSupport() / "Varnet" / "meetings");
-        auto loaded = m_repository->loadRecovering();
+        auto loaded = m_parts.load ? m_parts.load() : m_repository->loadRecovering();
         m_meetings = std::move(loaded.meetings);
         if (!loaded.unreadable.empty())
             m_error = std::to_string(loaded.unreadable.size()) +

@@ -35,11 +35,15 @@ Column {
     Accessible.selectable: true
     Accessible.selected: selected
 
-    DayHeading {
-        day: root.day
-        detail: root.dayDetail
-        visible: root.startsDay
+    Loader {
+        active: root.startsDay
+        visible: active
         width: root.width
+
+        sourceComponent: DayHeading {
+            day: root.day
+            detail: root.dayDetail
+        }
     }
 
     Rectangle {
@@ -114,14 +118,18 @@ Column {
                 }
             }
 
-            ThemedText {
-                Accessible.ignored: true
+            Loader {
                 Layout.fillWidth: true
                 Layout.topMargin: Theme.unit
-                color: Theme.secondary
-                text: root.snippet
-                textFormat: Text.StyledText
-                visible: text !== ""
+                active: root.snippet !== ""
+                visible: active
+
+                sourceComponent: ThemedText {
+                    Accessible.ignored: true
+                    color: Theme.secondary
+                    text: root.snippet
+                    textFormat: Text.StyledText
+                }
             }
         }
     }
