@@ -28,19 +28,25 @@ ColumnLayout {
             onClicked: root.commands.showLibrary()
         }
 
-        TitleField {
-            id: titleField
-
+        // The width that a long title would like to have is none of the row's business.
+        Item {
             Layout.fillWidth: true
-            title: root.page.title
-            onRenamed: title => root.page.rename(title)
+            implicitHeight: titleField.implicitHeight
 
-            Connections {
-                function onAboutToLeave() {
-                    titleField.focus = false
+            TitleField {
+                id: titleField
+
+                anchors.fill: parent
+                title: root.page.title
+                onRenamed: title => root.page.rename(title)
+
+                Connections {
+                    function onAboutToLeave() {
+                        titleField.focus = false
+                    }
+
+                    target: root.page
                 }
-
-                target: root.page
             }
         }
 

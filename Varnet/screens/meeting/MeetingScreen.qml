@@ -29,7 +29,7 @@ FocusScope {
 
             Layout.fillWidth: true
             commands: root.commands
-            narrow: root.width < 30 * Theme.body.lineHeight
+            narrow: root.width > 0 && root.width < 30 * Theme.body.lineHeight
             page: root.page
         }
 

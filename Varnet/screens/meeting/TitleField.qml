@@ -43,6 +43,10 @@ TextField {
             renamed(text)
         settle()
     }
+    onWidthChanged: if (!activeFocus) {
+        cursorPosition = 0
+        ensureVisible(0)
+    }
     onTitleChanged: if (!activeFocus) settle()
 
     background: Rectangle {

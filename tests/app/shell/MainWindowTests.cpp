@@ -148,7 +148,7 @@ TEST_F(Window, ADeleteIsOfferedForUndoingWithoutTakingTheFocus) {
 
     press(Qt::Key_Delete);
     ASSERT_EQ(app->store().meetings().size(), 1);
-    EXPECT_TRUE(button->isVisible());
+    EXPECT_TRUE(eventually([&] { return button->isVisible(); })) << "it fades in";
     EXPECT_FALSE(button->hasActiveFocus());
     QTest::mouseClick(frame->window(), Qt::LeftButton, {}, button->mapToScene({5, 5}).toPoint());
     settle();
