@@ -20,7 +20,7 @@ ListView {
 
     function choose(row) {
         currentIndex = row
-        forceActiveFocus()
+        currentItem.forceActiveFocus()
     }
 
     function edit() {
@@ -119,7 +119,7 @@ ListView {
             onClosed: byKeys => {
                 root.editing = -1
                 if (byKeys)
-                    root.forceActiveFocus()
+                    root.currentItem.forceActiveFocus()
             }
             onMoved: cursor => root.reveal(cursor)
         }

@@ -247,6 +247,7 @@ TEST_F(Window, ATurnIsCorrectedAndSetBackByTheKeyboard) {
     type("!");
     press(Qt::Key_Escape);
     EXPECT_EQ(turn().editedText, "Hello all\nBye ");
+    EXPECT_TRUE(control("Turns")->property("currentItem").value<QQuickItem*>()->hasActiveFocus());
 
     press(Qt::Key_Return);
     press(Qt::Key_A, Qt::ControlModifier);
