@@ -9,6 +9,9 @@ namespace varnet {
 
 namespace {
 
+/// Far more than any file has before its audio.
+constexpr int maximumChunks = 1000;
+
 template <std::size_t N>
 using Bytes = std::array<char, N>;
 
@@ -42,13 +45,16 @@ bool isUncompressed(std::uint32_t formatTag) {
 std::optional<WavHeader> WavHeader::read(const std::filesystem::path& path) {
     std::error_code error;
     const std::uint64_t fileSize = std::filesystem::file_size(path, error);
+    if (error) // also what is no regular file, such as a pipe, whose opening would wait
+        return {};
     std::ifstream file(path, std::ios::binary);
     const auto riff = bytesAt<12>(file, 0);
-    if (error || !riff || name(*riff, 0) != "RIFF" || name(*riff, 8) != "WAVE")
+    if (!riff || name(*riff, 0) != "RIFF" || name(*riff, 8) != "WAVE")
         return {};
 
     WavHeader header;
-    for (std::uint64_t offset = 12;;) {
+    std::uint64_t offset = 12;
+    for (int chunksLeft = maximumChunks; chunksLeft > 0; --chunksLeft) {
         const auto chunk = bytesAt<8>(file, offset);
         if (!chunk)
             return {};
@@ -68,6 +74,7 @@ std::optional<WavHeader> WavHeader::read(const std::filesystem::path& path) {
         }
         offset = content + size + size % 2;
     }
+    return {};
 }
 
 } // namespace varnet

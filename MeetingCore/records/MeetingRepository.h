@@ -71,9 +71,9 @@ public:
     /// MeetingTrashError and FileFailure.
     void moveToDeleted(const Uuid& id, Date at) const;
 
-    /// Moves the folder back to where its record belongs, which is the same id unless somebody renamed the folder. Never
-    /// overwrites, and refuses a record that cannot be read. Throws MeetingTrashError, FileFailure and JsonFailure, with
-    /// everything left where it is.
+    /// Moves the folder back to where its record belongs, which is the same id unless somebody renamed the folder.
+    /// Never overwrites, and refuses a record that cannot be read. Throws MeetingTrashError, FileFailure and
+    /// JsonFailure, with everything left where it is.
     Meeting restoreDeleted(const Uuid& id) const;
 
     /// Removes a deleted meeting's folder for good; links in it are removed, not followed. From the first moment on it

@@ -79,6 +79,7 @@ Task<> VersionHistory::load(VersionHistory* self, Uuid id, int request, std::sto
             co_return;
         loaded = co_await onWorker([now = self->m_now, history = std::move(loaded.history)]() mutable {
             std::vector<VersionDifference> differences;
+            differences.reserve(history.entries.size());
             for (const auto& entry : history.entries)
                 differences.push_back(VersionDifference::of(now, entry.meeting));
             return Loaded{std::move(history), std::move(differences)};

@@ -41,6 +41,7 @@ private:
 template <class Record>
 void sortNewestFirst(std::vector<Record>& records, Date Record::* date) {
     std::vector<std::pair<double, std::size_t>> order;
+    order.reserve(records.size());
     for (std::size_t place = 0; place < records.size(); ++place)
         order.emplace_back(-(records[place].*date).secondsSinceReference, place);
     std::ranges::sort(order);
