@@ -19,8 +19,8 @@ constexpr auto digitValues = [] {
     std::array<std::uint8_t, 256> values{};
     values.fill(0xFF);
     for (std::uint8_t value = 0; value < 16; ++value) {
-        values[static_cast<std::size_t>("0123456789abcdef"[value])] = value;
-        values[static_cast<std::size_t>("0123456789ABCDEF"[value])] = value;
+        values[static_cast<unsigned char>("0123456789abcdef"[value])] = value;
+        values[static_cast<unsigned char>("0123456789ABCDEF"[value])] = value;
     }
     return values;
 }();

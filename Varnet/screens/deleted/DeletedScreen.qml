@@ -25,28 +25,41 @@ FocusScope {
         anchors.topMargin: 7 * Theme.unit
         spacing: Theme.unit
 
-        RowLayout {
-            spacing: 2 * Theme.unit
+        Item {
+            Layout.fillWidth: true
+            implicitHeight: Math.max(title.implicitHeight, actions.implicitHeight)
 
             ThemedText {
+                id: title
+
                 Accessible.role: Accessible.Heading
-                Layout.fillWidth: true
+                anchors.left: parent.left
+                anchors.right: actions.left
+                anchors.verticalCenter: parent.verticalCenter
                 text: qsTr("Recently Deleted")
                 type: Theme.title
             }
 
-            PlainButton {
-                enabled: root.deleted.selectedIDs.length > 0
-                text: root.deleted.eraseText
-                visible: !root.deleted.empty
-                onClicked: root.deleted.askToErase()
-            }
+            // A layout does not place what turns visible while its page is hidden.
+            Row {
+                id: actions
 
-            PlainButton {
-                enabled: root.deleted.selectedIDs.length > 0
-                text: root.deleted.restoreText
+                anchors.right: parent.right
+                anchors.verticalCenter: parent.verticalCenter
+                spacing: 2 * Theme.unit
                 visible: !root.deleted.empty
-                onClicked: root.restore()
+
+                PlainButton {
+                    enabled: root.deleted.selectedIDs.length > 0
+                    text: root.deleted.eraseText
+                    onClicked: root.deleted.askToErase()
+                }
+
+                PlainButton {
+                    enabled: root.deleted.selectedIDs.length > 0
+                    text: root.deleted.restoreText
+                    onClicked: root.restore()
+                }
             }
         }
 
