@@ -61,7 +61,7 @@ MainWindow::MainWindow(VarnetApp& app, std::unique_ptr<QQmlApplicationEngine> sc
     });
     connect(&app.router(), &AppRouter::historyOpenChanged, this, &MainWindow::followHistory);
     connect(&app.store(), &MeetingStore::selectedIDChanged, this, [this] { m_app.router().setHistoryOpen(false); });
-    connect(&app.delegate(), &MeetingAppDelegate::closing, &m_meetingPage, &MeetingPage::handIn);
+    connect(&app.delegate(), &MeetingAppDelegate::closing, &app.commands(), &AppCommands::aboutToAct);
     connect(&app.commands(), &AppCommands::aboutToAct, &m_meetingPage, &MeetingPage::handIn);
 }
 

@@ -55,10 +55,22 @@ ListView {
             menu.popup(row, x, y)
         }
         onRenameEnded: {
+            const focused = root.activeFocus
             root.library.endRename()
-            root.forceActiveFocus()
+            if (focused)
+                root.forceActiveFocus()
         }
         onRenamed: title => root.library.rename(title)
+    }
+
+    // A title that is being typed is kept before anything is done with its meeting.
+    Connections {
+        function onAboutToAct() {
+            if (root.currentItem && root.currentItem.renaming)
+                root.currentItem.forceActiveFocus()
+        }
+
+        target: root.commands
     }
 
     Shortcut {

@@ -16,7 +16,6 @@ TextField {
     color: Theme.text
     font: Theme.emphasis.font
     leftPadding: 2 * Theme.unit
-    maximumLength: 300
     rightPadding: 2 * Theme.unit
     selectByMouse: true
     selectedTextColor: Theme.text
@@ -30,11 +29,10 @@ TextField {
     }
     Keys.onEscapePressed: ended()
     Keys.onShortcutOverride: event => event.accepted = event.key === Qt.Key_Escape
-    onAccepted: {
+    onEditingFinished: {
         renamed(text)
         ended()
     }
-    onEditingFinished: renamed(text)
 
     background: Rectangle {
         border.color: Theme.accent
