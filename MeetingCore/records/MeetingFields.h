@@ -85,6 +85,21 @@ struct JsonRecord<Meeting> {
                                             JsonField{"title", &Meeting::title}};
     static constexpr JsonField turns{"turns", &Meeting::turns};
     static constexpr auto fields = std::tuple_cat(beforeTurns, std::tuple{turns});
+
+    /// Without a fresh id, too.
+    static Meeting blank() {
+        return {.id = {},
+                .title = {},
+                .createdAt = {},
+                .turns = {},
+                .notes = {},
+                .audioFilename = {},
+                .speakerNames = {},
+                .source = {},
+                .importedContent = {},
+                .generatedNotes = {},
+                .attendees = {}};
+    }
 };
 
 } // namespace varnet
