@@ -23,7 +23,8 @@ inline std::vector<std::int16_t> wavSamples(const std::filesystem::path& file) {
     if (declaredBytes(file) != audio.size())
         throw std::runtime_error(file.string() + " was not closed");
     std::vector<std::int16_t> samples(audio.size() / 2);
-    std::memcpy(samples.data(), audio.data(), audio.size());
+    if (!audio.empty())
+        std::memcpy(samples.data(), audio.data(), audio.size());
     return samples;
 }
 

@@ -85,9 +85,10 @@ TEST_F(Child, RunsWithoutALogThatCannotBeOpened) {
 }
 
 TEST_F(Child, OutlivesItsHandle) {
-    ChildProcess::start(shell("until [ -e go ]; do sleep 0.01; done; touch done"));
+    const std::weak_ptr child = ChildProcess::start(shell("until [ -e go ]; do sleep 0.01; done; touch done"));
     std::ofstream(folder / "go") << "now";
-    EXPECT_TRUE(eventually([&] { return exists("done"); }));
+    EXPECT_TRUE(eventually([&] { return child.expired(); }));
+    EXPECT_TRUE(exists("done"));
 }
 
 TEST_F(Child, TerminateAsksFirstAndKillsLater) {
