@@ -26,6 +26,7 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_DEPENDS
     "pipewire, wireplumber, pocketsphinx-en-us, libqt6svg6, qt6-qpa-plugins, qml6-module-qtquick, \
 qml6-module-qtquick-controls, qml6-module-qtquick-layouts, qml6-module-qtquick-window, qml6-module-qtquick-templates, \
-qml6-module-qtqml, qml6-module-qtqml-models, qml6-module-qtqml-workerscript, qml6-module-qtquick-shapes, qml6-module-qtquick-dialogs")
+qml6-module-qtqml, qml6-module-qtqml-models, qml6-module-qtqml-workerscript, qml6-module-qtquick-shapes, \
+qml6-module-qtcore, qml6-module-qtquick-dialogs, qml6-module-qt-labs-folderlistmodel")
 set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA ${PROJECT_SOURCE_DIR}/packaging/conffiles)
 include(CPack)
