@@ -60,7 +60,11 @@ MainWindow::MainWindow(VarnetApp& app, std::unique_ptr<QQmlApplicationEngine> sc
             show();
     });
     connect(&app.router(), &AppRouter::historyOpenChanged, this, &MainWindow::followHistory);
-    connect(&app.store(), &MeetingStore::selectedIDChanged, this, [this] { m_app.router().setHistoryOpen(false); });
+    // Both dialogs are about the meeting that was selected when they opened.
+    connect(&app.store(), &MeetingStore::selectedIDChanged, this, [this] {
+        m_app.router().setHistoryOpen(false);
+        m_app.router().setExporting(false);
+    });
     connect(&app.delegate(), &MeetingAppDelegate::closing, &app.commands(), &AppCommands::aboutToAct);
     connect(&app.commands(), &AppCommands::aboutToAct, &m_meetingPage, &MeetingPage::handIn);
 }
