@@ -7,7 +7,8 @@ declare -A groups=(
     [build]="clang-19 libclang-rt-19-dev lld-19 cmake ninja-build pkg-config ccache git
         qt6-base-dev qt6-base-dev-tools qt6-declarative-dev qt6-declarative-dev-tools qt6-websockets-dev
         qt6-svg-dev qcoro-qt6-dev libgl-dev libegl-dev
-        libpipewire-0.3-dev libspa-0.2-dev
+        libpipewire-0.3-dev libspa-0.2-dev libavformat-dev libavcodec-dev libswresample-dev libavutil-dev
+        libsoundtouch-dev
         libicu-dev libssl-dev libsimdjson-dev libpocketsphinx-dev libsphinxbase-dev"
     [run]="qml6-module-qtquick qml6-module-qtquick-controls qml6-module-qtquick-layouts
         qml6-module-qtquick-window qml6-module-qtquick-templates qml6-module-qtqml qml6-module-qtqml-models
@@ -15,7 +16,8 @@ declare -A groups=(
         qml6-module-qt-labs-folderlistmodel libqt6svg6 qt6-qpa-plugins
         libgl1-mesa-dri fonts-dejavu-core pipewire wireplumber dbus pocketsphinx-en-us"
     [test]="libgtest-dev libgmock-dev xvfb xauth xdotool x11-utils pipewire-bin flite sox ffmpeg
-        libglib2.0-bin iproute2 util-linux procps python3 python3-dbus python3-gi python3-dbusmock"
+        libglib2.0-bin iproute2 util-linux procps python3 python3-dbus python3-gi python3-dbusmock
+        at-spi2-core python3-pyatspi"
     [lint]="clang-tidy-19 clang-format-19 shellcheck python3"
     [bench]="libsoxr-dev nlohmann-json3-dev"
     [package]="dpkg-dev file"

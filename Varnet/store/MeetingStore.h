@@ -7,7 +7,9 @@
 #include "MeetingCore/records/MeetingHistory.h"
 #include "MeetingCore/records/MeetingRepository.h"
 #include "MeetingCore/records/MeetingTrash.h"
+#include "MeetingCore/speech/SpeakerAttribution.h"
 #include "MeetingCore/speech/SpeechEvent.h"
+#include "MeetingCore/speech/SpeechResponse.h"
 #include "Varnet/async/Task.h"
 #include "Varnet/store/CaptureMode.h"
 #include "Varnet/store/StoreParts.h"
@@ -48,6 +50,16 @@ struct DeletionReceipt {
     bool operator==(const DeletionReceipt&) const = default;
 };
 
+/// Saved audio on its way to a transcript.
+struct AudioWork {
+    Uuid meetingID;
+    bool imports = false;            ///< a new meeting from an outside file, else a transcript that is made again
+    std::optional<double> converted; ///< share of the file that is converted, 0 to 1; absent once the engine has it
+    bool cancelling = false;
+
+    bool operator==(const AudioWork&) const = default;
+};
+
 /// The library in memory and everything that changes it: the meetings, the selection, the running recording and the
 /// one message that the user sees. It alone writes meetings. One object lives for the whole run, on the main thread.
 ///
@@ -84,6 +96,7 @@ public:
     const std::optional<DeletionReceipt>& pendingUndo() const {
         return m_pendingUndo;
     } ///< the last delete, for a while
+    const std::optional<AudioWork>& audioWork() const { return m_audioWork; } ///< of an import or a retry that runs
     CaptureLevels& levels() const { return *m_levels; }
 
     /// The meeting with that id, or null. Valid until the store is next called or control returns to the event loop.
@@ -185,6 +198,25 @@ public:
     /// times are bounded, as SpeechEvent::decode leaves them.
     void receive(const SpeechEvent& event, Uuid id);
 
+    /// Has the engine transcribe the meeting's audio again. The present transcript is kept as a version first; when it
+    /// fails, `error` tells, and the transcript stays as it was. Refused while recording or busy, and without audio.
+    Task<> retryTranscription(Uuid id);
+
+    /// Makes a meeting from an audio file of any kind, titled as the file and selected at once: the audio is converted
+    /// and transcribed. What fails shows in `error` and in the meeting's status; the file itself is never changed.
+    /// Refused while recording or busy, and without storage.
+    Task<> importAudio(std::filesystem::path file);
+
+    /// Ends the import or the retry that runs, as a failure would: what there is by then is kept.
+    void cancelAudioWork();
+
+    /// Measures on the worker who of a meeting's speakers is the local user, then names the speakers.
+    void attributeSpeakers(Uuid id);
+
+    /// Names the speakers by levels that were measured for the turns `basedOn`; nothing if the meeting's turns are
+    /// others by now, or nobody new can be named.
+    void applySpeakerNames(Uuid id, const std::vector<TurnLevels>& levels, const std::vector<TranscriptTurn>& basedOn);
+
 Q_SIGNALS:
     void captureModeChanged();
     void meetingsChanged();                         ///< the list as a whole is another one
@@ -204,6 +236,7 @@ Q_SIGNALS:
     void saveFailuresChanged();
     void recordingIDChanged();
     void notesMeetingIDChanged();
+    void audioWorkChanged();
     void deletedMeetingsChanged();
     void pendingUndoChanged();
 
@@ -267,6 +300,7 @@ private:
     std::optional<Uuid> m_recordingID;
     MeetingEncoder m_recordingEncoder; ///< a long recording is saved with every turn
     std::optional<Uuid> m_notesMeetingID;
+    std::optional<AudioWork> m_audioWork;
     std::vector<DeletedMeeting> m_deletedMeetings;
     std::optional<DeletionReceipt> m_pendingUndo;
 
