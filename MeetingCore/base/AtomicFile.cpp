@@ -1,12 +1,14 @@
 #include "MeetingCore/base/AtomicFile.h"
 
 #include "MeetingCore/base/Failures.h"
+#include "MeetingCore/base/FileReader.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <span>
 #include <utility>
 
 namespace varnet {
@@ -77,50 +79,30 @@ void writeFileAtomically(const std::filesystem::path& path, std::string_view byt
 namespace {
 
 /// Gives when the file was last written.
-Date readWhole(const std::filesystem::path& path, std::string& bytes, std::size_t maximumBytes, int linkFlags) {
-    // Without O_NONBLOCK the opening of a pipe would wait for a writer.
-    const int flags = O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY | linkFlags;
-    const FileDescriptor file(uninterrupted([&] { return ::open(path.c_str(), flags); }));
-    struct stat status{};
-    if (!file.opened() || ::fstat(file.get(), &status) != 0)
-        throw FileFailure::reading(path, errno);
-    if (S_ISDIR(status.st_mode))
-        throw FileFailure::reading(path, EISDIR);
-    if (!S_ISREG(status.st_mode))
-        throw FileFailure(FileFailure::Kind::fileReadCorruptFile, path);
-    if (static_cast<std::uintmax_t>(status.st_size) > maximumBytes)
-        throw FileFailure::reading(path, EFBIG);
-
-    bytes.resize(static_cast<std::size_t>(status.st_size));
-    std::size_t filled = 0;
-    while (filled < bytes.size()) {
-        const ssize_t got =
-            uninterrupted([&] { return ::read(file.get(), bytes.data() + filled, bytes.size() - filled); });
-        if (got < 0)
-            throw FileFailure::reading(path, errno);
-        if (got == 0)
-            break; // it became shorter meanwhile
-        filled += static_cast<std::size_t>(got);
-    }
-    bytes.resize(filled);
-    return Date::fromUnix(static_cast<double>(status.st_mtim.tv_sec) + 1e-9 * status.st_mtim.tv_nsec);
+Date readWhole(const FileReader& file, std::string& bytes, std::size_t maximumBytes) {
+    if (file.size() > maximumBytes)
+        throw FileFailure::reading(file.path(), EFBIG);
+    bytes.resize(file.size());
+    bytes.resize(file.read(std::as_writable_bytes(std::span(bytes)), 0)); // it may have become shorter meanwhile
+    const timespec& modified = file.status().st_mtim;
+    return Date::fromUnix(static_cast<double>(modified.tv_sec) + 1e-9 * static_cast<double>(modified.tv_nsec));
 }
 
 } // namespace
 
 std::string readFile(const std::filesystem::path& path, std::size_t maximumBytes) {
     std::string bytes;
-    readWhole(path, bytes, maximumBytes, 0);
+    readWhole(FileReader(path), bytes, maximumBytes);
     return bytes;
 }
 
 void readFile(const std::filesystem::path& path, std::string& bytes, std::size_t maximumBytes) {
-    readWhole(path, bytes, maximumBytes, 0);
+    readWhole(FileReader(path), bytes, maximumBytes);
 }
 
 DatedContent readFileItself(const std::filesystem::path& path, std::size_t maximumBytes) {
     DatedContent content;
-    content.modifiedAt = readWhole(path, content.bytes, maximumBytes, O_NOFOLLOW);
+    content.modifiedAt = readWhole(FileReader(path, FileReader::Links::refuse), content.bytes, maximumBytes);
     return content;
 }
 

@@ -1,15 +1,9 @@
 #include "MeetingCore/speech/SpeechEvent.h"
 
 #include "MeetingCore/base/JsonDecoding.h"
+#include "MeetingCore/speech/TranscriptWordFields.h"
 
 namespace varnet {
-
-template <>
-struct JsonRecord<TranscriptWord> {
-    static constexpr std::tuple fields{
-        JsonField{"end", &TranscriptWord::end, audioTime}, JsonField{"speaker", &TranscriptWord::speaker},
-        JsonField{"start", &TranscriptWord::start, audioTime}, JsonField{"word", &TranscriptWord::word}};
-};
 
 template <>
 struct JsonRecord<SpeechEvent::ServerError> {

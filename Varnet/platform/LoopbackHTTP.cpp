@@ -2,6 +2,7 @@
 
 #include "MeetingCore/base/Failures.h"
 #include "Varnet/async/Waits.h"
+#include "Varnet/platform/FileBody.h"
 
 #include <QHostAddress>
 #include <QNetworkAccessManager>
@@ -39,25 +40,36 @@ Failure transportFailure(const QUrl& url, const QString& reason) {
     return Failure(QStringLiteral("%1 did not answer: %2").arg(url.toDisplayString(), reason).toStdString());
 }
 
-} // namespace
-
-bool isLoopback(const QUrl& url) {
-    const QString host = url.host();
-    return host.compare(QLatin1String("localhost"), Qt::CaseInsensitive) == 0 || QHostAddress(host).isLoopback();
-}
-
-LoopbackHTTP::LoopbackHTTP(std::int64_t maximumBodyBytes)
-    : m_maximumBodyBytes(maximumBodyBytes), m_manager(std::make_unique<QNetworkAccessManager>()) {
-    m_manager->setProxy(QNetworkProxy::NoProxy);
-}
-
-LoopbackHTTP::~LoopbackHTTP() = default;
-
-Task<HTTPReply> LoopbackHTTP::get(QUrl url, std::chrono::milliseconds timeout, std::stop_token stop) {
+void requireLoopback(const QUrl& url) {
     if (url.scheme() != QLatin1String("http") || !isLoopback(url))
         throw Failure(url.toDisplayString().toStdString() + " is not an address of this machine.");
-    const std::int64_t limit = m_maximumBodyBytes;
-    const QPointer<QNetworkReply> reply(m_manager->get(plainRequest(url)));
+}
+
+/// How long an exchange may take.
+struct Patience {
+    std::chrono::milliseconds limit;
+    bool startsAnew; ///< with every byte that moves
+};
+
+/// Waits until the reply has ended. Its signals are watched from here on, so it must be a new one.
+Task<WaitOutcome> waitFor(QPointer<QNetworkReply> reply, Patience patience, std::stop_token stop) {
+    using Clock = std::chrono::steady_clock;
+    Clock::time_point begun = Clock::now();
+    QObject context;
+    if (patience.startsAnew) {
+        const auto moved = [&begun] { begun = Clock::now(); };
+        QObject::connect(reply, &QNetworkReply::uploadProgress, &context, moved);
+        QObject::connect(reply, &QNetworkReply::readyRead, &context, moved);
+    }
+    WaitOutcome outcome = WaitOutcome::timedOut;
+    for (auto left = begun + patience.limit - Clock::now(); outcome == WaitOutcome::timedOut && left.count() > 0;
+         left = begun + patience.limit - Clock::now())
+        outcome = co_await waitForFinished(reply.data(), left, stop);
+    co_return outcome;
+}
+
+Task<HTTPReply> completed(QPointer<QNetworkReply> reply, Patience patience, std::int64_t limit, std::stop_token stop) {
+    const QUrl url = reply->url();
     reply->setReadBufferSize(limit + 1);
     bool tooLarge = false;
     QObject context;
@@ -67,7 +79,7 @@ Task<HTTPReply> LoopbackHTTP::get(QUrl url, std::chrono::milliseconds timeout, s
             reply->abort();
     });
     // The client may be gone after this, and the reply with it.
-    const WaitOutcome outcome = co_await waitForFinished(reply.data(), timeout, stop);
+    const WaitOutcome outcome = co_await waitFor(reply, patience, std::move(stop));
     if (outcome == WaitOutcome::destroyed)
         throw Cancelled();
     reply->deleteLater();
@@ -83,6 +95,43 @@ Task<HTTPReply> LoopbackHTTP::get(QUrl url, std::chrono::milliseconds timeout, s
     if (!isComplete(*reply) || status == 0)
         throw transportFailure(url, reply->errorString());
     co_return HTTPReply{status, reply->readAll().toStdString()};
+}
+
+} // namespace
+
+bool isLoopback(const QUrl& url) {
+    const QString host = url.host();
+    return host.compare(QLatin1String("localhost"), Qt::CaseInsensitive) == 0 || QHostAddress(host).isLoopback();
+}
+
+LoopbackHTTP::LoopbackHTTP(std::int64_t maximumBodyBytes)
+    : m_maximumBodyBytes(maximumBodyBytes), m_manager(std::make_unique<QNetworkAccessManager>()) {
+    m_manager->setProxy(QNetworkProxy::NoProxy);
+}
+
+LoopbackHTTP::~LoopbackHTTP() = default;
+
+Task<HTTPReply> LoopbackHTTP::get(QUrl url, std::chrono::milliseconds timeout, std::stop_token stop) {
+    requireLoopback(url);
+    co_return co_await completed(m_manager->get(plainRequest(url)), {timeout, false}, m_maximumBodyBytes,
+                                 std::move(stop));
+}
+
+Task<HTTPReply> LoopbackHTTP::post(QUrl url, QByteArray contentType, std::unique_ptr<FileBody> body,
+                                   std::chrono::milliseconds silence, std::stop_token stop) {
+    requireLoopback(url);
+    QNetworkRequest request = plainRequest(url);
+    request.setHeader(QNetworkRequest::ContentTypeHeader, contentType);
+    QNetworkReply* reply = m_manager->post(request, body.get());
+    const QPointer<FileBody> sent(body.release());
+    sent->setParent(reply); // which may still read after it has been called off
+    try {
+        co_return co_await completed(reply, {silence, true}, m_maximumBodyBytes, std::move(stop));
+    } catch (const Failure&) {
+        if (sent && sent->failure())
+            std::rethrow_exception(sent->failure());
+        throw;
+    }
 }
 
 } // namespace varnet

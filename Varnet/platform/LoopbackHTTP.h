@@ -2,6 +2,7 @@
 
 #include "Varnet/async/Task.h"
 
+#include <QByteArray>
 #include <QUrl>
 
 #include <chrono>
@@ -13,6 +14,8 @@
 class QNetworkAccessManager;
 
 namespace varnet {
+
+class FileBody;
 
 /// What a server answered, whatever the status says.
 struct HTTPReply {
@@ -38,6 +41,12 @@ public:
     /// another kind, the exchange fails or takes too long, or the body is too large; Cancelled when `stop` was
     /// requested or this client is gone.
     Task<HTTPReply> get(QUrl url, std::chrono::milliseconds timeout, std::stop_token stop = {});
+
+    /// Sends the body in one request with its Content-Length, never a second time, and waits for the answer. `silence`
+    /// bounds the time in which no byte moves either way. Throws as `get` does, and the body's failure when its file
+    /// cannot be read to the end.
+    Task<HTTPReply> post(QUrl url, QByteArray contentType, std::unique_ptr<FileBody> body,
+                         std::chrono::milliseconds silence, std::stop_token stop = {});
 
 private:
     std::int64_t m_maximumBodyBytes;

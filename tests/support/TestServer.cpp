@@ -11,24 +11,20 @@ namespace varnet::test {
 
 namespace {
 
-/// Takes one whole request off the front of `buffer`; absent until all of it is there.
-std::optional<TestServer::Request> takeRequest(QByteArray& buffer) {
+/// Takes a request's head off the front of `buffer`; absent until all of it is there.
+std::optional<TestServer::Request> takeHead(QByteArray& buffer) {
     const qsizetype headEnd = buffer.indexOf("\r\n\r\n");
     if (headEnd < 0)
         return std::nullopt;
     QList<QByteArray> lines = buffer.left(headEnd).split('\n');
     const QList<QByteArray> start = lines.takeFirst().trimmed().split(' ');
     VARNET_ASSERT(start.size() == 3);
-    TestServer::Request request{start[0], start[1], {}, {}};
+    TestServer::Request request{start[0], start[1], {}, {}, 0};
     for (const QByteArray& line : lines) {
         const qsizetype colon = line.indexOf(':');
         request.headers[line.left(colon).trimmed().toLower()] = line.mid(colon + 1).trimmed();
     }
-    const qsizetype bodySize = request.headers["content-length"].toLongLong();
-    if (buffer.size() < headEnd + 4 + bodySize)
-        return std::nullopt;
-    request.body = buffer.mid(headEnd + 4, bodySize);
-    buffer.remove(0, headEnd + 4 + bodySize);
+    buffer.remove(0, headEnd + 4);
     return request;
 }
 
@@ -60,13 +56,33 @@ QByteArray TestServer::response(int status, const QByteArray& body, const QByteA
 }
 
 void TestServer::read(QTcpSocket& socket) {
-    const auto buffer = std::make_shared<QByteArray>();
+    ++m_connections;
+    struct Incoming {
+        QByteArray buffer; // what has not been taken yet
+        std::optional<Request> request;
+    };
+    socket.setReadBufferSize(256 * 1024);
+    const auto incoming = std::make_shared<Incoming>();
     QObject::connect(&socket, &QTcpSocket::disconnected, &socket, &QObject::deleteLater);
-    QObject::connect(&socket, &QTcpSocket::readyRead, &m_server, [this, &socket, buffer] {
-        *buffer += socket.readAll();
-        while (const auto request = takeRequest(*buffer)) {
+    QObject::connect(&socket, &QTcpSocket::readyRead, &m_server, [this, &socket, incoming] {
+        auto& [buffer, request] = *incoming;
+        if (request && m_stopsAtHeads)
+            return;
+        buffer += socket.readAll();
+        while (request || (request = takeHead(buffer))) {
+            const qint64 left = request->headers["content-length"].toLongLong() - request->bodySize;
+            const QByteArray part = buffer.left(left);
+            buffer.remove(0, part.size());
+            request->bodySize += part.size();
+            if (m_keepsBodies)
+                request->body += part;
+            if (part.size() < left && !m_stopsAtHeads)
+                return;
             m_requests.push_back(*request);
-            m_script(*request, socket);
+            m_script(m_requests.back(), socket);
+            if (m_stopsAtHeads)
+                return;
+            request.reset();
         }
     });
 }

@@ -20,6 +20,7 @@ public:
         QByteArray target;
         std::map<QByteArray, QByteArray> headers; ///< names in lower case
         QByteArray body;
+        qint64 bodySize = 0;
     };
     /// What to do with a request: write to the socket, close it, keep it, or nothing.
     using Script = std::function<void(const Request&, QTcpSocket&)>;
@@ -35,6 +36,12 @@ public:
     void answer(const QByteArray& raw);
 
     const std::vector<Request>& requests() const { return m_requests; }
+    int connections() const { return m_connections; }
+
+    /// Bodies are counted from now on, not kept.
+    void dropBodies() { m_keepsBodies = false; }
+    /// From now on the script runs as soon as a request's head is there, and the server reads no further.
+    void stopAtHeads() { m_stopsAtHeads = true; }
 
     /// A complete response with its Content-Length.
     static QByteArray response(int status, const QByteArray& body, const QByteArray& extraHeaders = {});
@@ -43,6 +50,9 @@ private:
     void read(QTcpSocket& socket);
 
     Script m_script;
+    int m_connections = 0;
+    bool m_keepsBodies = true;
+    bool m_stopsAtHeads = false;
     std::vector<Request> m_requests;
     QTcpServer m_server;
 };

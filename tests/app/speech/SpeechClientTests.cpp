@@ -1,0 +1,161 @@
+#include "MeetingCore/base/Failures.h"
+#include "MeetingCore/base/Json.h"
+#include "Varnet/platform/FileBody.h"
+#include "Varnet/platform/LoopbackHTTP.h"
+#include "Varnet/speech/SpeechClient.h"
+#include "tests/support/Await.h"
+#include "tests/support/TemporaryFolder.h"
+#include "tests/support/TestServer.h"
+
+#include <QFile>
+#include <QRegularExpression>
+#include <QSet>
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+namespace varnet::test {
+namespace {
+
+using namespace std::chrono_literals;
+
+/// A file of three bytes and a server for it.
+struct SpeechClientFixture : testing::Test {
+    SpeechClientFixture() { std::ofstream(file) << "abc"; }
+
+    Task<SpeechResponse> transcribe(std::stop_token stop = {}) {
+        return SpeechClient::transcribe(file, server.url(QString()), std::move(stop));
+    }
+
+    TemporaryFolder folder;
+    std::filesystem::path file = folder / "meeting.wav";
+    TestServer server;
+};
+
+using SpeechClientTest = SpeechClientFixture;
+
+/// Kilobytes of memory that this process holds, or has held at most since it was asked to forget.
+qint64 memory(const QByteArray& field) {
+    QFile status(QStringLiteral("/proc/self/status"));
+    EXPECT_TRUE(status.open(QFile::ReadOnly));
+    const QByteArray text = status.readAll();
+    return text.mid(text.indexOf(field) + field.size()).trimmed().split(' ').first().toLongLong();
+}
+
+TEST_F(SpeechClientTest, SendsTheFileAsItIsInAFormOfThreeParts) {
+    server.answer(TestServer::response(200, R"({"text":"hi","duration":3})"));
+    EXPECT_EQ(await(transcribe()), (SpeechResponse{"hi", {}}));
+    EXPECT_EQ(await(transcribe()), (SpeechResponse{"hi", {}}));
+    ASSERT_EQ(server.requests().size(), 2u);
+    QSet<QByteArray> boundaries;
+    for (TestServer::Request request : server.requests()) {
+        EXPECT_EQ(request.method + ' ' + request.target, "POST /v1/audio/transcriptions");
+        const QByteArray boundary = request.headers["content-type"].mid(30);
+        EXPECT_EQ(request.headers["content-type"], "multipart/form-data; boundary=" + boundary);
+        EXPECT_TRUE(QRegularExpression(QStringLiteral("^[0-9A-F]{8}(-[0-9A-F]{4}){3}-[0-9A-F]{12}$"))
+                        .match(QString::fromLatin1(boundary))
+                        .hasMatch());
+        EXPECT_FALSE(request.headers.contains("transfer-encoding"));
+        QByteArray expected = "--B\r\n"
+                              "Content-Disposition: form-data; name=\"response_format\"\r\n"
+                              "\r\n"
+                              "verbose_json\r\n"
+                              "--B\r\n"
+                              "Content-Disposition: form-data; name=\"diarization\"\r\n"
+                              "\r\n"
+                              "true\r\n"
+                              "--B\r\n"
+                              "Content-Disposition: form-data; name=\"file\"; filename=\"audio.wav\"\r\n"
+                              "Content-Type: audio/wav\r\n"
+                              "\r\n"
+                              "abc\r\n"
+                              "--B--\r\n";
+        EXPECT_EQ(request.body, expected.replace("--B", "--" + boundary));
+        boundaries.insert(boundary);
+    }
+    EXPECT_EQ(boundaries.size(), 2);
+}
+
+TEST_F(SpeechClientTest, AnythingButAnAnswerIsAFailure) {
+    const std::string begin = "Transcription failed: ", end = ". Audio remains saved locally.";
+    const QByteArray elsewhere = "Location: " + server.url(QStringLiteral("/elsewhere")).toEncoded() + "\r\n";
+    const std::tuple<QByteArray, std::string> answers[] = {
+        {TestServer::response(201, "made"), begin + "made" + end},
+        {TestServer::response(302, "over there", elsewhere), begin + "over there" + end},
+        {TestServer::response(500, "model not loaded"), begin + "model not loaded" + end},
+        {TestServer::response(503, ""), begin + end},
+        {TestServer::response(500, "\xFF\xFE"), begin + "No response" + end},
+    };
+    for (const auto& [raw, sentence] : answers) {
+        server.answer(raw);
+        EXPECT_THROW(
+            try { await(transcribe()); } catch (const SpeechFailure& failure) {
+                EXPECT_EQ(failure.what(), sentence);
+                throw;
+            },
+            SpeechFailure);
+    }
+    server.answer(TestServer::response(200, R"({"words":[]})"));
+    EXPECT_THROW(await(transcribe()), JsonFailure);
+    EXPECT_EQ(server.requests().size(), 6u);
+    for (const QByteArray& raw : {QByteArray(), QByteArray("\x7f"
+                                                           "ELF\r\n\r\n")}) {
+        server.answer(raw);
+        EXPECT_THROW(await(transcribe()), Failure);
+    }
+    EXPECT_EQ(server.requests().size(), 8u) << "what was sent once is not sent again";
+}
+
+TEST_F(SpeechClientTest, AFileThatCannotBeReadIsNotSent) {
+    std::filesystem::remove(file);
+    EXPECT_THROW(await(transcribe()), FileFailure);
+    std::filesystem::create_directory(file);
+    EXPECT_THROW(await(transcribe()), FileFailure);
+    EXPECT_EQ(server.connections(), 0);
+}
+
+TEST_F(SpeechClientTest, AFileThatShrinksMeanwhileIsAFailure) {
+    std::filesystem::resize_file(file, 100'000'000);
+    server.dropBodies();
+    server.stopAtHeads();
+    server.setScript([this](const auto&, QTcpSocket&) { std::filesystem::resize_file(file, 1000); });
+    EXPECT_THROW(await(transcribe()), FileFailure);
+}
+
+TEST_F(SpeechClientTest, StreamsAFileOfAnySize) {
+    constexpr qint64 size = 200'000'000;
+    std::filesystem::resize_file(file, size);
+    server.dropBodies();
+    server.answer(TestServer::response(200, R"({"text":""})"));
+    ASSERT_TRUE(std::ofstream("/proc/self/clear_refs") << 5); // forgets the highest use of memory
+    const qint64 before = memory("VmRSS:");
+    await(transcribe(), 60s);
+    EXPECT_LT(memory("VmHWM:") - before, 4096);
+    EXPECT_EQ(server.requests().back().bodySize, size + 390);
+}
+
+TEST_F(SpeechClientTest, EndsSoonWhenCalledOffCutOffOrLeftAlone) {
+    std::filesystem::resize_file(file, 100'000'000);
+    server.dropBodies();
+    server.stopAtHeads();
+    std::stop_source stop;
+    server.setScript([&stop](const auto&, QTcpSocket&) { stop.request_stop(); });
+    EXPECT_THROW(await(transcribe(stop.get_token())), Cancelled);
+
+    server.setScript([](const auto&, QTcpSocket& socket) { socket.abort(); });
+    EXPECT_THROW(await(transcribe()), Failure);
+    EXPECT_EQ(server.requests().size(), 2u);
+
+    server.setScript([](const auto&, QTcpSocket&) {});
+    LoopbackHTTP client;
+    const auto post = [&] {
+        return client.post(server.url(QStringLiteral("/")), "text/plain", std::make_unique<FileBody>("", file, ""),
+                           100ms);
+    };
+    EXPECT_EQ(failureText(post()),
+              server.url(QStringLiteral("/")).toString().toStdString() + " did not answer: it took too long.");
+}
+
+} // namespace
+} // namespace varnet::test
