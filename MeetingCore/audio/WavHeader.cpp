@@ -28,8 +28,9 @@ std::uint32_t number(const Bytes<N>& bytes, std::size_t offset, std::size_t size
     return value;
 }
 
+constexpr std::uint32_t integers = 1, floats = 3, extensible = 0xFFFE;
+
 bool isUncompressed(std::uint32_t formatTag) {
-    constexpr std::uint32_t integers = 1, floats = 3, extensible = 0xFFFE;
     return formatTag == integers || formatTag == floats || formatTag == extensible;
 }
 
@@ -46,6 +47,8 @@ std::optional<WavHeader> readHeader(const FileReader& file) {
                 return {};
             header.sampleRate = number(*format, 4, 4);
             header.bytesPerFrame = number(*format, 12, 2);
+            header.isMono16Bit = number(*format, 0, 2) == integers && number(*format, 2, 2) == 1 &&
+                                 number(*format, 14, 2) == 16 && header.bytesPerFrame == 2;
         } else if (chunk->name == "data") {
             if (header.bytesPerFrame == 0)
                 return {};

@@ -15,6 +15,7 @@ ApplicationWindow {
     required property MainWindow frame
     required property MeetingAppDelegate delegate
     required property MeetingPage meetingPage
+    required property AudioPlayback playback
     required property SidebarState sidebar
     required property UndoToast toast
     required property VersionHistory history
@@ -90,6 +91,7 @@ ApplicationWindow {
                     commands: root.commands
                     focus: visible
                     page: root.meetingPage
+                    playback: root.playback
                     router: root.router
                 }
             }

@@ -49,6 +49,7 @@ MainWindow::MainWindow(VarnetApp& app, std::unique_ptr<QQmlApplicationEngine> sc
       m_clock(app.store()),
       m_library(app.store()),
       m_meetingPage(app.store(), m_clock),
+      m_playback(app.store()),
       m_deleted(app.store()),
       m_history(app.store()),
       m_toast(app.store()),
@@ -83,6 +84,7 @@ bool MainWindow::open() {
                                     {QStringLiteral("banner"), object(&m_banner)},
                                     {QStringLiteral("library"), object(&m_library)},
                                     {QStringLiteral("meetingPage"), object(&m_meetingPage)},
+                                    {QStringLiteral("playback"), object(&m_playback)},
                                     {QStringLiteral("deleted"), object(&m_deleted)},
                                     {QStringLiteral("history"), object(&m_history)},
                                     {QStringLiteral("toast"), object(&m_toast)},
@@ -95,6 +97,10 @@ bool MainWindow::open() {
         return false;
     m_window->installEventFilter(this);
     restoreGeometry();
+    connect(m_window, &QWindow::visibleChanged, &m_playback, [this](bool visible) {
+        if (!visible)
+            m_playback.pause();
+    });
     connect(
         m_window, &QQuickWindow::frameSwapped, this, [] { qCInfo(startLog, "first frame"); }, Qt::SingleShotConnection);
     m_window->show();

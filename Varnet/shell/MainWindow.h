@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Varnet/models/AudioPlayback.h"
 #include "Varnet/models/DeletedModel.h"
 #include "Varnet/models/ErrorBanner.h"
 #include "Varnet/models/LibraryModel.h"
@@ -67,6 +68,7 @@ private:
     RecordingClock m_clock;
     LibraryModel m_library;
     MeetingPage m_meetingPage;
+    AudioPlayback m_playback;
     DeletedModel m_deleted;
     VersionHistory m_history;
     UndoToast m_toast;

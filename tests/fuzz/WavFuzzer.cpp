@@ -75,8 +75,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::size_t audio = (size - 44) / 2 * 2;
     VARNET_ASSERT(after.size() == 44 + audio && after.substr(44) == before.substr(44, audio));
     VARNET_ASSERT(after.substr(8, 32) == before.substr(8, 32)); // the format
-    VARNET_ASSERT(WavHeader::read(file.path()) ==
-                  (WavHeader{.sampleRate = 16'000, .bytesPerFrame = 2, .dataOffset = 44, .dataBytes = audio}));
+    VARNET_ASSERT(
+        WavHeader::read(file.path()) ==
+        (WavHeader{
+            .sampleRate = 16'000, .bytesPerFrame = 2, .dataOffset = 44, .dataBytes = audio, .isMono16Bit = true}));
     VARNET_ASSERT(repair(file) && file.content() == after);
     return 0;
 }

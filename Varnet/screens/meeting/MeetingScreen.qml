@@ -9,6 +9,7 @@ FocusScope {
     required property AppCommands commands
     required property AppRouter router
     required property MeetingPage page
+    required property AudioPlayback playback
 
     Shortcut {
         enabled: root.visible

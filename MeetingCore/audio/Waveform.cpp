@@ -1,0 +1,91 @@
+#include "MeetingCore/audio/Waveform.h"
+
+#include "MeetingCore/audio/ProcessorClones.h"
+#include "MeetingCore/audio/WavHeader.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdint>
+#include <span>
+
+namespace varnet {
+
+namespace {
+
+/// Small enough for its samples to be in the processor's cache still when they are looked at.
+constexpr std::size_t chunkSamples = 64 * 1024;
+
+VARNET_PROCESSOR_CLONES int largestMagnitude(const std::int16_t* samples, std::size_t count) {
+    std::int16_t low = 0, high = 0;
+    for (std::size_t i = 0; i < count; ++i) {
+        low = std::min(low, samples[i]);
+        high = std::max(high, samples[i]);
+    }
+    return std::max(-static_cast<int>(low), static_cast<int>(high));
+}
+
+class File {
+public:
+    explicit File(const std::filesystem::path& path) : m_descriptor(::open(path.c_str(), O_RDONLY | O_CLOEXEC)) {}
+    File(const File&) = delete;
+    File& operator=(const File&) = delete;
+    ~File() {
+        if (m_descriptor >= 0)
+            ::close(m_descriptor);
+    }
+
+    /// False when there is less.
+    bool read(std::span<std::int16_t> samples, std::uint64_t offset) const {
+        auto bytes = std::as_writable_bytes(samples);
+        while (!bytes.empty()) {
+            const ssize_t count = ::pread(m_descriptor, bytes.data(), bytes.size(), static_cast<off_t>(offset));
+            if (count < 0 && errno == EINTR)
+                continue;
+            if (count <= 0)
+                return false;
+            bytes = bytes.subspan(static_cast<std::size_t>(count));
+            offset += static_cast<std::uint64_t>(count);
+        }
+        return true;
+    }
+
+private:
+    int m_descriptor;
+};
+
+} // namespace
+
+std::optional<Waveform> Waveform::read(const std::filesystem::path& wav) {
+    const auto header = WavHeader::read(wav);
+    if (!header || !header->isMono16Bit)
+        return {};
+    const File file(wav);
+    const std::uint64_t frameCount = header->frameCount();
+    const auto columnEnd = [&](std::size_t column) { return (column + 1) * frameCount / columnCount; };
+    std::vector<std::int16_t> chunk(chunkSamples);
+    std::vector<int> magnitudes(columnCount);
+    std::size_t column = 0;
+    for (std::uint64_t frame = 0; frame < frameCount;) {
+        const auto part = std::span(chunk).first(std::min<std::uint64_t>(chunk.size(), frameCount - frame));
+        if (!file.read(part, header->dataOffset + frame * 2))
+            return {};
+        for (std::size_t done = 0; done < part.size();) {
+            while (columnEnd(column) <= frame + done)
+                ++column;
+            const auto count = std::min<std::uint64_t>(part.size() - done, columnEnd(column) - (frame + done));
+            magnitudes[column] = std::max(magnitudes[column], largestMagnitude(part.data() + done, count));
+            done += count;
+        }
+        frame += part.size();
+    }
+    Waveform waveform;
+    waveform.peaks.reserve(columnCount);
+    for (const int magnitude : magnitudes)
+        waveform.peaks.push_back(static_cast<float>(magnitude) / 32'768);
+    return waveform;
+}
+
+} // namespace varnet

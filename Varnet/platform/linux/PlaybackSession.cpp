@@ -1,0 +1,309 @@
+#include "Varnet/platform/linux/PlaybackSession.h"
+
+#include "MeetingCore/base/Assert.h"
+#include "MeetingCore/base/Failures.h"
+#include "Varnet/platform/AppInfo.h"
+#include "Varnet/platform/Clock.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <utility>
+
+namespace varnet {
+
+namespace {
+
+constexpr std::int64_t second = 1'000'000'000;
+constexpr std::int64_t patience = 3 * second; ///< with a sound server that takes nothing
+constexpr std::int64_t watchInterval = second / 2;
+constexpr int wakesToRest = 3; ///< of silence, until all sound before it has left the stream
+
+std::size_t frames(double seconds, std::uint32_t sampleRate) {
+    return static_cast<std::size_t>(seconds * sampleRate);
+}
+
+constexpr double readAhead = 0.25;   ///< seconds, for a busy machine and a slow disk
+constexpr double ringSeconds = 0.75; ///< what was cut off takes up room until the next cycle
+
+std::exception_ptr noServer() {
+    return std::make_exception_ptr(
+        Failure("The sound server PipeWire is not running, so nothing can be played. Start it and try again."));
+}
+
+std::exception_ptr noSink() {
+    return std::make_exception_ptr(Failure("There is no audio output, so nothing can be played."));
+}
+
+std::exception_ptr noAnswer() {
+    return std::make_exception_ptr(
+        Failure("The sound server doesn't take any sound at the moment, so nothing can be played."));
+}
+
+std::exception_ptr refused(const std::string& reason) {
+    return std::make_exception_ptr(Failure("The audio could not be played: " + reason + "."));
+}
+
+} // namespace
+
+PlaybackSession::PlaybackSession(Events events) : m_events(std::move(events)) {
+    pw_init(nullptr, nullptr);
+    m_mainLoop.reset(pw_main_loop_new(nullptr));
+    VARNET_ASSERT(m_mainLoop);
+    m_loop = pw_main_loop_get_loop(m_mainLoop.get());
+    m_stopEvent = pw_loop_add_event(
+        m_loop,
+        [](void* data, std::uint64_t) { pw_main_loop_quit(static_cast<PlaybackSession*>(data)->m_mainLoop.get()); },
+        this);
+    m_wakeEvent =
+        pw_loop_add_event(m_loop, [](void* data, std::uint64_t) { static_cast<PlaybackSession*>(data)->work(); }, this);
+    m_watchTimer = pw_loop_add_timer(
+        m_loop, [](void* data, std::uint64_t) { static_cast<PlaybackSession*>(data)->watch(); }, this);
+}
+
+PlaybackSession::~PlaybackSession() = default;
+
+void PlaybackSession::run() noexcept {
+    pw_main_loop_run(m_mainLoop.get());
+    disconnect();
+}
+
+void PlaybackSession::stop() {
+    pw_loop_signal_event(m_loop, m_stopEvent);
+}
+
+void PlaybackSession::give(std::uint64_t number, std::optional<Order> order) {
+    {
+        const std::lock_guard lock(m_mutex);
+        if (!order)
+            m_restPosition = heardPosition();
+        m_order = std::move(order);
+        m_number = number;
+    }
+    pw_loop_signal_event(m_loop, m_wakeEvent);
+}
+
+double PlaybackSession::position() const {
+    const std::lock_guard lock(m_mutex);
+    return heardPosition();
+}
+
+double PlaybackSession::heardPosition() const {
+    if (!m_order)
+        return m_restPosition;
+    if (m_run.number != m_number)
+        return m_order->position;
+    const auto first = static_cast<std::int64_t>(m_run.firstFrame);
+    const auto last = std::max(first, static_cast<std::int64_t>(m_run.ring->taken()));
+    const std::int64_t heard = std::clamp(m_run.ring->heard(monotonicNanoseconds()), first, last);
+    return m_run.position + static_cast<double>(heard - first) / m_run.ring->sampleRate() * m_run.rate;
+}
+
+void PlaybackSession::work() {
+    if (m_brokenBy)
+        finish(std::exchange(m_brokenBy, nullptr));
+    std::uint64_t number = 0;
+    std::optional<Order> order;
+    {
+        const std::lock_guard lock(m_mutex);
+        number = m_number;
+        if (number != m_begun)
+            order = m_order;
+    }
+    try {
+        if (number != m_begun)
+            begin(number, order);
+        fill();
+    } catch (...) {
+        return finish(std::current_exception());
+    }
+    if (m_playing)
+        checkEnd();
+    else
+        rest();
+}
+
+void PlaybackSession::begin(std::uint64_t number, const std::optional<Order>& order) {
+    m_begun = number;
+    m_playing = false;
+    m_reader.reset();
+    m_silentWakes = 0;
+    if (m_stream)
+        m_stream->ring().cut();
+    if (!order)
+        return;
+    m_reader = std::make_unique<PlaybackReader>(order->wav, order->position, order->rate);
+    if (!m_core)
+        connect();
+    if (!m_stream || m_stream->ring().sampleRate() != m_reader->sampleRate())
+        openStream(m_reader->sampleRate());
+    m_playing = true;
+    m_lastProgress = monotonicNanoseconds();
+    {
+        const std::lock_guard lock(m_mutex);
+        m_run = {number, m_stream->sharedRing(), m_stream->ring().written(), order->position, order->rate};
+    }
+    fill();
+    m_stream->setActive(true);
+}
+
+void PlaybackSession::fill() {
+    if (!m_reader)
+        return;
+    PlaybackRing& ring = m_stream->ring();
+    const std::size_t ahead = frames(readAhead, ring.sampleRate());
+    std::array<float, 1'024> piece{};
+    while (m_reader) {
+        const auto waiting = static_cast<std::size_t>(ring.written() - std::max(ring.taken(), m_run.firstFrame));
+        const std::size_t wanted = std::min({piece.size(), ring.room(), ahead - std::min(ahead, waiting)});
+        if (wanted == 0)
+            return;
+        const std::size_t count = m_reader->read(std::span(piece).first(wanted));
+        ring.write(std::span(piece).first(count));
+        if (count < wanted)
+            m_reader.reset();
+    }
+}
+
+void PlaybackSession::checkEnd() {
+    const PlaybackRing& ring = m_stream->ring();
+    const auto end = static_cast<std::int64_t>(ring.written());
+    if (!m_reader && ring.taken() == ring.written() && ring.heard(monotonicNanoseconds()) >= end)
+        finish(nullptr);
+}
+
+/// A stream without sound does not keep the output running.
+void PlaybackSession::rest() {
+    if (m_stream && m_stream->ring().taken() == m_stream->ring().written() && ++m_silentWakes == wakesToRest)
+        m_stream->setActive(false);
+}
+
+void PlaybackSession::watch() {
+    if (!m_playing)
+        return;
+    const std::int64_t now = monotonicNanoseconds();
+    if (const std::uint64_t taken = m_stream->ring().taken(); taken != m_lastTaken) {
+        m_lastTaken = taken;
+        m_lastProgress = now;
+    }
+    const bool none = m_registryKnown && m_sinks.empty();
+    if (now - m_lastProgress >= patience)
+        finish(none ? noSink() : noAnswer());
+}
+
+void PlaybackSession::connect() {
+    // The configuration with real-time scheduling of the data thread; newer versions of PipeWire may drop it.
+    for (const char* configuration : {"client-rt.conf", "client.conf"})
+        if (!m_context)
+            m_context.reset(pw_context_new(
+                m_loop,
+                pw_properties_new(PW_KEY_CONFIG_NAME, configuration, PW_KEY_APP_NAME, AppInfo::name().c_str(), nullptr),
+                0));
+    if (!m_context)
+        std::rethrow_exception(refused(std::strerror(errno)));
+    m_core.reset(pw_context_connect(m_context.get(), nullptr, 0));
+    if (!m_core && (errno == EACCES || errno == EPERM))
+        std::rethrow_exception(refused("the sound server refuses the connection"));
+    if (!m_core)
+        std::rethrow_exception(noServer());
+
+    static constexpr pw_core_events coreEvents = [] {
+        pw_core_events table{};
+        table.version = PW_VERSION_CORE_EVENTS;
+        table.done = [](void* data, std::uint32_t id, int sequence) {
+            auto* session = static_cast<PlaybackSession*>(data);
+            if (id == PW_ID_CORE && sequence == session->m_registrySync)
+                session->onRegistryKnown();
+        };
+        table.error = [](void* data, std::uint32_t id, int, int result, const char*) {
+            if (id == PW_ID_CORE)
+                static_cast<PlaybackSession*>(data)->connectionLost(-result);
+        };
+        return table;
+    }();
+    static constexpr pw_registry_events registryEvents = [] {
+        pw_registry_events table{};
+        table.version = PW_VERSION_REGISTRY_EVENTS;
+        table.global = [](void* data, std::uint32_t id, std::uint32_t, const char*, std::uint32_t,
+                          const spa_dict* properties) {
+            const char* mediaClass = properties ? spa_dict_lookup(properties, PW_KEY_MEDIA_CLASS) : nullptr;
+            if (mediaClass && (!std::strcmp(mediaClass, "Audio/Sink") || !std::strcmp(mediaClass, "Audio/Duplex")))
+                static_cast<PlaybackSession*>(data)->m_sinks.insert(id);
+        };
+        table.global_remove = [](void* data, std::uint32_t id) {
+            static_cast<PlaybackSession*>(data)->m_sinks.erase(id);
+        };
+        return table;
+    }();
+    pw_core_add_listener(m_core.get(), &m_coreListener, &coreEvents, this);
+    m_registry.reset(pw_core_get_registry(m_core.get(), PW_VERSION_REGISTRY, 0));
+    pw_registry_add_listener(m_registry.get(), &m_registryListener, &registryEvents, this);
+    m_registrySync = pw_core_sync(m_core.get(), PW_ID_CORE, 0);
+    timespec interval{.tv_sec = 0, .tv_nsec = watchInterval};
+    pw_loop_update_timer(m_loop, m_watchTimer, &interval, &interval, false);
+}
+
+void PlaybackSession::openStream(std::uint32_t sampleRate) {
+    m_stream.reset();
+    m_lastTaken = 0;
+    auto ring = std::make_shared<PlaybackRing>(sampleRate, frames(ringSeconds, sampleRate),
+                                               frames(PlaybackReader::fadeSeconds, sampleRate));
+    m_stream = std::make_unique<PlaybackStream>(m_core.get(), std::move(ring), m_loop, m_wakeEvent,
+                                                [this](const std::string& reason) { giveUp(refused(reason)); });
+    if (const int result = m_stream->connect(); result < 0)
+        std::rethrow_exception(refused(std::strerror(-result)));
+}
+
+void PlaybackSession::onRegistryKnown() {
+    m_registryKnown = true;
+    if (m_sinks.empty())
+        giveUp(noSink());
+}
+
+void PlaybackSession::connectionLost(int error) {
+    giveUp(error == EPIPE ? noServer() : refused(std::strerror(error)));
+}
+
+/// The connection cannot be taken down in the middle of one of its events.
+void PlaybackSession::giveUp(std::exception_ptr failure) {
+    if (m_brokenBy)
+        return;
+    m_brokenBy = std::move(failure);
+    pw_loop_signal_event(m_loop, m_wakeEvent);
+}
+
+void PlaybackSession::disconnect() {
+    timespec never{};
+    pw_loop_update_timer(m_loop, m_watchTimer, &never, &never, false);
+    m_stream.reset();
+    m_registry.reset();
+    m_core.reset();
+    m_context.reset();
+    m_sinks.clear();
+    m_registryKnown = false;
+}
+
+/// The present order is done, or cannot be. A failure takes the connection with it: the next order tries anew.
+void PlaybackSession::finish(const std::exception_ptr& failure) {
+    const bool playing = std::exchange(m_playing, false);
+    m_reader.reset();
+    m_silentWakes = 0;
+    bool current = false;
+    {
+        const std::lock_guard lock(m_mutex);
+        current = m_number == m_begun && m_order;
+        if (current) {
+            m_restPosition = heardPosition();
+            m_order.reset();
+        }
+    }
+    if (failure)
+        disconnect();
+    if (current && failure)
+        m_events.failed(m_begun, failure);
+    else if (current && playing)
+        m_events.ended(m_begun);
+}
+
+} // namespace varnet
