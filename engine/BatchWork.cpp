@@ -11,6 +11,8 @@ namespace {
 constexpr std::size_t blockSamples = 1600;
 
 Answer transcribe(ModelPool& models, WavReader& audio, bool speakers, const std::atomic<bool>& cancelled) {
+    if (cancelled)
+        return {};
     ModelPool::Loan loan = models.borrow();
     std::vector<Word> words;
     const auto collect = [&](const std::vector<Word>& utterance, double) {
@@ -19,6 +21,8 @@ Answer transcribe(ModelPool& models, WavReader& audio, bool speakers, const std:
     Transcriber transcriber(loan.recognizer(), {.speakers = speakers, .live = false}, {{}, collect});
     for (auto block = audio.read(blockSamples); !block.empty() && !cancelled; block = audio.read(blockSamples))
         transcriber.process(block);
+    if (cancelled)
+        return {};
     transcriber.flush();
     return {200, wire::answer(transcriber.withSettledSpeakers(std::move(words)), transcriber.secondsProcessed())};
 }

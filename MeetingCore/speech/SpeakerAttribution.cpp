@@ -23,12 +23,13 @@ constexpr std::size_t portionSamples = 32 * 1024;
 
 static_assert(std::endian::native == std::endian::little, "samples are read as the file has them");
 
-/// Exact for any count that a file can hold.
+/// Exact for any count that a file can hold. By pairs, which processors multiply and add in one step.
 VARNET_PROCESSOR_CLONES
 std::uint64_t sumOfSquares(const std::int16_t* samples, std::size_t count) {
-    std::uint64_t sum = 0;
-    for (std::size_t i = 0; i < count; ++i)
-        sum += static_cast<std::uint32_t>(samples[i] * samples[i]);
+    const auto square = [](std::int16_t sample) { return static_cast<std::uint32_t>(sample * sample); };
+    std::uint64_t sum = count % 2 == 0 ? 0 : square(samples[count - 1]);
+    for (std::size_t i = 0; i + 1 < count; i += 2)
+        sum += square(samples[i]) + square(samples[i + 1]);
     return sum;
 }
 

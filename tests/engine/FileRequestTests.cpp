@@ -44,6 +44,21 @@ TEST(FileRequest, BytesAfterAFileAreLeftAlone) {
     EXPECT_EQ(sharedEngine().health(), 200);
 }
 
+TEST(FileRequest, AClientThatLeavesMakesRoomForTheNext) {
+    EngineProcess own;
+    const QByteArray minutes = spoken("We will talk about the money next week.").repeated(300);
+    QTcpSocket leaving;
+    leaving.connectToHost(QHostAddress::LocalHost, own.port());
+    leaving.write(transcriptionRequest(wavOf(minutes)));
+    const double before = own.cpuSeconds();
+    ASSERT_TRUE(await([&] { return leaving.bytesToWrite() == 0 && own.cpuSeconds() > before + 2; }));
+    leaving.abort();
+    QElapsedTimer waited;
+    waited.start();
+    EXPECT_EQ(exchange(own.port(), transcriptionRequest(wavOf(spoken("Good morning.")))).status, 200);
+    EXPECT_LT(waited.elapsed(), 20'000) << "the whole file takes more than a minute";
+}
+
 TEST(FileRequest, BadRequestsAreAnsweredWithASentence) {
     const QByteArray form = "POST /v1/audio/transcriptions HTTP/1.1\r\nHost: localhost\r\n";
     const struct Case {
