@@ -1,6 +1,7 @@
 #include "engine/HTTPConnection.h"
 
 #include "engine/Failure.h"
+#include "engine/WavReader.h"
 
 #include <QCoreApplication>
 #include <QPointer>
@@ -16,6 +17,7 @@ using namespace std::chrono_literals;
 constexpr auto headPatience = 10s;
 constexpr auto bodyPatience = 60s;
 constexpr auto closePatience = 30s;
+constexpr auto workInterval = 5s;
 constexpr qint64 readPortion = 1024 * 1024;
 constexpr int lowPriority = 10;
 
@@ -36,6 +38,7 @@ HTTPConnection::HTTPConnection(QTcpSocket* socket, Shared shared, QObject* paren
     connect(&m_patience, &QTimer::timeout, m_socket, &QTcpSocket::abort);
     m_patience.setSingleShot(true);
     m_patience.start(headPatience);
+    connect(&m_work, &QTimer::timeout, this, &HTTPConnection::showWork);
 }
 
 HTTPConnection::~HTTPConnection() {
@@ -151,7 +154,11 @@ void HTTPConnection::finishFile() {
         throw Failure("The response_format must be verbose_json or json");
     if (speakers != "true" && speakers != "false")
         throw Failure("The diarization must be true or false");
+    if (!m_file->seek(0))
+        return answer(500, "The engine could not read the file back");
+    WavReader{*m_file}; // throws before the answer has begun
     m_patience.stop();
+    m_work.start(workInterval);
     m_body.reset();
     const QPointer<HTTPConnection> self(this);
     m_shared.files.start([self, file = std::exchange(m_file, {}), cancelled = m_cancelled, &models = m_shared.models,
@@ -165,14 +172,22 @@ void HTTPConnection::finishFile() {
     });
 }
 
+void HTTPConnection::showWork() {
+    m_socket->write(m_answerBegun ? " " : httpHead(200) + ' ');
+    m_answerBegun = true;
+}
+
 void HTTPConnection::answer(int status, const QByteArray& body) {
     if (m_answered)
         return;
     m_answered = true;
+    m_work.stop();
+    if (m_answerBegun && status != 200)
+        return m_socket->abort();
     m_patience.start(closePatience);
     m_body.reset();
     m_file.reset();
-    m_socket->write(httpAnswer(status, body, !m_head || m_head->method != "HEAD"));
+    m_socket->write(m_answerBegun ? body : httpAnswer(status, body, !m_head || m_head->method != "HEAD"));
     drain();
 }
 

@@ -17,7 +17,8 @@
 namespace engine {
 
 /// One HTTP connection: reads one request, answers it and closes, or hands the untouched socket over when a WebSocket
-/// is asked for. A file that comes in goes to a temporary file as fast as the disk takes it, at most 1 GiB. Main
+/// is asked for. A file that comes in goes to a temporary file as fast as the disk takes it, at most 1 GiB. While it is
+/// recognised, or waits for its turn, a blank before the answer shows now and then that the engine is at work. Main
 /// thread; deletes itself when the connection has ended or its socket has gone to the WebSocket.
 class HTTPConnection : public QObject {
     Q_OBJECT
@@ -44,18 +45,21 @@ private:
     void route();
     void beginFile();
     void finishFile();
+    void showWork();
     void answer(int status, const QByteArray& body);
     void drain();
 
     QTcpSocket* m_socket;
     Shared m_shared;
     QTimer m_patience; // runs while the client owes bytes
+    QTimer m_work;     // runs while the engine does
     std::optional<HTTPHead> m_head;
     qint64 m_bodyLeft = 0;
     std::unique_ptr<MultipartReader> m_body;
     std::shared_ptr<QTemporaryFile> m_file;
     std::shared_ptr<std::atomic<bool>> m_cancelled;
     bool m_counted = false;
+    bool m_answerBegun = false; // with status 200
     bool m_answered = false;
 };
 

@@ -74,11 +74,15 @@ bool HTTPHead::isLocal() const {
            (origin.isEmpty() || isLoopbackName(QUrl(QString::fromLatin1(origin)).host()));
 }
 
+QByteArray httpHead(int status, const QByteArray& extraHeaders) {
+    QByteArray head = "HTTP/1.1 " + QByteArray::number(status) + ' ' + reason(status) + "\r\nContent-Type: ";
+    head += status == 200 ? "application/json" : "text/plain; charset=utf-8";
+    return head + "\r\n" + extraHeaders + "Connection: close\r\n\r\n";
+}
+
 QByteArray httpAnswer(int status, const QByteArray& body, bool withBody) {
-    QByteArray answer = "HTTP/1.1 " + QByteArray::number(status) + ' ' + reason(status) + "\r\nContent-Type: ";
-    answer += status == 200 ? "application/json" : "text/plain; charset=utf-8";
-    answer += "\r\nContent-Length: " + QByteArray::number(body.size()) + "\r\nConnection: close\r\n\r\n";
-    return withBody ? answer + body : answer;
+    const QByteArray head = httpHead(status, "Content-Length: " + QByteArray::number(body.size()) + "\r\n");
+    return withBody ? head + body : head;
 }
 
 } // namespace engine

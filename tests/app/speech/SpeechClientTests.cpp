@@ -147,14 +147,24 @@ TEST_F(SpeechClientTest, EndsSoonWhenCalledOffCutOffOrLeftAlone) {
     EXPECT_THROW(await(transcribe()), Failure);
     EXPECT_EQ(server.requests().size(), 2u);
 
-    server.setScript([](const auto&, QTcpSocket&) {});
     LoopbackHTTP client;
-    const auto post = [&] {
+    const auto post = [&](std::chrono::milliseconds silence) {
         return client.post(server.url(QStringLiteral("/")), "text/plain", std::make_unique<FileBody>("", file, ""),
-                           100ms);
+                           silence);
     };
-    EXPECT_EQ(failureText(post()),
+    server.setScript([](const auto&, QTcpSocket&) {});
+    EXPECT_EQ(failureText(post(100ms)),
               server.url(QStringLiteral("/")).toString().toStdString() + " did not answer: it took too long.");
+
+    // As long as a byte moves now and then, the whole may take longer.
+    std::filesystem::resize_file(file, 3);
+    server.setScript([](const auto&, QTcpSocket& socket) {
+        socket.write("HTTP/1.1 200 OK\r\nContent-Length: 6\r\n\r\n");
+        auto* timer = new QTimer(&socket);
+        QObject::connect(timer, &QTimer::timeout, &socket, [&socket] { socket.write("."); });
+        timer->start(300ms);
+    });
+    EXPECT_EQ(await(post(1s)), (HTTPReply{200, "......"}));
 }
 
 } // namespace
