@@ -2,12 +2,10 @@
 
 #include "MeetingCore/audio/ProcessorClones.h"
 #include "MeetingCore/audio/WavHeader.h"
-
-#include <fcntl.h>
-#include <unistd.h>
+#include "MeetingCore/base/Failures.h"
+#include "MeetingCore/base/FileReader.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdint>
 #include <span>
 
@@ -27,42 +25,13 @@ VARNET_PROCESSOR_CLONES int largestMagnitude(const std::int16_t* samples, std::s
     return std::max(-static_cast<int>(low), static_cast<int>(high));
 }
 
-class File {
-public:
-    explicit File(const std::filesystem::path& path) : m_descriptor(::open(path.c_str(), O_RDONLY | O_CLOEXEC)) {}
-    File(const File&) = delete;
-    File& operator=(const File&) = delete;
-    ~File() {
-        if (m_descriptor >= 0)
-            ::close(m_descriptor);
-    }
-
-    /// False when there is less.
-    bool read(std::span<std::int16_t> samples, std::uint64_t offset) const {
-        auto bytes = std::as_writable_bytes(samples);
-        while (!bytes.empty()) {
-            const ssize_t count = ::pread(m_descriptor, bytes.data(), bytes.size(), static_cast<off_t>(offset));
-            if (count < 0 && errno == EINTR)
-                continue;
-            if (count <= 0)
-                return false;
-            bytes = bytes.subspan(static_cast<std::size_t>(count));
-            offset += static_cast<std::uint64_t>(count);
-        }
-        return true;
-    }
-
-private:
-    int m_descriptor;
-};
-
 } // namespace
 
-std::optional<Waveform> Waveform::read(const std::filesystem::path& wav) {
+std::optional<Waveform> Waveform::read(const std::filesystem::path& wav) try {
     const auto header = WavHeader::read(wav);
     if (!header || !header->isMono16Bit)
         return {};
-    const File file(wav);
+    const FileReader file(wav);
     const std::uint64_t frameCount = header->frameCount();
     const auto columnEnd = [&](std::size_t column) { return (column + 1) * frameCount / columnCount; };
     std::vector<std::int16_t> chunk(chunkSamples);
@@ -70,7 +39,7 @@ std::optional<Waveform> Waveform::read(const std::filesystem::path& wav) {
     std::size_t column = 0;
     for (std::uint64_t frame = 0; frame < frameCount;) {
         const auto part = std::span(chunk).first(std::min<std::uint64_t>(chunk.size(), frameCount - frame));
-        if (!file.read(part, header->dataOffset + frame * 2))
+        if (file.read(std::as_writable_bytes(part), header->dataOffset + frame * 2) < part.size_bytes())
             return {};
         for (std::size_t done = 0; done < part.size();) {
             while (columnEnd(column) <= frame + done)
@@ -86,6 +55,8 @@ std::optional<Waveform> Waveform::read(const std::filesystem::path& wav) {
     for (const int magnitude : magnitudes)
         waveform.peaks.push_back(static_cast<float>(magnitude) / 32'768);
     return waveform;
+} catch (const FileFailure&) {
+    return {};
 }
 
 } // namespace varnet

@@ -3,19 +3,15 @@
 #include "MeetingCore/base/Failures.h"
 
 #include <SoundTouch.h>
-#include <fcntl.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <cmath>
+#include <utility>
 
 namespace varnet {
 
 namespace {
-
-constexpr std::size_t chunkFrames = 4'096;
 
 std::unique_ptr<soundtouch::SoundTouch> makeStretcher(std::uint32_t sampleRate, double rate) {
     auto stretcher = std::make_unique<soundtouch::SoundTouch>();
@@ -31,16 +27,10 @@ std::unique_ptr<soundtouch::SoundTouch> makeStretcher(std::uint32_t sampleRate, 
 
 } // namespace
 
-PlaybackReader::PlaybackReader(const std::filesystem::path& wav, double position, double rate)
-    : m_path(wav), m_chunk(chunkFrames) {
+PlaybackReader::PlaybackReader(const std::filesystem::path& wav, double position, double rate) : m_file(wav) {
     const auto header = WavHeader::read(wav);
-    m_descriptor = ::open(wav.c_str(), O_RDONLY | O_CLOEXEC);
-    if (m_descriptor < 0)
-        throw FileFailure::reading(wav, errno);
-    if (!header || !header->isMono16Bit || header->sampleRate == 0) {
-        ::close(m_descriptor);
+    if (!header || !header->isMono16Bit || header->sampleRate == 0)
         throw Failure("The audio file is of a kind that cannot be played.");
-    }
     m_header = *header;
     m_frame = std::min(static_cast<std::uint64_t>(std::llround(std::max(0.0, position) * m_header.sampleRate)),
                        m_header.frameCount());
@@ -49,9 +39,7 @@ PlaybackReader::PlaybackReader(const std::filesystem::path& wav, double position
         m_stretcher = makeStretcher(m_header.sampleRate, rate);
 }
 
-PlaybackReader::~PlaybackReader() {
-    ::close(m_descriptor);
-}
+PlaybackReader::~PlaybackReader() = default;
 
 std::size_t PlaybackReader::read(std::span<float> samples) {
     const std::size_t count = m_stretcher ? readStretched(samples) : readFile(samples);
@@ -63,21 +51,15 @@ std::size_t PlaybackReader::read(std::span<float> samples) {
 std::size_t PlaybackReader::readFile(std::span<float> samples) {
     std::size_t done = 0;
     while (done < samples.size() && m_frame < m_header.frameCount()) {
-        const std::size_t wanted = std::min(
-            {samples.size() - done, m_chunk.size(), static_cast<std::size_t>(m_header.frameCount() - m_frame)});
-        const auto offset = static_cast<off_t>(m_header.dataOffset + m_frame * sizeof(std::int16_t));
-        const ssize_t bytes = ::pread(m_descriptor, m_chunk.data(), wanted * sizeof(std::int16_t), offset);
-        if (bytes < 0 && errno == EINTR)
-            continue;
-        if (bytes < 0)
-            throw FileFailure::reading(m_path, errno);
-        const std::size_t count = static_cast<std::size_t>(bytes) / sizeof(std::int16_t);
-        if (count == 0)
+        std::array<std::int16_t, 1'024> chunk{};
+        const auto part = std::span(chunk).first(
+            std::min({samples.size() - done, chunk.size(), static_cast<std::size_t>(m_header.frameCount() - m_frame)}));
+        const std::uint64_t offset = m_header.dataOffset + m_frame * sizeof(std::int16_t);
+        if (m_file.read(std::as_writable_bytes(part), offset) < part.size_bytes())
             throw Failure("The audio file ends too early, so playback has stopped.");
-        for (std::size_t i = 0; i < count; ++i)
-            samples[done + i] = static_cast<float>(m_chunk[i]) / 32'768;
-        done += count;
-        m_frame += count;
+        for (const std::int16_t sample : part)
+            samples[done++] = static_cast<float>(sample) / 32'768;
+        m_frame += part.size();
     }
     return done;
 }

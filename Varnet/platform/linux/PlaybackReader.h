@@ -1,13 +1,13 @@
 #pragma once
 
 #include "MeetingCore/audio/WavHeader.h"
+#include "MeetingCore/base/FileReader.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <span>
-#include <vector>
 
 namespace soundtouch {
 class SoundTouch;
@@ -37,11 +37,9 @@ private:
     std::size_t readFile(std::span<float> samples);
     std::size_t readStretched(std::span<float> samples);
 
-    std::filesystem::path m_path;
+    FileReader m_file;
     WavHeader m_header;
-    int m_descriptor = -1;
-    std::uint64_t m_frame = 0;         ///< of the file, to be read next
-    std::vector<std::int16_t> m_chunk; ///< of the file, as it is there
+    std::uint64_t m_frame = 0; ///< of the file, to be read next
     std::size_t m_faded = 0, m_fadeFrames = 0;
     std::unique_ptr<soundtouch::SoundTouch> m_stretcher; ///< absent at the usual speed
     bool m_flushed = false;

@@ -1,0 +1,225 @@
+#include "Varnet/platform/AudioOutput.h"
+#include "Varnet/platform/Clock.h"
+#include "tests/platform/SoundLab.h"
+#include "tests/support/TemporaryFolder.h"
+#include "tests/support/WavFile.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <random>
+
+namespace varnet::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr int rate = 48'000; ///< of the graph; a file with this rate is not converted on the way
+
+/// Ten seconds at 16 kHz whose samples tell where they are in the file: 2 for each millisecond.
+std::vector<std::int16_t> ramp() {
+    std::vector<std::int16_t> samples(160'000);
+    for (std::size_t i = 0; i < samples.size(); ++i)
+        samples[i] = static_cast<std::int16_t>(i / 8);
+    return samples;
+}
+
+double placeOf(float sample) {
+    return static_cast<double>(sample) * 32'768 / 2'000;
+}
+
+/// What is played, and what the output's monitor hears of it.
+struct Playback : testing::Test {
+    TemporaryFolder folder;
+    std::filesystem::path file = folder / "meeting.wav";
+    CaptureLab monitor;
+    int ends = 0;
+    std::vector<std::string> failures;
+    std::unique_ptr<AudioOutput> output = makeAudioOutput(
+        {[this] { ++ends; }, [this](const std::exception_ptr& failure) { failures.push_back(describe(failure)); }});
+
+    void SetUp() override { monitor.start({CaptureSource::system}); }
+
+    std::vector<float> sound() const {
+        std::vector<float> all;
+        for (const auto& piece : monitor.pieces(CaptureSource::system))
+            all.insert(all.end(), piece.samples.begin(), piece.samples.end());
+        return all;
+    }
+
+    /// When a sample of `sound` was captured.
+    std::int64_t timeOf(std::size_t index) const {
+        for (const auto& piece : monitor.pieces(CaptureSource::system)) {
+            if (index < piece.samples.size())
+                return piece.time + static_cast<std::int64_t>(index) * 1'000'000'000 / rate;
+            index -= piece.samples.size();
+        }
+        return 0;
+    }
+
+    std::size_t indexOf(std::int64_t time) const {
+        std::size_t before = 0;
+        for (const auto& piece : monitor.pieces(CaptureSource::system)) {
+            if (time < piece.end())
+                return before +
+                       static_cast<std::size_t>(std::max<std::int64_t>(0, time - piece.time) * rate / 1'000'000'000);
+            before += piece.samples.size();
+        }
+        return before;
+    }
+
+    /// Samples of the position that the output tells against the ramp that is heard at the same time, in milliseconds.
+    double worstPositionError(std::chrono::milliseconds duration) {
+        std::vector<std::pair<std::int64_t, double>> told;
+        const auto end = monotonicNanoseconds() + duration / 1ns;
+        eventually([&] {
+            told.emplace_back(monotonicNanoseconds(), output->position());
+            return told.back().first > end;
+        });
+        listen(300ms); // until the monitor has it
+        const auto heard = sound();
+        double worst = 0;
+        for (const auto& [time, position] : told)
+            if (std::abs(placeOf(heard.at(indexOf(time))) - position) * 1e3 > std::abs(worst))
+                worst = (position - placeOf(heard[indexOf(time)])) * 1e3;
+        return worst;
+    }
+};
+
+TEST_F(Playback, IsTheFileSampleForSampleAndEndsWithIt) {
+    std::mt19937 random(1);
+    std::vector<std::int16_t> noise(3 * rate);
+    std::ranges::generate(noise, [&] { return static_cast<std::int16_t>(random() % 40'000 - 20'000); });
+    noise.front() = 20'000;
+    writeRecording(file, noise, rate);
+    output->play(file, 0, 1);
+    ASSERT_TRUE(eventually([&] { return ends == 1; }));
+    listen(300ms);
+    const auto heard = sound();
+    const auto first =
+        static_cast<std::size_t>(std::ranges::find_if(heard, [](float s) { return s != 0; }) - heard.begin());
+    ASSERT_GE(heard.size(), first + noise.size());
+    double signal = 0, rest = 0;
+    for (std::size_t i = 0; i < noise.size(); ++i) {
+        const double expected = noise[i] / 32'768.0;
+        signal += expected * expected;
+        rest += std::pow(heard[first + i] - expected, 2);
+    }
+    const double ratio = rest == 0 ? 999 : 10 * std::log10(signal / rest);
+    std::printf("1x: SNR %.1f dB over %zu samples\n", ratio, noise.size());
+    EXPECT_GT(ratio, 120);
+    EXPECT_EQ(std::count_if(heard.begin() + static_cast<std::ptrdiff_t>(first + noise.size()), heard.end(),
+                            [](float s) { return s != 0; }),
+              0);
+    EXPECT_DOUBLE_EQ(output->position(), 3);
+    EXPECT_THAT(failures, IsEmpty());
+}
+
+TEST_F(Playback, GoesByWhatIsHeard) {
+    writeRecording(file, ramp());
+    output->play(file, 2, 1);
+    EXPECT_EQ(output->position(), 2);
+    ASSERT_TRUE(eventually([&] { return output->position() > 2.4; }));
+    double error = worstPositionError(1s);
+    std::printf("position at 1x: at most %.1f ms off\n", error);
+    EXPECT_LT(std::abs(error), 50);
+
+    const auto asked = monotonicNanoseconds();
+    output->play(file, 7, 1);
+    ASSERT_TRUE(eventually([&] { return output->position() > 7.3; }));
+    listen(200ms);
+    auto heard = sound();
+    const auto jump =
+        static_cast<std::size_t>(std::ranges::find_if(heard, [](float s) { return placeOf(s) > 6.5; }) - heard.begin());
+    const double latency = static_cast<double>(timeOf(jump) - asked) / 1e6;
+    const double landing = placeOf(heard.at(jump + 480)) - 0.01;
+    std::printf("seek: heard after %.1f ms, at %.4f s\n", latency, landing);
+    EXPECT_LT(latency, 150);
+    EXPECT_NEAR(landing, 7, 0.02);
+
+    output->pause();
+    const auto paused = monotonicNanoseconds();
+    const double rest = output->position();
+    listen(500ms);
+    heard = sound();
+    const auto last =
+        heard.size() - static_cast<std::size_t>(
+                           std::find_if(heard.rbegin(), heard.rend(), [](float s) { return s != 0; }) - heard.rbegin());
+    std::printf("pause: silent after %.1f ms\n", static_cast<double>(timeOf(last - 1) - paused) / 1e6);
+    EXPECT_LT(timeOf(last - 1) - paused, 150'000'000);
+    EXPECT_EQ(output->position(), rest);
+
+    output->play(file, 4, 1.5);
+    ASSERT_TRUE(eventually([&] { return output->position() > 4.6; }));
+    error = worstPositionError(1s);
+    std::printf("position at 1.5x: at most %.1f ms off\n", error);
+    EXPECT_LT(std::abs(error), 50);
+    EXPECT_EQ(ends, 0);
+    EXPECT_THAT(failures, IsEmpty());
+}
+
+TEST_F(Playback, IsFasterWithTheSamePitch) {
+    std::vector<std::int16_t> samples;
+    for (const float sample : tone(440, 3, 0.5f, 16'000))
+        samples.push_back(static_cast<std::int16_t>(sample * 32'767));
+    writeRecording(file, samples);
+    output->play(file, 0, 1.5);
+    ASSERT_TRUE(eventually([&] { return ends == 1; }));
+    listen(200ms);
+    const auto heard = sound();
+    const auto loud = [](float s) { return std::abs(s) > 0.05f; };
+    const auto first = std::ranges::find_if(heard, loud);
+    const auto last = std::find_if(heard.rbegin(), heard.rend(), loud).base();
+    const double seconds = static_cast<double>(last - first) / rate;
+    int rises = 0;
+    for (auto s = first + 1; s < last; ++s)
+        rises += s[-1] < 0 && s[0] >= 0;
+    std::printf("1.5x: 3 s last %.3f s, 440 Hz is %.1f Hz\n", seconds, rises / seconds);
+    EXPECT_NEAR(seconds, 2, 0.03);
+    EXPECT_NEAR(rises / seconds, 440, 4.4);
+}
+
+TEST_F(Playback, SaysWhyNothingIsHeard) {
+    writeRecording(file, ramp());
+    output->play(folder / "gone.wav", 0, 1);
+    ASSERT_TRUE(eventually([&] { return failures.size() == 1; }));
+    EXPECT_EQ(failures.back(), "“gone.wav” could not be found.");
+
+    output->play(file, 0, 1);
+    ASSERT_TRUE(eventually([&] { return output->position() > 0.2; }));
+    std::filesystem::resize_file(file, 20'000);
+    ASSERT_TRUE(eventually([&] { return failures.size() == 2; }));
+    EXPECT_EQ(failures.back(), "The audio file ends too early, so playback has stopped.");
+
+    for (const char* sink : {"speakers", "mic_feed"})
+        run("pw-cli", {"destroy", sink});
+    writeRecording(file, ramp());
+    output->play(file, 0, 1);
+    ASSERT_TRUE(eventually([&] { return failures.size() == 3; }, 5s));
+    EXPECT_EQ(failures.back(), "There is no audio output, so nothing can be played.");
+    EXPECT_EQ(ends, 0);
+}
+
+using PlaybackWithoutServer = Playback;
+
+TEST_F(PlaybackWithoutServer, StopsWhereItIsAndSaysSo) {
+    writeRecording(file, ramp());
+    output->play(file, 3, 1);
+    ASSERT_TRUE(eventually([&] { return output->position() > 3.2; }));
+    kill(static_cast<pid_t>(qEnvironmentVariableIntValue("VARNET_TEST_PIPEWIRE_PID")), SIGKILL);
+    ASSERT_TRUE(eventually([&] { return failures.size() == 1; }, 4s));
+    EXPECT_GT(output->position(), 3.2);
+    EXPECT_LT(output->position(), 4);
+    const double stayed = output->position();
+    output->play(file, stayed, 1);
+    ASSERT_TRUE(eventually([&] { return failures.size() == 2; }, 4s));
+    EXPECT_EQ(output->position(), stayed);
+    const std::string sentence =
+        "The sound server PipeWire is not running, so nothing can be played. Start it and try again.";
+    EXPECT_THAT(failures, ElementsAre(sentence, sentence));
+}
+
+} // namespace
+} // namespace varnet::test
