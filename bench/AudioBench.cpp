@@ -5,15 +5,19 @@
 #include "MeetingCore/audio/DurableWAV.h"
 #include "MeetingCore/audio/Levels.h"
 #include "MeetingCore/audio/Resampler.h"
+#include "MeetingCore/audio/Waveform.h"
 #include "bench/PlainLoops.h"
 #include "bench/Ratios.h"
 
+#include <fcntl.h>
 #include <soxr.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
 #include <numbers>
 #include <random>
 
@@ -160,6 +164,43 @@ void measureResampler() {
     }
 }
 
+/// Two hours of a recording, in the folder for temporary files.
+class LongRecording {
+public:
+    LongRecording() {
+        std::string folder = std::filesystem::temp_directory_path() / "varnet-bench.XXXXXX";
+        m_folder = ::mkdtemp(folder.data()) ? folder : ".";
+        DurableWAV wav(path());
+        const auto minute = DurableWAV::pcm(noise(60 * 16'000));
+        for (int minutes = 0; minutes < 120; ++minutes)
+            wav.append(minute);
+        wav.close();
+    }
+    LongRecording(const LongRecording&) = delete;
+    LongRecording& operator=(const LongRecording&) = delete;
+    ~LongRecording() { std::filesystem::remove_all(m_folder); }
+
+    std::filesystem::path path() const { return m_folder / "meeting.wav"; }
+
+private:
+    std::filesystem::path m_folder;
+};
+
+void benchWaveform() {
+    const LongRecording recording;
+    const auto read = [&] {
+        const int file = ::open(recording.path().c_str(), O_RDONLY | O_CLOEXEC);
+        std::vector<char> bytes(1024 * 1024);
+        off_t offset = 0;
+        for (ssize_t count = 0; (count = ::pread(file, bytes.data(), bytes.size(), offset)) > 0; offset += count)
+            keep(bytes[0]);
+        ::close(file);
+    };
+    const auto [ours, reading] = compare([&] { return Waveform::read(recording.path()); }, read, rounds);
+    row("waveform of two hours, time", "reading the file", ours / reading, atMost(1.5, 1.1));
+    note("(seconds)", ours, "s");
+}
+
 } // namespace
 
 int main() {
@@ -169,5 +210,6 @@ int main() {
     benchLevel();
     benchResampler();
     measureResampler();
+    benchWaveform();
     return missed ? 1 : 0;
 }

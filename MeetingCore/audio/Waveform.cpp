@@ -13,8 +13,8 @@ namespace varnet {
 
 namespace {
 
-/// Small enough for its samples to be in the processor's cache still when they are looked at.
-constexpr std::size_t chunkSamples = 64 * 1024;
+/// A megabyte: systems copy large pieces faster, and it is in the processor's cache still when it is looked at.
+constexpr std::size_t chunkSamples = 512 * 1024;
 
 VARNET_PROCESSOR_CLONES int largestMagnitude(const std::int16_t* samples, std::size_t count) {
     std::int16_t low = 0, high = 0;

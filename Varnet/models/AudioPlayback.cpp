@@ -111,9 +111,10 @@ void AudioPlayback::open(double position) {
 
 /// Meetings that were only passed by on the way through the library are not read.
 Task<> AudioPlayback::findPeaks(QPointer<AudioPlayback> self, Source source, std::stop_token stop) {
-    const auto waveform = co_await onWorker([file = source.file, stop]() -> std::optional<Waveform> {
-        return stop.stop_requested() ? std::nullopt : WaveformCache::waveform(file, WaveformCache::folder());
-    });
+    const auto waveform =
+        co_await onWorker([file = source.file, folder = WaveformCache::folder(), stop]() -> std::optional<Waveform> {
+            return stop.stop_requested() ? std::nullopt : WaveformCache::waveform(file, folder);
+        });
     if (!self || stop.stop_requested() || self->m_source != source || !waveform)
         co_return;
     self->m_peaks = QList<qreal>(waveform->peaks.begin(), waveform->peaks.end());

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <fstream>
 
 namespace varnet::test {
 namespace {
@@ -53,7 +54,7 @@ TEST_F(WaveformCacheFiles, AreLimitedInNumber) {
     fs::create_directory(cache);
     const auto now = fs::file_time_type::clock::now();
     for (std::size_t i = 0; i < WaveformCache::maximumCount + 3; ++i) {
-        writeFileAtomically(cache / std::to_string(i), "");
+        std::ofstream(cache / std::to_string(i)).flush();
         fs::last_write_time(cache / std::to_string(i), now - std::chrono::minutes(i + 1));
     }
     EXPECT_EQ(firstPeak(), 0.5F);

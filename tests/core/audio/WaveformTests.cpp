@@ -9,20 +9,20 @@ namespace {
 
 TEST(Waveform, IsTheLargestMagnitudeOfEachColumn) {
     const TemporaryFolder folder;
-    std::vector<std::int16_t> samples(150'000); // 75 a column, in two portions and a bit
+    std::vector<std::int16_t> samples(1'050'000); // 525 a column, more than is read at once
     samples[0] = 16'384;
-    samples[74] = -8'192;
-    samples[75] = -32'768;
-    samples[149] = 32'767;
-    samples[65'536] = 4'096; // column 873
-    samples[149'999] = -1;
+    samples[524] = -8'192;
+    samples[525] = -32'768;
+    samples[1'049] = 32'767;
+    samples[524'288] = 4'096;
+    samples[1'049'999] = -1;
     writeRecording(folder / "meeting.wav", samples);
     const auto waveform = Waveform::read(folder / "meeting.wav");
     ASSERT_TRUE(waveform);
     std::vector<float> expected(2'000);
     expected[0] = 0.5F;
     expected[1] = 1;
-    expected[873] = 0.125F;
+    expected[998] = 0.125F;
     expected[1'999] = 1 / 32'768.0F;
     EXPECT_EQ(waveform->peaks, expected);
 }
