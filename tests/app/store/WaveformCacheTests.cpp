@@ -63,10 +63,5 @@ TEST_F(WaveformCacheFiles, AreLimitedInNumber) {
     EXPECT_FALSE(fs::exists(cache / "499")) << "not the oldest ones went";
 }
 
-TEST_F(WaveformCacheFiles, AreDoneWithoutWhereTheyCannotBe) {
-    writeFileAtomically(cache, "a file in the folder's place");
-    EXPECT_EQ(firstPeak(), 0.5F);
-}
-
 } // namespace
 } // namespace varnet::test
