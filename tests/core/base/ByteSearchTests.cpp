@@ -2,11 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
-
 namespace varnet {
-namespace {
-
 TEST(ByteSearch, FindsAPartOfEveryLengthAtEveryPlace) {
     for (std::size_t length = 1; length <= 40; ++length) {
         const std::string part = length == 1 ? "b" : "b" + std::string(length - 2, 'a') + "c";
@@ -19,12 +15,4 @@ TEST(ByteSearch, FindsAPartOfEveryLengthAtEveryPlace) {
     }
 }
 
-TEST(ByteSearch, LooksFurtherWhereOnlyTheEndsOfThePartMatch) {
-    EXPECT_EQ(findBytes("axxd abxd abcd" + std::string(40, ' '), "abcd"), 10U);
-    EXPECT_EQ(findBytes(std::string(100, 'a') + "ba", "aba"), 99U);
-    EXPECT_EQ(findBytes("anything", ""), 0U);
-    EXPECT_EQ(findBytes("", "a"), std::string::npos);
-}
-
-} // namespace
 } // namespace varnet

@@ -38,24 +38,6 @@ FileFailure failureOf(Call call) {
 
 } // namespace
 
-TEST(Failures, FileFailureIsAFinishedSentence) {
-    const struct {
-        FileFailure failure;
-        std::string sentence;
-    } rows[] = {
-        {FileFailure::writing("/a/meeting.json", ENOSPC),
-         "“meeting.json” could not be written: No space left on device."},
-        {FileFailure::reading("/a/meeting.json", ENOENT), "“meeting.json” could not be found."},
-        {FileFailure(Kind::fileWriteOutOfSpace, "a.wav"), "“a.wav” could not be written: No space left on device."},
-        {FileFailure(Kind::fileReadCorruptFile, "a.wav"), "“a.wav” is damaged and could not be read."},
-        {FileFailure(Kind::fileReadUnknown, "caf\xE9.wav"), "“caf\uFFFD.wav” could not be read."},
-    };
-    for (const auto& row : rows)
-        EXPECT_EQ(row.failure.what(), row.sentence);
-    EXPECT_EQ(FileFailure::writing("a", EDQUOT).kind(), Kind::fileWriteOutOfSpace);
-    EXPECT_EQ(FileFailure::writing("a", EIO).kind(), Kind::fileWriteUnknown);
-}
-
 TEST(AtomicFile, ReplacesContentAndKeepsItPrivate) {
     const TemporaryFolder folder;
     const fs::path file = folder / "meeting.json";
@@ -101,16 +83,4 @@ TEST(AtomicFile, RefusesWhatIsNotARegularFileOfReasonableSize) {
     EXPECT_EQ(failureOf([&] { readFile(folder / "loop"); }).error(), ELOOP);
     EXPECT_EQ(failureOf([&] { readFile(folder / "five", 4); }).error(), EFBIG);
     EXPECT_EQ(readFile(folder / "link", 5), "12345");
-}
-
-TEST(AtomicFile, FoldersArePrivateAllTheWayDown) {
-    const TemporaryFolder folder;
-    const mode_t oldMask = ::umask(0);
-    makePrivateDirectories(folder / "a/b/c");
-    ::umask(oldMask);
-    for (const char* made : {"a", "a/b", "a/b/c"})
-        EXPECT_EQ(modeOf(folder / made), 0700u) << made;
-
-    writeFileAtomically(folder / "file", "x");
-    EXPECT_EQ(failureOf([&] { makePrivateDirectories(folder / "file/below"); }).error(), ENOTDIR);
 }

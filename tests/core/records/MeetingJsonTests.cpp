@@ -2,7 +2,6 @@
 #include "MeetingCore/records/MeetingJson.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <bit>
 #include <limits>
@@ -190,12 +189,10 @@ TEST(MeetingJson, AcceptsAnyValidDocument) {
         const char* name;
         std::string document;
     } rows[] = {
-        {"blanks around", " \r\n\t" + std::string(smallDocument) + "\n \n"},
         {"null optionals", with(R"("attendees":null,"source":null,"speakerNames": null )")},
         {"unknown keys", with(R"("next":{"a":[1,-2.5e3,{"b":[]},"\ud83d\ude00",true,false,null]},"":[[]])")},
         {"a repeated key", with(R"("title":"other","attendees":["x"],"attendees":null)")},
         {"escaped keys", edited("\"title\"", R"("\u0074itle")")},
-        {"unknown big numbers", with(R"("n":[123456789012345678901234567890,18446744073709551615])")},
         {"63 deep", with("\"deep\":" + repeated("[", 63) + "1" + repeated("]", 63))},
     };
     for (const auto& row : rows)
@@ -210,22 +207,20 @@ TEST(MeetingJson, RefusesEverythingElse) {
     } rows[] = {
         {"nothing", ""},
         {"trailing comma", edited("[]}", "[],}")},
+        {"two documents", small + small},
+        {"a list", "[" + small + "]"},
+        {"only zeros", std::string(small.size(), '\0')},
         {"a byte order mark", "\xEF\xBB\xBF" + small},
         {"missing status", edited("\"status\":\"Ready\",", "")},
         {"null status", edited("\"Ready\"", "null")},
         {"key in another case", edited("\"title\"", "\"Title\"")},
         {"id that is none", edited("1b4e28ba-", "1b4e28ba")},
-        {"id in braces", edited("\"1b4e28ba-2fa1", "\"{b4e28ba-2fa1")},
         {"date of the year 10000", edited("\"createdAt\":0", "\"createdAt\":252423993600")},
         {"date before the year 1", edited("\"createdAt\":0", "\"createdAt\":-63113904001")},
-        {"date NaN", edited("\"createdAt\":0", "\"createdAt\":NaN")},
         {"number with a leading zero", edited("\"createdAt\":0", "\"createdAt\":01")},
-        {"names with a number", with(R"("speakerNames":{"a":1})")},
         {"attendees with null", with(R"("attendees":["a",null])")},
         {"turn just too late", withTurn(R"("start":1000000000.1,"end":0)")},
         {"unknown: half a word", with(R"("x":tru)")},
-        {"unknown: a bare word", with(R"("x":hello)")},
-        {"unknown: bad escape", with(R"("x":"\q")")},
         {"unknown: half a surrogate pair", with(R"("x":"\ud800")")},
         {"control character in text", edited("\"T\"", "\"a\nb\"")},
         {"Latin-1 text", edited("\"T\"", "\"caf\xE9\"")},
@@ -253,12 +248,4 @@ TEST(MeetingJson, NeverWritesWhatItWouldNotRead) {
     Meeting meeting = Meeting::make("");
     meeting.createdAt = {1e12};
     EXPECT_THROW(encodeMeeting(meeting), JsonFailure);
-}
-
-TEST(MeetingJson, FailureNamesTheField) {
-    const auto decoding = [](std::string document) { return [=] { decodeMeeting(document); }; };
-    EXPECT_THAT(decoding(edited("\"status\":\"Ready\",", "")),
-                testing::ThrowsMessage<JsonFailure>("The data is not valid: “status” is missing."));
-    EXPECT_THAT(decoding(edited("[]", "[{\"start\":\"a\"}]")),
-                testing::ThrowsMessage<JsonFailure>("The data is not valid: “start” has a value that is not valid."));
 }
