@@ -1,6 +1,7 @@
 #include "tests/engine/EngineClient.h"
 
 #include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QEventLoop>
 #include <QFile>
 #include <QJsonArray>
@@ -11,7 +12,6 @@
 #include <QtEndian>
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 using namespace std::chrono_literals;
 
@@ -54,20 +54,11 @@ int EngineProcess::health() const {
     return exchange(m_port, "GET /health HTTP/1.1\r\nHost: 127.0.0.1\r\n\r\n").status;
 }
 
-QByteArray EngineProcess::proc(const char* name) const {
-    QFile file(QString("/proc/%1/%2").arg(m_process.processId()).arg(name));
-    EXPECT_TRUE(file.open(QFile::ReadOnly));
-    return file.readAll();
-}
-
 qint64 EngineProcess::peakMemory() const {
-    const QByteArray text = proc("status");
+    QFile file(QString("/proc/%1/status").arg(m_process.processId()));
+    EXPECT_TRUE(file.open(QFile::ReadOnly));
+    const QByteArray text = file.readAll();
     return text.mid(text.indexOf("VmHWM:") + 6).trimmed().split(' ').first().toLongLong();
-}
-
-double EngineProcess::cpuSeconds() const {
-    const QList<QByteArray> fields = proc("stat").split(')').last().trimmed().split(' ');
-    return (fields[11].toDouble() + fields[12].toDouble()) / static_cast<double>(sysconf(_SC_CLK_TCK));
 }
 
 HTTPResult exchange(int port, const QByteArray& request) {
@@ -97,12 +88,9 @@ QByteArray transcriptionRequest(const QByteArray& file, const QByteArray& diariz
 }
 
 LiveClient::LiveClient(const EngineProcess& engine) {
-    clock.start();
-    const auto keep = [this](const QString& text) {
-        messages.push_back(
-            {QJsonDocument::fromJson(text.toUtf8()).object(), static_cast<double>(clock.elapsed()) / 1000});
-    };
-    QObject::connect(&m_socket, &QWebSocket::textMessageReceived, &m_socket, keep);
+    QObject::connect(&m_socket, &QWebSocket::textMessageReceived, &m_socket, [this](const QString& text) {
+        messages.push_back({QJsonDocument::fromJson(text.toUtf8()).object()});
+    });
     QObject::connect(&m_socket, &QWebSocket::disconnected, &m_socket, [this] { m_closed = true; });
     m_socket.open(QUrl(QString("ws://127.0.0.1:%1/v1/audio/transcriptions/realtime").arg(engine.port())));
     EXPECT_EQ(waitFor("session.created"), 0U);

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QElapsedTimer>
 #include <QJsonObject>
 #include <QProcess>
 #include <QWebSocket>
@@ -20,11 +19,8 @@ public:
     QProcess& process() { return m_process; }
     int health() const; ///< the status of GET "/health", 0 when nothing answers within the application's 1.5 seconds
     qint64 peakMemory() const; ///< KiB
-    double cpuSeconds() const; ///< processor time used so far
 
 private:
-    QByteArray proc(const char* name) const;
-
     QProcess m_process;
     int m_port = 0;
 };
@@ -46,7 +42,6 @@ class LiveClient {
 public:
     struct Message {
         QJsonObject json;
-        double arrival = 0; ///< seconds on `clock`
         QString type() const { return json.value("type").toString(); }
     };
 
@@ -70,7 +65,6 @@ public:
     std::string text() const;
 
     std::vector<Message> messages;
-    QElapsedTimer clock;
 
 private:
     QWebSocket m_socket;

@@ -62,23 +62,13 @@ TEST(EngineProcess, SaysWhyItDoesNotStart) {
     ASSERT_TRUE(config.open());
     config.write("port: 17863\n# comment\nport: 99999\n");
     config.flush();
+    EXPECT_EQ(run({"serve", "--config", config.fileName()}),
+              std::pair(1, QByteArray("nemo-speech: Line 3 of the configuration: \"99999\" is not a number from 0 to "
+                                      "65535.\n")));
     EngineProcess running;
-    const QString taken = QString::number(running.port());
-    const QString good = VARNET_SOURCE_DIR "/config/speech.yaml";
-    const struct {
-        QStringList arguments;
-        int status;
-        QByteArray error;
-    } cases[] = {
-        {{"serve", "--config", config.fileName()},
-         1,
-         "nemo-speech: Line 3 of the configuration: \"99999\" is not a number from 0 to 65535.\n"},
-        {{"serve", "--config", good, "--port", taken},
-         1,
-         "nemo-speech: Port " + taken.toUtf8() + " of 127.0.0.1 can't be used: The bound address is already in use.\n"},
-        {{"pull", "nemotron-en", "--quiet"}, 0, ""},
-    };
-    for (const auto& [arguments, status, error] : cases)
-        EXPECT_EQ(run(arguments), std::pair(status, error)) << arguments.join(' ').toStdString();
-    EXPECT_EQ(run({"dance"}).first, 2);
+    const auto taken =
+        run({"serve", "--config", VARNET_SOURCE_DIR "/config/speech.yaml", "--port", QString::number(running.port())});
+    EXPECT_EQ(taken.first, 1);
+    EXPECT_TRUE(taken.second.contains("can't be used: The bound address is already in use."));
+    EXPECT_EQ(run({"pull", "nemotron-en", "--quiet"}), std::pair(0, QByteArray()));
 }

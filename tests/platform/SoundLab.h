@@ -30,8 +30,8 @@ private:
     QProcess m_process;
 };
 
-/// Writes 48 kHz float WAV; one vector for each channel.
-QString writeWAV(const QTemporaryDir& folder, const QString& name, const std::vector<std::vector<float>>& channels);
+/// Writes a file of 48 kHz; one vector for each channel.
+QString writeSound(const QTemporaryDir& folder, const std::vector<std::vector<float>>& channels);
 
 std::vector<float> tone(double frequency, double seconds, float amplitude, int sampleRate = 48'000);
 
