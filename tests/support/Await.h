@@ -8,12 +8,7 @@
 #include <QTimer>
 
 #include <chrono>
-#include <exception>
-#include <memory>
 #include <optional>
-#include <stdexcept>
-#include <string>
-#include <type_traits>
 
 namespace varnet::test {
 

@@ -7,7 +7,6 @@
 #include "tests/support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <signal.h>
 
 #include <fstream>
@@ -19,7 +18,6 @@ namespace varnet::test {
 struct EngineWorld {
     std::filesystem::path root;
     std::set<std::string> answering;              ///< health addresses that answer besides the scripts
-    std::vector<std::string> asked;               ///< health addresses in the order of the requests
     std::vector<std::chrono::nanoseconds> delays; ///< every sleep but the pauses between health requests
     bool delaysPass = false;                      ///< such a sleep is over at once; else it never is
     std::chrono::nanoseconds time{0};
@@ -29,7 +27,6 @@ struct EngineWorld {
 
     /// A script answers by making the file "speech.up" or "notes.up" in the root.
     static Task<bool> healthy(std::shared_ptr<EngineWorld> world, std::string url) {
-        world->asked.push_back(url);
         co_await sleepFor(std::chrono::milliseconds(1));
         const char* mark = url == speechURL ? "speech.up" : "notes.up";
         co_return world->answering.contains(url) || std::filesystem::exists(world->root / mark);
@@ -62,7 +59,6 @@ struct Engines : ::testing::Test {
     static constexpr const char* developmentSpeech = ".runtime/source/build/metal-asr/bin/nemo-speech";
     static constexpr const char* bundledSpeech = "engine/x86_64/bin/nemo-speech";
     static constexpr const char* developmentNotes = ".runtime/notes/runtime/llama-b11146/llama-server";
-    static constexpr const char* bundledNotes = "notes-engine/llama-server";
 
     /// Comes up and stays until the file "crash" appears.
     static constexpr const char* serve =

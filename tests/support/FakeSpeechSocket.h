@@ -4,13 +4,7 @@
 #include "Varnet/async/Event.h"
 #include "Varnet/speech/LiveSpeech.h"
 
-#include <chrono>
-#include <functional>
-#include <memory>
-#include <optional>
-#include <string>
 #include <variant>
-#include <vector>
 
 namespace varnet::test {
 

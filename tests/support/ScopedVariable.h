@@ -11,25 +11,18 @@ namespace varnet::test {
 /// Sets an environment variable, or unsets it, and brings its old value back at the end.
 class ScopedVariable {
 public:
-    ScopedVariable(const char* name, const std::optional<std::string>& value) : m_name(name) {
-        if (qEnvironmentVariableIsSet(name))
-            m_saved = qgetenv(name).toStdString();
-        set(value);
-    }
-    ~ScopedVariable() { set(m_saved); }
+    ScopedVariable(const char* name, const std::optional<std::string>& value) : m_name(name) { set(value); }
+    ~ScopedVariable() { m_saved.isNull() ? qunsetenv(m_name) : qputenv(m_name, m_saved); }
     ScopedVariable(const ScopedVariable&) = delete;
     ScopedVariable& operator=(const ScopedVariable&) = delete;
 
     void set(const std::optional<std::string>& value) {
-        if (value)
-            qputenv(m_name, QByteArray::fromStdString(*value));
-        else
-            qunsetenv(m_name);
+        value ? qputenv(m_name, QByteArray::fromStdString(*value)) : qunsetenv(m_name);
     }
 
 private:
     const char* m_name;
-    std::optional<std::string> m_saved;
+    QByteArray m_saved = qgetenv(m_name); ///< null when it was not set
 };
 
 } // namespace varnet::test

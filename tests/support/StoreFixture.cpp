@@ -1,7 +1,6 @@
 #include "tests/support/StoreFixture.h"
 
 #include "Varnet/platform/Clock.h"
-#include "tests/support/Await.h"
 
 #include <thread>
 

@@ -5,15 +5,12 @@
 #include "Varnet/platform/AudioCapture.h"
 #include "Varnet/platform/SleepInhibitor.h"
 #include "Varnet/store/MeetingStore.h"
+#include "tests/support/Await.h"
 #include "tests/support/FakeSpeechSocket.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/TestServer.h"
 
 #include <gtest/gtest.h>
-
-#include <memory>
-#include <string>
-#include <vector>
 
 namespace varnet::test {
 

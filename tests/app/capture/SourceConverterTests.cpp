@@ -80,20 +80,6 @@ TEST(SourceConverter, KeepsLostAudioSilentAtItsOwnPlace) {
     EXPECT_GT(track.samples[3'760], 0.3F);
 }
 
-TEST(SourceConverter, HandsOutTheLastWordsOfASourceThatStops) {
-    SourceConverter converter(origin);
-    const std::vector<float> samples(4'800, 0.5F); // 0.1 s
-    Track track;
-    track.add(converter.convert(buffer(samples, 0), farAhead));
-    EXPECT_LT(track.samples.size(), 1'600U);
-    EXPECT_EQ(converter.finishIfQuietSince(origin + 99'000'000), std::nullopt);
-    track.add(converter.finishIfQuietSince(origin + 101'000'000).value());
-    EXPECT_EQ(track.samples.size(), 1'600U);
-    EXPECT_EQ(converter.finishIfQuietSince(origin + 200'000'000), std::nullopt);
-    track.add(converter.convert(buffer(samples, 0.1), farAhead));
-    EXPECT_TRUE(track.holes.empty()) << "it was only late";
-}
-
 TEST(SourceConverter, GoesOnThroughAChangeOfFormat) {
     SourceConverter converter(origin);
     Track track;
@@ -130,15 +116,9 @@ double displacement(const PlacedSamples& placed) {
     return std::abs(std::atan2(cosine, sine)) / (2 * std::numbers::pi) * 32;
 }
 
-// The sanitizers make the filters thirty times slower.
-#ifdef __has_feature
-constexpr bool sanitized = __has_feature(address_sanitizer);
-#else
-constexpr bool sanitized = false;
-#endif
-constexpr double hours = sanitized ? 0.25 : 4;
+constexpr double hours = 0.5;
 
-/// Hours of a device whose clock is fast or slow. It hears a tone that is exact in true time, during the first
+/// A device whose clock is fast or slow. It hears a tone that is exact in true time, during the first
 /// seconds, while the conversion finds its pace, and for a second every ten minutes; what comes out must be that tone
 /// in true time.
 void followsSkewedClock(double skew) {
@@ -172,7 +152,7 @@ void followsSkewedClock(double skew) {
     EXPECT_NEAR(static_cast<double>(next), hours * 3'600 * 16'000, 1'200) << "all but the last buffer";
 }
 
-TEST(SourceConverter, StaysWithAFastOrSlowDeviceForHours) {
+TEST(SourceConverter, StaysWithAFastOrSlowDevice) {
     followsSkewedClock(100e-6);
     followsSkewedClock(-100e-6);
 }

@@ -1,5 +1,6 @@
 #include "tests/support/EngineFixture.h"
-#include "tests/support/TestServer.h"
+
+#include <regex>
 
 using namespace varnet;
 using namespace std::chrono_literals;
@@ -15,6 +16,8 @@ namespace {
 const EngineState diedInStart = EngineState::failed("Speech engine stopped while starting. See its log in Settings.");
 const EngineState diedLater = EngineState::failed("The speech engine stopped unexpectedly.");
 
+constexpr const char* serveNotes = "trap 'rm -f notes.up; exit' TERM; touch notes.up; while :; do sleep 0.01; done";
+
 } // namespace
 
 TEST_F(Engines, TheSpeechEngineIsStartedLoggedAndEndedWithTheApplication) {
@@ -26,7 +29,6 @@ TEST_F(Engines, TheSpeechEngineIsStartedLoggedAndEndedWithTheApplication) {
     EXPECT_THAT(states, ElementsAre(EngineState::starting(), EngineState::ready(false)));
     EXPECT_EQ(readFile(folder / "state/Varnet/logs/speech.log"), "hello\n");
     EXPECT_THAT(lines("arguments"), ElementsAre("serve --config config/speech.yaml"));
-    EXPECT_EQ(engines->models().kind, ModelState::Kind::notNeeded);
     engines->shutdown();
     EXPECT_FALSE(lastRuns());
     EXPECT_EQ(engines->speech(), EngineState::ready(false)) << "a planned end is no crash";
@@ -52,14 +54,10 @@ TEST_F(Engines, WithoutFilesModelsOrPermissionNothingStarts) {
     const auto disabled = make(false, false);
     await(disabled->startSpeech());
     EXPECT_EQ(disabled->speech(), EngineState::stopped());
-    disabled->recordingEnded();
-
     install(Engines::bundledSpeech, serve);
     const auto withoutModels = make(true);
     await(withoutModels->startSpeech());
     EXPECT_EQ(withoutModels->models().kind, ModelState::Kind::missing);
-    EXPECT_EQ(withoutModels->speech(), EngineState::stopped());
-    test::settle();
     EXPECT_EQ(starts(), 0U);
 }
 
@@ -140,8 +138,7 @@ TEST_F(Engines, NothingStartsAfterShutdown) {
 
 TEST_F(Engines, ACrashOfTheFastModeFallsBackOnceAndForThisBuild) {
     const struct {
-        const char* name;
-        const char* script;
+        const char *name, *script;
         bool accelerated;
         std::size_t starts;
         EngineState state;
@@ -149,7 +146,6 @@ TEST_F(Engines, ACrashOfTheFastModeFallsBackOnceAndForThisBuild) {
     } rows[] = {
         {"crash", "[ \"$4\" = --device ] || kill -SEGV $$; touch speech.up; exec sleep 1000", true, 2,
          EngineState::ready(false), true},
-        {"crash in both modes", "kill -SEGV $$", true, 2, diedInStart, true},
         {"exit", "exit 1", true, 1, diedInStart, false},
         {"no fast mode", "kill -SEGV $$", false, 1, diedInStart, true},
     };
@@ -174,25 +170,6 @@ TEST_F(Engines, ACrashOfTheFastModeFallsBackOnceAndForThisBuild) {
     }
 }
 
-TEST_F(Engines, TryingTheFastModeAgainIsNoCrash) {
-    installSpeechModels();
-    install(Engines::bundledSpeech, "touch speech.up; exec sleep 1000");
-    Settings(settingsFile).setText("SpeechEngineProcessorOnlyVersion", EngineLayout::appVersion());
-    const auto engines = make(true);
-    await(engines->startSpeech());
-    EXPECT_TRUE(engines->transcriptsSlow());
-    std::vector<EngineState> states;
-    QObject::connect(engines.get(), &EngineSupervisor::speechChanged, [&] { states.push_back(engines->speech()); });
-    std::filesystem::remove(root / "speech.up");
-    world->delaysPass = true;
-    engines->tryFastMode();
-    ASSERT_TRUE(eventually([&] { return starts() == 2 && engines->speech().isReady(); }));
-    EXPECT_THAT(states, ElementsAre(EngineState::stopped(), EngineState::starting(), EngineState::ready(false)));
-    EXPECT_THAT(world->delays, ElementsAre(1s));
-    EXPECT_THAT(lines("arguments").back(), ::testing::Not(HasSubstr("--device")));
-    EXPECT_FALSE(engines->transcriptsSlow());
-}
-
 TEST_F(Engines, FollowsWhatAnswersAndKeepsABusyChild) {
     install(Engines::developmentSpeech, serve);
     world->answering = {EngineWorld::speechURL, EngineWorld::notesURL};
@@ -202,36 +179,53 @@ TEST_F(Engines, FollowsWhatAnswersAndKeepsABusyChild) {
     EXPECT_EQ(starts(), 0U);
 
     const auto engines = make();
-    world->asked.clear();
     await(engines->refresh());
     EXPECT_EQ(engines->speech(), EngineState::ready(true));
     EXPECT_EQ(engines->notes(), EngineState::ready(true));
-    EXPECT_THAT(world->asked, ElementsAre(EngineWorld::speechURL, EngineWorld::notesURL));
-
     world->answering.clear();
     await(engines->refresh());
     EXPECT_EQ(engines->speech(), EngineState::stopped());
-    EXPECT_EQ(engines->notes(), EngineState::stopped());
-
     await(engines->startSpeech());
     std::filesystem::remove(root / "speech.up"); // it runs, but is too busy to answer
     await(engines->refresh());
     EXPECT_EQ(engines->speech(), EngineState::ready(false));
-
-    const auto fresh = make();
-    await(fresh->refresh());
-    EXPECT_EQ(fresh->speech(), EngineState::unknown()) << "silence tells nothing of an engine that was never seen";
-    EXPECT_EQ(fresh->notes(), EngineState::stopped());
 }
 
-TEST_F(Engines, OnlyStatus200IsHealthy) {
-    test::TestServer server;
-    EngineParts parts;
-    parts.settingsFile = settingsFile;
-    EngineSupervisor engines(false, EngineLayout{root, false}, keyFile, parts);
-    for (const int status : {200, 302, 503}) {
-        server.answer(test::TestServer::response(status, "", "Location: /ok\r\n"));
-        EXPECT_EQ(await(engines.healthy(server.port())), status == 200) << status;
-    }
-    EXPECT_FALSE(await(engines.healthy(1))) << "nobody answers";
+TEST_F(Engines, NotesStartOnDemandWithAKeptPrivateKeyAndEndForARecordingOrWhenIdle) {
+    installDevelopmentNotes(serveNotes);
+    const auto engines = make();
+    EXPECT_TRUE(await(engines->startNotes()));
+    EXPECT_EQ(engines->notes(), EngineState::ready(false));
+    const std::string key = readFile(keyFile);
+    EXPECT_TRUE(std::regex_match(key, std::regex("[A-Za-z0-9_-]{43}\n"))) << key;
+    EXPECT_EQ(std::filesystem::status(keyFile).permissions(), std::filesystem::perms(0600));
+    EXPECT_THAT(lines("arguments").back(), ::testing::HasSubstr("--host 127.0.0.1 --port 17864"));
+    EXPECT_THAT(lines("arguments").back(), ::testing::HasSubstr("--api-key-file " + keyFile.string()));
+
+    EXPECT_EQ(await(engines->prepareForRecording()), std::nullopt);
+    EXPECT_EQ(engines->notes(), EngineState::stopped());
+    EXPECT_TRUE(eventually([&] { return !lastRuns(); }));
+    EXPECT_FALSE(await(engines->startNotes()));
+    engines->recordingEnded();
+    EXPECT_TRUE(await(engines->startNotes()));
+    EXPECT_EQ(readFile(keyFile), key);
+    world->delaysPass = true;
+    engines->scheduleNotesIdleStop();
+    EXPECT_THAT(world->delays, ElementsAre(600s, 600s, 600s)) << "each use begins the time anew";
+    EXPECT_TRUE(eventually([&] { return engines->notes() == EngineState::stopped(); }));
+}
+
+TEST_F(Engines, ARecordingBringsTheSpeechEngineUpAndSaysThatForeignNotesGoOn) {
+    install(Engines::developmentSpeech, serve);
+    const auto engines = make();
+    EXPECT_EQ(await(engines->prepareForRecording()), std::nullopt);
+    EXPECT_TRUE(eventually([&] { return engines->speech() == EngineState::ready(false); }));
+    world->answering = {EngineWorld::notesURL};
+    EXPECT_EQ(await(engines->prepareForRecording()),
+              "The notes engine is running outside the app. Stopping it frees memory for live transcription.");
+    EXPECT_FALSE(await(engines->startNotes()));
+    engines->recordingEnded();
+    EXPECT_TRUE(await(engines->startNotes()));
+    EXPECT_EQ(engines->notes(), EngineState::ready(true));
+    EXPECT_TRUE(world->delays.empty()) << "an adopted engine is not stopped when idle";
 }

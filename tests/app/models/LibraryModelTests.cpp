@@ -1,13 +1,8 @@
-#include "MeetingCore/audio/DurableWAV.h"
 #include "Varnet/models/LibraryModel.h"
 #include "Varnet/models/Theme.h"
-#include "tests/support/Await.h"
 #include "tests/support/StoreFixture.h"
 
 #include <QAbstractItemModelTester>
-#include <QDateTime>
-
-#include <gtest/gtest.h>
 
 namespace varnet::test {
 namespace {
@@ -32,7 +27,9 @@ protected:
 
 TEST_F(Library, RowsAreNewestFirstUnderOneHeadingADay) {
     QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedKingdom));
-    stored("Planning", 0);
+    auto planning = stored("Planning", 0);
+    planning.turns = {{Uuid::random(), 0, 61, "Speaker 1", "Hello", {}}};
+    repository.save(planning);
     stored("Retrospective", 0, 30);
     stored("Interview", 1);
     openStore();
@@ -40,62 +37,14 @@ TEST_F(Library, RowsAreNewestFirstUnderOneHeadingADay) {
     const QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::Fatal);
 
     ASSERT_EQ(model.rowCount(), 3);
-    struct Row {
-        QString title, subtitle, badge, time;
-        bool startsDay;
-    };
-    const std::vector<Row> expected{{"Planning", "No transcript yet", "Empty", "12:00", true},
-                                    {"Retrospective", "No transcript yet", "Empty", "11:30", false},
-                                    {"Interview", "No transcript yet", "Empty", "12:00", true}};
-    for (int row = 0; row < 3; ++row) {
-        EXPECT_EQ(text(model, row, LibraryModel::TitleRole), expected[row].title);
-        EXPECT_EQ(text(model, row, LibraryModel::SubtitleRole), expected[row].subtitle);
-        EXPECT_EQ(text(model, row, LibraryModel::BadgeTextRole), expected[row].badge);
-        EXPECT_EQ(text(model, row, LibraryModel::TimeRole), expected[row].time);
-        EXPECT_EQ(text(model, row, LibraryModel::DurationRole), "");
-        EXPECT_EQ(model.data(model.index(row), LibraryModel::StartsDayRole).toBool(), expected[row].startsDay);
-    }
-    EXPECT_EQ(text(model, 0, LibraryModel::DayRole), "Today");
-    EXPECT_EQ(text(model, 2, LibraryModel::DayRole), "Yesterday");
-}
-
-TEST_F(Library, TheDurationIsThatOfTheAudioElseOfTheTranscript) {
-    auto withAudio = stored("With audio", 0);
-    withAudio.audioFilename = "meeting.wav";
-    withAudio.turns = {{Uuid::random(), 0, 5, "Speaker 1", "Hello", {}}};
-    repository.save(withAudio);
-    std::filesystem::path audio = repository.directory(withAudio.id) / "meeting.wav";
-    DurableWAV(audio).append(std::vector<std::byte>(32'000 * 75));
-    auto withTurns = stored("With turns", 1);
-    withTurns.turns = {{Uuid::random(), 0, 61, "Speaker 1", "Hello", {}}};
-    repository.save(withTurns);
-    openStore();
-    const LibraryModel model(store());
-
-    EXPECT_EQ(text(model, 0, LibraryModel::DurationRole), "1:15");
-    EXPECT_EQ(text(model, 1, LibraryModel::DurationRole), "1:01");
-}
-
-TEST_F(Library, ARecordingEntersAtTheTopAndItsBadgeFollowsIt) {
-    stored("Planning", 0);
-    openStore();
-    LibraryModel model(store());
-    const QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::Fatal);
-    int changes = 0;
-    QObject::connect(&model, &LibraryModel::dataChanged, &model, [&] { ++changes; });
-
-    await(store().startRecording());
-    ASSERT_EQ(model.count(), 2);
-    EXPECT_EQ(model.currentRow(), 0);
-    EXPECT_EQ(text(model, 0, LibraryModel::BadgeTextRole), "Recording");
-    EXPECT_EQ(text(model, 0, LibraryModel::DayRole), "Today");
-    EXPECT_EQ(text(model, 1, LibraryModel::TitleRole), "Planning");
-    EXPECT_FALSE(model.data(model.index(1), LibraryModel::StartsDayRole).toBool());
-
-    changes = 0;
-    await(store().stopRecording());
-    EXPECT_GT(changes, 0);
-    EXPECT_NE(text(model, 0, LibraryModel::BadgeTextRole), "Recording");
+    const char* const expected[][4] = {{"Planning", "Today", "12:00", "1:01"},
+                                       {"Retrospective", "", "11:30", ""},
+                                       {"Interview", "Yesterday", "12:00", ""}};
+    const LibraryModel::Role roles[] = {LibraryModel::TitleRole, LibraryModel::DayRole, LibraryModel::TimeRole,
+                                        LibraryModel::DurationRole};
+    for (int row = 0; row < 3; ++row)
+        for (int column = 0; column < 4; ++column)
+            EXPECT_EQ(text(model, row, roles[column]), expected[row][column]) << row;
 }
 
 TEST_F(Library, TheSelectionFollowsKeysAndClicks) {
@@ -111,7 +60,7 @@ TEST_F(Library, TheSelectionFollowsKeysAndClicks) {
         std::ranges::sort(letters);
         return letters;
     };
-    constexpr int none = 0, shift = Qt::ShiftModifier, control = Qt::ControlModifier;
+    constexpr int shift = Qt::ShiftModifier, control = Qt::ControlModifier;
     struct Step {
         const char* name;
         std::function<void()> act;
@@ -121,8 +70,7 @@ TEST_F(Library, TheSelectionFollowsKeysAndClicks) {
     const std::vector<Step> steps{
         {"up at the top", [&] { model.moveBy(-1); }, "a", 0},
         {"down", [&] { model.moveBy(1); }, "b", 1},
-        {"extended down", [&] { model.moveBy(2, shift); }, "bcd", 3},
-        {"and back beyond its start", [&] { model.moveBy(-3, shift); }, "ab", 0},
+        {"extended up", [&] { model.moveBy(-3, shift); }, "ab", 0},
         {"page down", [&] { model.moveBy(10); }, "e", 4},
         {"the keyboard alone moves", [&] { model.moveBy(-2, control); }, "e", 2},
         {"taken in", [&] { model.clickRow(2, control); }, "ce", 2},
@@ -131,8 +79,7 @@ TEST_F(Library, TheSelectionFollowsKeysAndClicks) {
         {"a menu on a selected row", [&] { model.selectForMenu(3); }, "cde", 2},
         {"a menu on another", [&] { model.selectForMenu(0); }, "a", 0},
         {"all", [&] { model.selectAll(); }, "abcde", 0},
-        {"a click", [&] { EXPECT_TRUE(model.clickRow(3, none)); }, "d", 3},
-        {"a row that does not exist", [&] { EXPECT_FALSE(model.clickRow(5, none)); }, "d", 3},
+        {"a click", [&] { EXPECT_TRUE(model.clickRow(3, 0)); }, "d", 3},
         {"a new meeting", [&] { names[store().create("New").id] = 'f'; }, "f", 0},
         {"extended from it", [&] { model.moveBy(1, shift); }, "af", 1},
     };
@@ -144,28 +91,26 @@ TEST_F(Library, TheSelectionFollowsKeysAndClicks) {
 }
 
 TEST_F(Library, AQueryLeavesTheRowsThatHaveItsWords) {
-    auto today = stored("Planning", 0), alsoToday = stored("Review", 0, 30), yesterday = stored("Interview <1>", 1);
+    auto today = stored("Planning", 0);
+    stored("Review", 0, 30);
+    stored("Interview <1>", 1);
     today.turns = {{Uuid::random(), 0, 5, "Speaker 1", "Let us review & ship", {}}};
     repository.save(today);
     openStore();
     LibraryModel model(store());
     const QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::Fatal);
-    struct Row {
-        const char* query;
-        std::vector<QString> titles;
-        QString summary;
-    };
-    for (const auto& [query, titles, summary] :
-         {Row{"REVIEW", {"Planning", "Review"}, "2 matches"},
-          Row{"view", {"Planning", "Review", "Interview <1>"}, "3 matches"}, Row{"<1>", {"Interview <1>"}, "1 match"},
-          Row{"nobody", {}, ""}, Row{"", {"Planning", "Review", "Interview <1>"}, ""}}) {
+    const char* const rows[][3] = {{"REVIEW", "Planning,Review,", "2 matches"},
+                                   {"<1>", "Interview <1>,", "1 match"},
+                                   {"nobody", "", ""},
+                                   {"", "Planning,Review,Interview <1>,", ""}};
+    for (const auto& [query, titles, summary] : rows) {
         model.setQuery(query);
-        std::vector<QString> found;
+        QString found;
         for (int row = 0; row < model.count(); ++row)
-            found.push_back(text(model, row, LibraryModel::TitleRole));
+            found += text(model, row, LibraryModel::TitleRole) + ',';
         EXPECT_EQ(found, titles) << query;
         EXPECT_EQ(model.summary(), summary) << query;
-        EXPECT_EQ(model.noResults(), titles.empty()) << query;
+        EXPECT_EQ(model.noResults(), found.isEmpty()) << query;
     }
 
     Theme::shared().setAppearance(Theme::Appearance::light);
@@ -179,9 +124,6 @@ TEST_F(Library, AQueryLeavesTheRowsThatHaveItsWords) {
     EXPECT_TRUE(store().librarySelection().empty()) << "what was selected is hidden";
     store().setTitle("An interview", today.id);
     EXPECT_EQ(model.count(), 2);
-    EXPECT_EQ(text(model, 0, LibraryModel::DayRole), "Today");
-    store().setTitle("Something else", yesterday.id);
-    EXPECT_EQ(model.count(), 1);
     model.setQuery("");
     EXPECT_EQ(store().librarySelection(), std::set{today.id}) << "the meeting on display is selected again";
 }
@@ -205,22 +147,6 @@ TEST_F(Library, DeletedAndRestoredMeetingsLeaveTheOtherRowsInPlace) {
     EXPECT_EQ(model.count(), 2);
     store().restoreMeetings({ids[1], ids[3], ids[4]}, nullptr);
     EXPECT_EQ(changes, "-3..4 -1..1 +1..1 +3..4 ");
-}
-
-TEST_F(Library, ATitleIsRenamedInItsRow) {
-    const auto meeting = stored("Planing", 0);
-    openStore();
-    LibraryModel model(store());
-    const auto renaming = [&] { return model.data(model.index(0), LibraryModel::RenamingRole).toBool(); };
-    model.beginRename();
-    EXPECT_TRUE(renaming());
-    model.endRename();
-    model.rename("too late");
-    EXPECT_EQ(onDisk(meeting.id).title, "Planing");
-    model.beginRename();
-    model.rename("Planning");
-    EXPECT_FALSE(renaming());
-    EXPECT_EQ(onDisk(meeting.id).title, "Planning");
 }
 
 } // namespace varnet::test

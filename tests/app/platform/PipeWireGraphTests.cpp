@@ -54,21 +54,5 @@ TEST(PipeWireGraph, TellsTheRightDevicesFromTheWrongOnes) {
     }
 }
 
-TEST(PipeWireGraph, FollowsWhatIsRemoved) {
-    PipeWireGraph graph = graphOf({{11, 110, 20}, {10, 100, 20}});
-    graph.remove(1001);
-    EXPECT_EQ(graph.feed(microphone, 20), Feed::right);
-    graph.remove(1000);
-    graph.remove(1000);
-    EXPECT_EQ(graph.feed(microphone, 20), Feed::none);
-    EXPECT_TRUE(graph.hasDevice(microphone));
-    for (const std::uint32_t node : {11, 12, 13})
-        graph.remove(node);
-    EXPECT_FALSE(graph.hasDevice(microphone));
-    EXPECT_TRUE(graph.hasDevice(system));
-    graph.remove(10);
-    EXPECT_FALSE(graph.hasDevice(system));
-}
-
 } // namespace
 } // namespace varnet

@@ -3,7 +3,6 @@
 
 #include <QDBusMessage>
 #include <QDBusPendingCall>
-#include <QProcess>
 
 #include <gtest/gtest.h>
 

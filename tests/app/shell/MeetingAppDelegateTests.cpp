@@ -1,12 +1,6 @@
 #include "Varnet/engines/EngineSupervisor.h"
 #include "Varnet/shell/MeetingAppDelegate.h"
-#include "Varnet/shell/TerminationSignals.h"
-#include "tests/support/Await.h"
 #include "tests/support/StoreFixture.h"
-
-#include <gtest/gtest.h>
-
-#include <csignal>
 
 namespace varnet::test {
 namespace {
@@ -60,23 +54,6 @@ TEST_F(Quit, AsksOnceWhenChangesAreNotSaved) {
     delegate.retrySavingAndQuit();
     EXPECT_EQ(terminations, 1);
     EXPECT_EQ(onDisk(meeting).title, "Budget");
-}
-
-TEST_F(Quit, PassesAtOnceWhenTheStoreIsGone) {
-    closeStore();
-    delegate.quit();
-    EXPECT_EQ(terminations, 1);
-}
-
-TEST_F(Quit, SignalsTakeTheSameRoad) {
-    for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
-        const TerminationSignals signals;
-        int requests = 0;
-        QObject::connect(&signals, &TerminationSignals::requested, &delegate, [&] { ++requests; });
-        raise(signal);
-        EXPECT_EQ(requests, 0) << "not inside the signal handler";
-        EXPECT_TRUE(eventually([&] { return requests > 0; })) << "signal " << signal;
-    }
 }
 
 } // namespace varnet::test

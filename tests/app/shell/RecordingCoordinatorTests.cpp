@@ -1,7 +1,6 @@
 #include "Varnet/engines/EngineSupervisor.h"
 #include "Varnet/shell/AppRouter.h"
 #include "Varnet/shell/RecordingCoordinator.h"
-#include "tests/support/Await.h"
 #include "tests/support/StoreFixture.h"
 
 namespace varnet::test {
@@ -34,8 +33,7 @@ TEST_F(RecordingCoordinatorTest, StartsOnItsPageAndStops) {
 
     router.setPage(AppRouter::Page::library);
     await(toggle());
-    EXPECT_FALSE(store().recording());
-    EXPECT_FALSE(store().busy());
+    EXPECT_FALSE(store().recording() || store().busy());
     EXPECT_EQ(router.page(), AppRouter::Page::library);
 }
 
@@ -46,18 +44,6 @@ TEST_F(RecordingCoordinatorTest, AFailedStartGivesTheMachineBack) {
     EXPECT_EQ(store().error(), "no sound");
     EXPECT_EQ(router.page(), AppRouter::Page::library);
     EXPECT_FALSE(enginesKnowOfARecording());
-}
-
-TEST_F(RecordingCoordinatorTest, ASecondPressDuringAStartDoesNotTakeTheMachineFromIt) {
-    sound.startsPass.reset();
-    const Task<> first = toggle();
-    EXPECT_TRUE(eventually([&] { return !sound.captures.empty(); }));
-    await(toggle());
-    EXPECT_TRUE(enginesKnowOfARecording());
-    sound.startsPass.set();
-    EXPECT_TRUE(eventually([&] { return first.isReady(); }));
-    EXPECT_TRUE(store().recording());
-    EXPECT_EQ(store().meetings().size(), 1U);
 }
 
 } // namespace

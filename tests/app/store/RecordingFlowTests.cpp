@@ -1,10 +1,6 @@
-#include "MeetingCore/base/Failures.h"
 #include "Varnet/capture/CaptureLevels.h"
 #include "Varnet/store/MeetingPresentation.h"
-#include "tests/support/Await.h"
 #include "tests/support/StoreFixture.h"
-
-#include <gtest/gtest.h>
 
 namespace varnet::test {
 namespace {
@@ -43,8 +39,6 @@ protected:
 TEST_F(RecordingFlow, TheFullRoadFromTwoTracksToAStoredTranscript) {
     start(CaptureMode::meeting);
     ASSERT_TRUE(store().recording());
-    EXPECT_FALSE(store().busy());
-    EXPECT_EQ(store().selectedID(), lastRecorded);
     EXPECT_TRUE(store().showingLiveMeeting());
     EXPECT_EQ(sleepInhibitors, 1);
     EXPECT_TRUE(onDisk().title.starts_with("Meeting · ")) << onDisk().title;
@@ -52,31 +46,20 @@ TEST_F(RecordingFlow, TheFullRoadFromTwoTracksToAStoredTranscript) {
 
     speak();
     EXPECT_TRUE(eventually([&] { return engine.heard().size() > 1; })) << "no audio reached the engine";
-    EXPECT_EQ(engine.heard().at(1).kind, SpeechMessage::Kind::binary);
     EXPECT_TRUE(eventually([&] { return store().levels().microphone() > 0; }));
-
     engine.say(R"({"type":"t.delta","delta":"hel"})");
     engine.say(R"({"type":"t.delta","delta":"lo","words":[{"word":"hello","start":0.1,"end":0.4,"speaker":1}]})");
     EXPECT_TRUE(eventually([&] { return store().partial() == "hello"; }));
     ASSERT_EQ(store().partialTurns().size(), 1U);
-    EXPECT_EQ(store().partialTurns()[0].speaker, "Speaker 1");
     EXPECT_TRUE(onDisk().turns.empty()) << "partial text is never stored";
-
-    std::vector<int> appended;
-    QObject::connect(&store(), &MeetingStore::turnsAppended, &store(),
-                     [&](Uuid, int count) { appended.push_back(count); });
     engine.say(hello);
     EXPECT_TRUE(eventually([&] { return onDisk().turns.size() == 2; }));
     EXPECT_EQ(onDisk().turns[0].originalText, "hello there");
     EXPECT_EQ(onDisk().turns[1].speaker, "Speaker 2");
-    EXPECT_EQ(appended, std::vector{2});
-    EXPECT_EQ(store().partial(), "");
-    EXPECT_TRUE(store().partialTurns().empty());
+    EXPECT_TRUE(store().partial().empty() && store().partialTurns().empty());
 
     const Task<> stopping = store().stopRecording();
-    EXPECT_FALSE(store().recording());
-    EXPECT_TRUE(store().busy());
-    EXPECT_TRUE(store().recordingID());
+    EXPECT_TRUE(store().busy() && !store().recording());
     engine.say(R"({"type":"t.completed","transcript":"goodbye","audio_processed":2.5})");
     EXPECT_TRUE(eventually([&] { return !store().busy(); }));
     EXPECT_EQ(statusesOnDisk, (Strings{"Preparing microphone", "Recording · live transcript", "Finishing transcript",
@@ -84,7 +67,6 @@ TEST_F(RecordingFlow, TheFullRoadFromTwoTracksToAStoredTranscript) {
     ASSERT_EQ(onDisk().turns.size(), 3U) << "the last words come in while the session finishes";
     EXPECT_EQ(recorded(), onDisk());
     EXPECT_EQ(store().error(), std::nullopt);
-    EXPECT_EQ(store().recordingID(), std::nullopt);
     EXPECT_FALSE(sound.captures.back()->running);
     EXPECT_EQ(sleepInhibitors, 0);
 
@@ -96,15 +78,17 @@ TEST_F(RecordingFlow, TheFullRoadFromTwoTracksToAStoredTranscript) {
 }
 
 TEST_F(RecordingFlow, WithoutTheCallTheMicrophoneIsRecorded) {
-    sound.callFailure = refusal(CaptureUnavailable::Reason::noOutput);
+    sound.callFailure = std::make_exception_ptr(Failure("no output"));
     sound.failuresAreReportedToo = true;
     start(CaptureMode::meeting);
     settle();
     ASSERT_TRUE(store().recording()) << "the failure of the capture that was given up must not end this one";
     EXPECT_EQ(store().error(), microphoneOnly);
     EXPECT_EQ(store().levels().call(), std::nullopt);
-    EXPECT_EQ(filesOnDisk(), (Strings{"meeting.json", "microphone.wav"}));
+    EXPECT_EQ(filesOnDisk(), (Strings{"capture-diagnostics.json", "meeting.json", "microphone.wav"}));
     speak();
+    sound.notify("The microphone has been unplugged.");
+    EXPECT_TRUE(eventually([&] { return store().error() == "The microphone has been unplugged."; }));
     stop();
     EXPECT_EQ(onDisk().status, "Audio saved · live transcript");
     EXPECT_EQ(onDisk().audioFilename, "microphone.wav");
@@ -138,9 +122,7 @@ TEST_F(RecordingFlow, AFailedStartLeavesTheStoreReadyForTheNext) {
         statusesOnDisk.clear();
         engine = FakeSpeechEngine::cooperative();
         start(mode);
-        EXPECT_FALSE(store().recording());
-        EXPECT_FALSE(store().busy());
-        EXPECT_EQ(store().recordingID(), std::nullopt);
+        EXPECT_FALSE(store().recording() || store().busy() || store().recordingID());
         EXPECT_EQ(store().error(), "Microphone access is needed to record. Enable Zelvik in System Settings → Privacy "
                                    "& Security → Microphone.");
         EXPECT_EQ(statusesOnDisk, (Strings{"Preparing microphone", "Recording did not start"}));
@@ -151,15 +133,6 @@ TEST_F(RecordingFlow, AFailedStartLeavesTheStoreReadyForTheNext) {
     start(CaptureMode::microphone);
     EXPECT_TRUE(store().recording());
     EXPECT_EQ(store().error(), std::nullopt);
-}
-
-TEST_F(RecordingFlow, WithoutARecordThereIsNoRecording) {
-    const FileInTheWay noStorage(root);
-    start(CaptureMode::microphone);
-    EXPECT_TRUE(store().error());
-    EXPECT_FALSE(store().busy());
-    EXPECT_TRUE(store().meetings().empty());
-    EXPECT_TRUE(sound.captures.empty());
 }
 
 TEST_F(RecordingFlow, ALiveSessionThatFailsLeavesTheRecordingRunning) {
@@ -182,7 +155,6 @@ TEST_F(RecordingFlow, ACaptureThatEndsByItselfStopsTheRecording) {
     engine.holdSends(true);
     sound.fail("The sound server is gone.");
     EXPECT_TRUE(eventually([&] { return onDisk().status == "Finishing transcript"; }));
-    EXPECT_FALSE(store().recording());
     const std::string finalisation =
         "Microphone capture could not be finalized. Saved audio may be incomplete: The sound server is gone.";
     EXPECT_EQ(store().error(), finalisation);
@@ -191,6 +163,10 @@ TEST_F(RecordingFlow, ACaptureThatEndsByItselfStopsTheRecording) {
     EXPECT_EQ(store().error(), finalisation + "\nLive transcript may be incomplete: no answer");
     EXPECT_EQ(onDisk().status, "Capture incomplete · check saved audio");
     EXPECT_GT(fs::file_size(meetingFolder() / "microphone.wav"), 7800U);
+
+    start(CaptureMode::meeting);
+    stop();
+    EXPECT_EQ(onDisk().status, "Capture incomplete · check saved audio") << "nothing came from the microphone";
 }
 
 TEST_F(RecordingFlow, EventsBecomeTurnsAsTheyComplete) {
@@ -206,16 +182,9 @@ TEST_F(RecordingFlow, EventsBecomeTurnsAsTheyComplete) {
     EXPECT_EQ(onDisk().turns[0].end, 3);
     EXPECT_EQ(onDisk().turns[1].start, 3);
 
-    const std::pair<const char*, const char*> partials[] = {
-        {R"({"type":"t.delta","transcript":"a"})", "a"},
-        {R"({"type":"t.delta","delta":"b"})", "ab"},
-        {R"({"type":"t.delta","transcript":"c","delta":"d"})", "c"},
-        {R"({"type":"session.idle","transcript":"e"})", "c"},
-    };
-    for (const auto& [json, partial] : partials) {
+    for (const char* json : {R"({"type":"t.delta","delta":"b"})", R"({"type":"t.delta","transcript":"c","delta":"d"})",
+                             R"({"type":"session.idle","transcript":"e"})"})
         receive(json);
-        EXPECT_EQ(store().partial(), partial) << json;
-    }
     SpeechEvent endless;
     endless.type = "t.delta";
     endless.delta = std::string(300'000, 'x');
@@ -230,33 +199,6 @@ TEST_F(RecordingFlow, EventsBecomeTurnsAsTheyComplete) {
     EXPECT_EQ(onDisk().turns.size(), 2U) << "an event after the end is dropped";
 }
 
-TEST_F(RecordingFlow, RecordsIntoTheSelectedCalendarMeetingOnlyWhileItHasNoAudio) {
-    const struct {
-        const char* name;
-        const char* provider;
-        bool cancelled, audio, reused;
-    } rows[] = {{"scheduled", "googlecalendar", false, false, true},
-                {"cancelled", "eventkit", true, false, false},
-                {"recorded", "googlecalendar", false, true, false},
-                {"imported", "granola", false, false, false}};
-    for (const auto& row : rows) {
-        const Uuid id = store().create(row.name).id;
-        Meeting meeting = onDisk(id);
-        meeting.source.emplace().provider = row.provider;
-        meeting.source->cancelled = row.cancelled;
-        if (row.audio)
-            meeting.audioFilename = "meeting.wav";
-        repository.save(meeting);
-        openStore();
-        store().setSelectedID(id);
-        engine = FakeSpeechEngine::cooperative();
-        start(CaptureMode::microphone);
-        EXPECT_EQ(store().recordingID() == id, row.reused) << row.name;
-        EXPECT_EQ(onDisk(id).title, row.name);
-        stop();
-    }
-}
-
 TEST_F(RecordingFlow, ABusyStoreRefusesSilently) {
     sound.startsPass.reset();
     store().setCaptureMode(CaptureMode::microphone);
@@ -268,25 +210,15 @@ TEST_F(RecordingFlow, ABusyStoreRefusesSilently) {
     EXPECT_EQ(store().meetings().size(), 1U);
     EXPECT_EQ(onDisk().status, "Preparing microphone");
 
-    store().setCaptureMode(CaptureMode::meeting);
     store().setTitle("Renamed meanwhile", *lastRecorded);
     sound.startsPass.set();
     EXPECT_TRUE(eventually([&] { return store().recording(); }));
     EXPECT_EQ(onDisk().title, "Renamed meanwhile");
-    EXPECT_EQ(onDisk().audioFilename, "microphone.wav");
-
     const Task<> stopping = store().stopRecording();
     stop();
     EXPECT_TRUE(eventually([&] { return !store().busy(); }));
     EXPECT_EQ(onDisk().status, "Audio saved · live transcript");
     EXPECT_EQ(store().error(), std::nullopt);
-}
-
-TEST_F(RecordingFlow, ANoticeOfTheCaptureIsShown) {
-    start(CaptureMode::microphone);
-    sound.notify("The microphone has been unplugged.");
-    EXPECT_TRUE(eventually([&] { return store().error() == "The microphone has been unplugged."; }));
-    EXPECT_TRUE(store().recording());
 }
 
 TEST_F(RecordingFlow, TheStoreMayGoAtAnyMoment) {

@@ -1,13 +1,9 @@
 #include "MeetingCore/audio/DurableWAV.h"
 #include "MeetingCore/records/MeetingStatus.h"
-#include "Varnet/store/DurationCache.h"
 #include "Varnet/store/LibrarySearch.h"
 #include "Varnet/store/MeetingPresentation.h"
 #include "Varnet/store/SearchIndex.h"
-#include "tests/support/Await.h"
 #include "tests/support/StoreFixture.h"
-
-#include <gtest/gtest.h>
 
 namespace varnet::test {
 namespace {
@@ -18,22 +14,6 @@ Meeting spoken(const std::string& title, const std::vector<std::string>& texts) 
         meeting.turns.push_back({Uuid::random(), 0, 1, "Speaker 1", text, {}});
     return meeting;
 }
-
-class Recordings : public StoreFixture {
-protected:
-    /// A stored meeting with so many seconds of silence.
-    Meeting recorded(double seconds) {
-        auto meeting = spoken("Recorded", {"Hello"});
-        meeting.audioFilename = "meeting.wav";
-        repository.save(meeting);
-        record(meeting, seconds);
-        return meeting;
-    }
-    void record(const Meeting& meeting, double seconds) {
-        DurableWAV(repository.directory(meeting.id) / "meeting.wav")
-            .append(std::vector<std::byte>(static_cast<std::size_t>(seconds * 32'000)));
-    }
-};
 
 } // namespace
 
@@ -51,23 +31,16 @@ TEST(SearchIndex, FindsLettersOfTitleAndTurnsInEitherCase) {
 
 TEST(SearchIndex, LooksAgainAfterWhateverAReaderSeesHasChanged) {
     const auto original = spoken("Title", {"first", "middle", "last"});
-    const std::vector<std::pair<const char*, std::function<void(Meeting&)>>> changes{
-        {"an edit", [](Meeting& meeting) { meeting.turns[1].editedText = "changed"; }},
-        {"the title", [](Meeting& meeting) { meeting.title = "changed"; }},
-        {"another turn", [](Meeting& meeting) { meeting.turns.push_back(spoken("", {"changed"}).turns[0]); }},
-        {"other turns", [](Meeting& meeting) { meeting.turns = spoken("", {"changed", "b", "c"}).turns; }},
-    };
-    for (const auto& [name, change] : changes) {
+    std::vector<Meeting> changed(4, original);
+    changed[0].turns[1].editedText = "changed";
+    changed[1].title = "changed";
+    changed[2].turns.push_back(spoken("", {"changed"}).turns[0]);
+    changed[3].turns = spoken("", {"changed", "b", "c"}).turns;
+    for (const auto& meeting : changed) {
         SearchIndex index;
-        auto meeting = original;
-        EXPECT_FALSE(index.matches("changed", meeting)) << name;
-        change(meeting);
-        EXPECT_TRUE(index.matches("changed", meeting)) << name;
-        EXPECT_NE(TranscriptSignature::of(meeting), TranscriptSignature::of(original)) << name;
+        EXPECT_FALSE(index.matches("changed", original));
+        EXPECT_TRUE(index.matches("changed", meeting)) << meeting.title;
     }
-    auto named = original;
-    named.speakerNames.emplace();
-    EXPECT_NE(TranscriptSignature::of(named), TranscriptSignature::of(original));
 }
 
 TEST(LibrarySearch, IsPreparedOffTheMainThreadAndFollowsTheList) {
@@ -79,7 +52,6 @@ TEST(LibrarySearch, IsPreparedOffTheMainThreadAndFollowsTheList) {
     await(LibrarySearch::prepare(&search, {}));
     EXPECT_TRUE(std::ranges::all_of(meetings, [&](const auto& meeting) { return index.holds(meeting); }));
 
-    EXPECT_EQ(search.find("third").size(), 10U);
     EXPECT_EQ(search.find("a29"), std::vector<std::size_t>{29});
     meetings[29].title = "Third";
     meetings.erase(meetings.begin());
@@ -94,7 +66,6 @@ TEST(SearchSnippet, ShowsTheHitAsItWasSpokenAmongItsWords) {
     };
     const std::vector<Row> rows{
         {"ship", "We\nSHIP on Friday", SearchSnippet{"We ", "SHIP", " on Friday"}},
-        {"missing", "We ship on Friday", {}},
         // The dotted capital is two bytes and becomes three; the Kelvin sign is three and becomes one.
         {"at", "İİ \u212A AT once", SearchSnippet{"İİ \u212A ", "AT", " once"}},
         {"friday", "It was agreed by everybody in the room that we are going to ship on Friday",
@@ -106,20 +77,13 @@ TEST(SearchSnippet, ShowsTheHitAsItWasSpokenAmongItsWords) {
         EXPECT_EQ(SearchSnippet::find(query, spoken("Ship", {"Hello", text})), snippet) << query << " in " << text;
 }
 
-TEST_F(Recordings, TheDurationIsThatOfTheFileAsItIsNow) {
-    const auto meeting = recorded(75);
-    openStore();
-    DurationCache cache;
-    EXPECT_EQ(cache.duration(meeting, store()), 75.0);
-    record(meeting, 60.5);
-    EXPECT_EQ(cache.duration(meeting, store()), 60.5);
-    std::filesystem::resize_file(repository.directory(meeting.id) / "meeting.wav", 20);
-    EXPECT_EQ(cache.duration(meeting, store()), std::nullopt);
-}
+using Shortfall = StoreFixture;
 
-TEST_F(Recordings, AShortfallIsMoreThanFiveSecondsOfAudioWithoutWords) {
-    auto meeting = recorded(65);
-    openStore();
+TEST_F(Shortfall, IsMoreThanFiveSecondsOfAudioWithoutWords) {
+    auto meeting = spoken("Recorded", {"Hello"});
+    meeting.audioFilename = "meeting.wav";
+    repository.save(meeting);
+    DurableWAV(repository.directory(meeting.id) / "meeting.wav").append(std::vector<std::byte>(65 * 32'000));
     meeting.status = MeetingStatus::savedRetryTranscription;
     meeting.turns[0].end = 60;
     EXPECT_EQ(MeetingPresentation::transcriptShortfall(meeting, store()), std::nullopt);
