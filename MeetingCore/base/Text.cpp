@@ -160,6 +160,17 @@ std::string lowerCased(std::string_view text) {
     return lower;
 }
 
+std::size_t OriginalPlaces::of(std::size_t lowerPlace) {
+    while (m_at < m_text.size() && m_lower < lowerPlace) {
+        std::size_t end = m_at + 1;
+        while (end < m_text.size() && U8_IS_TRAIL(static_cast<std::uint8_t>(m_text[end])))
+            ++end;
+        m_lower += lowerCased(m_text.substr(m_at, end - m_at)).size();
+        m_at = end;
+    }
+    return m_at;
+}
+
 bool equalIgnoringCase(std::string_view one, std::string_view other) {
     const auto left = icu::UnicodeString::fromUTF8(piece(one));
     return left.caseCompare(icu::UnicodeString::fromUTF8(piece(other)), U_FOLD_CASE_DEFAULT) == 0;

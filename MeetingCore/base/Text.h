@@ -27,6 +27,22 @@ std::string validUtf8(std::string_view text);
 /// becomes "ς" at the end of a word. Bytes that are not UTF-8 stay. Less than 2 GiB.
 std::string lowerCased(std::string_view text);
 
+/// Finds the places in a text that stand for places in its lower-case form, whose characters may differ in length.
+class OriginalPlaces {
+public:
+    /// The text must outlive it.
+    explicit OriginalPlaces(std::string_view text) : m_text(text) {}
+
+    /// Where the first character begins whose lower case begins at that place of `lowerCased` or after it; the text's
+    /// end if there is none. Places are asked for in ascending order: all of them take one walk through the text.
+    std::size_t of(std::size_t lowerPlace);
+
+private:
+    std::string_view m_text;
+    std::size_t m_at = 0;
+    std::size_t m_lower = 0;
+};
+
 /// Whether the texts are the same by Unicode's full case folding ("Straße" and "STRASSE"). Composed and decomposed
 /// characters differ.
 bool equalIgnoringCase(std::string_view one, std::string_view other);

@@ -50,6 +50,7 @@ MeetingPage::MeetingPage(MeetingStore& store, const RecordingClock& clock, QObje
             Q_EMIT callMissingChanged();
             Q_EMIT clockChanged();
         });
+    connect(&store, &MeetingStore::audioWorkChanged, this, &MeetingPage::changed);
     connect(&store, &MeetingStore::partialChanged, this, &MeetingPage::showPartial);
     connect(&store, &MeetingStore::partialTurnsChanged, this, &MeetingPage::showPartial);
     connect(&store.levels(), &CaptureLevels::changed, this, &MeetingPage::levelsChanged);
@@ -126,6 +127,11 @@ QString MeetingPage::emptyText() const {
         return tr("Getting ready to record.");
     if (meeting->status == MeetingStatus::finishingTranscript && m_store.showingLiveMeeting())
         return tr("Finishing the transcript.");
+    if (const auto& work = m_store.audioWork(); work && work->meetingID == meeting->id) {
+        if (work->converted)
+            return tr("Converting the audio. %1 %").arg(static_cast<int>(*work->converted * 100));
+        return tr("Transcribing. This takes about a minute for ten minutes of audio.");
+    }
     return tr("This meeting has no transcript.");
 }
 
@@ -239,6 +245,7 @@ void MeetingPage::follow() {
         handIn();
         m_shown = m_store.selectedID();
         m_notes.reset();
+        m_find.close();
         m_turns.clear();
         m_partialTurns.clear();
         m_hues.clear();

@@ -2,6 +2,7 @@
 
 #include "MeetingCore/base/Uuid.h"
 #include "Varnet/models/DraftModel.h"
+#include "Varnet/models/TranscriptFind.h"
 #include "Varnet/models/TranscriptModel.h"
 
 #include <QObject>
@@ -43,6 +44,7 @@ class MeetingPage : public QObject {
     Q_PROPERTY(QString callMissingText READ callMissingText CONSTANT)
     Q_PROPERTY(QString partialText READ partialText NOTIFY partialChanged)
     Q_PROPERTY(varnet::TranscriptModel* turns READ turns CONSTANT)
+    Q_PROPERTY(varnet::TranscriptFind* find READ find CONSTANT)
     Q_PROPERTY(varnet::TranscriptModel* partialTurns READ partialTurns CONSTANT)
     Q_PROPERTY(varnet::DraftModel* draft READ draft CONSTANT)
 
@@ -71,6 +73,7 @@ public:
 
     QString partialText() const; ///< live words that belong to no turn yet; empty when `partialTurns` shows them
     TranscriptModel* turns() { return &m_turns; }
+    TranscriptFind* find() { return &m_find; } ///< in `turns`; closed when another meeting is shown
     TranscriptModel* partialTurns() { return &m_partialTurns; }
     DraftModel* draft() { return &m_draft; }
 
@@ -116,6 +119,7 @@ private:
     std::optional<Uuid> m_shown;
     SpeakerHues m_hues;
     TranscriptModel m_turns;
+    TranscriptFind m_find{m_turns};
     TranscriptModel m_partialTurns;
     DraftModel m_draft;
     std::optional<std::string> m_notes;      ///< as the screen knows them; absent until they are shown

@@ -2,6 +2,7 @@
 
 #include <QEvent>
 #include <QFontInfo>
+#include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QPalette>
 #include <QQmlEngine>
@@ -59,7 +60,11 @@ TypeStyle Theme::type(int pixels, int lineHeight, QFont::Weight weight) const {
     auto font = QGuiApplication::font();
     font.setPixelSize(qRound(pixels * scale));
     font.setWeight(weight);
-    return {font, qRound(lineHeight * scale) * 1.0};
+    const qreal line = qRound(lineHeight * scale);
+    // Rich text puts the base line at four fifths of a line of fixed height, plain text puts the letters in its middle.
+    const QFontMetricsF metrics(font);
+    const auto middle = (line - metrics.height()) / 2 + metrics.ascent();
+    return {font, line, qRound(line * 4 / 5 - middle) * 1.0};
 }
 
 bool Theme::eventFilter(QObject* watched, QEvent* event) {

@@ -19,10 +19,12 @@ struct TypeStyle {
     QML_ANONYMOUS
     Q_PROPERTY(QFont font MEMBER font)
     Q_PROPERTY(qreal lineHeight MEMBER lineHeight)
+    Q_PROPERTY(qreal richTextDrop MEMBER richTextDrop)
 
 public:
     QFont font;
-    qreal lineHeight = 0; ///< pixels
+    qreal lineHeight = 0;   ///< pixels
+    qreal richTextDrop = 0; ///< pixels that rich text in such lines stands lower than plain text
 
     bool operator==(const TypeStyle&) const = default;
 };

@@ -1,5 +1,6 @@
 #include "Varnet/models/TranscriptModel.h"
 
+#include "Varnet/models/FoundWords.h"
 #include "Varnet/models/Palette.h"
 #include "Varnet/models/Text.h"
 
@@ -41,6 +42,20 @@ void TranscriptModel::clear() {
     Q_EMIT countChanged();
 }
 
+void TranscriptModel::mark(const std::string& query, int currentRow, std::size_t current) {
+    if (query == m_query && currentRow == m_currentRow && current == m_current)
+        return;
+    m_query = query;
+    m_currentRow = currentRow;
+    m_current = current;
+    if (!m_rows.empty())
+        Q_EMIT dataChanged(index(0), index(count() - 1), {MarkedRole, HitRole});
+}
+
+std::string TranscriptModel::words(int row) const {
+    return toUtf8(m_rows[row].words);
+}
+
 int TranscriptModel::rowCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : count();
 }
@@ -69,15 +84,22 @@ QVariant TranscriptModel::data(const QModelIndex& index, int role) const {
         return row.edited;
     case RecognisedRole:
         return row.recognised;
+    case MarkedRole:
+        if (m_query.empty())
+            return QString();
+        return FoundWords::marked(words(index.row()), m_query,
+                                  index.row() == m_currentRow ? std::optional(m_current) : std::nullopt);
+    case HitRole:
+        return index.row() == m_currentRow;
     default:
         return {};
     }
 }
 
 QHash<int, QByteArray> TranscriptModel::roleNames() const {
-    return {{SpeakerRole, "speaker"}, {HueRole, "hue"},       {ClockRole, "clock"},
-            {WordsRole, "words"},     {SpokenRole, "spoken"}, {TurnRole, "turn"},
-            {LabelRole, "label"},     {EditedRole, "edited"}, {RecognisedRole, "recognised"}};
+    return {{SpeakerRole, "speaker"},       {HueRole, "hue"},       {ClockRole, "clock"}, {WordsRole, "words"},
+            {SpokenRole, "spoken"},         {TurnRole, "turn"},     {LabelRole, "label"}, {EditedRole, "edited"},
+            {RecognisedRole, "recognised"}, {MarkedRole, "marked"}, {HitRole, "hit"}};
 }
 
 TranscriptModel::Row TranscriptModel::row(const Meeting& meeting, const TranscriptTurn& turn, SpeakerHues& hues) {

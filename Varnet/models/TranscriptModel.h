@@ -43,6 +43,8 @@ public:
         LabelRole,      ///< the speaker's label, whatever the display name is
         EditedRole,     ///< the words are the user's correction
         RecognisedRole, ///< the words as recognised; empty unless edited
+        MarkedRole,     ///< the words with what was found in them marked; empty if nothing was
+        HitRole,        ///< `MarkedRole` is rich text with the current hit, else it is styled text
     };
 
     using QAbstractListModel::QAbstractListModel;
@@ -55,6 +57,13 @@ public:
 
     /// Shows nothing; also between two meetings, so that no row of one becomes a row of the other.
     void clear();
+
+    /// Marks a text in lower case wherever it stands in the words; an empty one nothing. It stands out at the place
+    /// `current` of the words in lower case of the row `currentRow`.
+    void mark(const std::string& query, int currentRow, std::size_t current);
+
+    /// What a row shows, as UTF-8.
+    std::string words(int row) const;
 
     int count() const { return static_cast<int>(m_rows.size()); }
     int rowCount(const QModelIndex& parent = {}) const override;
@@ -82,6 +91,9 @@ private:
     void updateTo(const std::vector<Row>& rows);
 
     std::vector<Row> m_rows;
+    std::string m_query; ///< what is marked
+    int m_currentRow = -1;
+    std::size_t m_current = 0;
 };
 
 } // namespace varnet

@@ -53,19 +53,6 @@ bool continuesCharacter(char byte) {
     return U8_IS_TRAIL(static_cast<std::uint8_t>(byte));
 }
 
-/// The place in a text that stands for a place in its lower-case form, whose characters may differ in length.
-std::size_t originalPlace(std::string_view text, std::size_t lowerPlace) {
-    std::size_t at = 0;
-    for (std::size_t lower = 0; at < text.size() && lower < lowerPlace;) {
-        std::size_t end = at + 1;
-        while (end < text.size() && continuesCharacter(text[end]))
-            ++end;
-        lower += lowerCased(text.substr(at, end - at)).size();
-        at = end;
-    }
-    return at;
-}
-
 std::string onOneLine(std::string_view text) {
     std::string line(text);
     std::ranges::replace_if(line, [](char byte) { return byte == '\n' || byte == '\r' || byte == '\t'; }, ' ');
@@ -103,7 +90,8 @@ std::optional<SearchSnippet> SearchSnippet::find(std::string_view query, const M
         const auto place = findBytes(lowerCased(text), query);
         if (place == npos)
             continue;
-        const auto begin = originalPlace(text, place), end = originalPlace(text, place + query.size());
+        OriginalPlaces original(text);
+        const auto begin = original.of(place), end = original.of(place + query.size());
         return SearchSnippet{wordsBefore(text.substr(0, begin)), onOneLine(text.substr(begin, end - begin)),
                              wordsAfter(text.substr(end))};
     }

@@ -10,6 +10,22 @@ FocusScope {
     required property AppRouter router
     required property MeetingPage page
     required property AudioPlayback playback
+    readonly property Item typing: Window.activeFocusItem
+
+    // The keys of the player, where they do not belong to what is being typed.
+    Keys.enabled: !(typing instanceof TextInput) && !(typing instanceof TextEdit)
+    Keys.onLeftPressed: playback.skip(-5)
+    Keys.onRightPressed: playback.skip(5)
+    Keys.onSpacePressed: playback.toggle()
+
+    Shortcut {
+        enabled: root.visible
+        sequence: "Ctrl+Shift+F"
+        onActivated: {
+            tabs.currentIndex = 0
+            transcript.find()
+        }
+    }
 
     Shortcut {
         enabled: root.visible
@@ -18,7 +34,9 @@ FocusScope {
     }
 
     ColumnLayout {
-        anchors.bottom: parent.bottom
+        id: content
+
+        anchors.bottom: player.top
         anchors.horizontalCenter: parent.horizontalCenter
         anchors.top: parent.top
         anchors.topMargin: 6 * Theme.unit
@@ -77,8 +95,11 @@ FocusScope {
             currentIndex: tabs.currentIndex
 
             TranscriptView {
+                id: transcript
+
                 focus: visible
                 page: root.page
+                playback: root.playback
             }
 
             NotesView {
@@ -86,5 +107,15 @@ FocusScope {
                 page: root.page
             }
         }
+    }
+
+    PlayerBar {
+        id: player
+
+        anchors.bottom: parent.bottom
+        contentWidth: content.width
+        height: visible ? implicitHeight : 0
+        playback: root.playback
+        width: parent.width
     }
 }

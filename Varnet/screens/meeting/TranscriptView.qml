@@ -3,60 +3,131 @@ import QtQuick.Controls.Basic
 import Varnet
 
 // The turns of a meeting, and below them the words that are still being recognised. While it is live it follows the
-// newest words, until the reader scrolls up or edits.
+// newest words, and while it is played the turn being played, until the reader scrolls away or edits.
 FocusScope {
     id: root
 
     required property MeetingPage page
+    required property AudioPlayback playback
     property bool following: true
 
+    function find() {
+        page.find.begin(list.currentIndex)
+        findBar.begin()
+    }
+
+    // Whether the place to follow is in view.
+    function caughtUp() {
+        if (page.live)
+            return list.atYEnd
+        const item = list.itemAtIndex(playback.playingTurn)
+        return item !== null && item.y < list.contentY + list.height && item.y + item.height > list.contentY
+    }
+
+    function follow() {
+        if (!following)
+            return
+        if (page.live)
+            list.positionViewAtEnd()
+        else if (playback.playing && playback.playingTurn >= 0 && list.editing < 0)
+            list.bring(playback.playingTurn)
+    }
+
     onVisibleChanged: following = true
+
+    Keys.onEscapePressed: event => {
+        event.accepted = page.find.open
+        if (event.accepted)
+            findBar.close()
+    }
+    Keys.onShortcutOverride: event => event.accepted = event.key === Qt.Key_Escape && page.find.open
+
+    Connections {
+        function onPlayingChanged() {
+            root.following = true
+            root.follow()
+        }
+
+        function onPlayingTurnChanged() {
+            if (!root.playback.playing && root.playback.playingTurn >= 0 && list.editing < 0)
+                list.bring(root.playback.playingTurn) // the user went there
+            else
+                root.follow()
+        }
+
+        target: root.playback
+    }
+
+    Connections {
+        function onFound() {
+            list.currentIndex = root.page.find.row
+            list.bring(list.currentIndex)
+            root.following = root.caughtUp()
+        }
+
+        target: root.page.find
+    }
+
+    FindBar {
+        id: findBar
+
+        find: root.page.find
+        height: visible ? implicitHeight : 0
+        visible: root.page.find.open
+        width: parent.width
+        onClosed: list.forceActiveFocus()
+    }
 
     TurnList {
         id: list
 
         anchors.fill: parent
+        anchors.topMargin: findBar.height
         focus: true
         page: root.page
+        playback: root.playback
 
-        function follow() {
-            if (root.page.live && root.following)
-                positionViewAtEnd()
-        }
-
-        onContentHeightChanged: Qt.callLater(follow)
-        onContentYChanged: if (moving || bar.pressed) root.following = atYEnd
+        onContentHeightChanged: Qt.callLater(root.follow)
+        onContentYChanged: if (moving || bar.pressed) root.following = root.caughtUp()
         onEditingChanged: if (editing >= 0) root.following = false
-        onHeightChanged: Qt.callLater(follow)
-        onLooked: root.following = atYEnd
+        onHeightChanged: Qt.callLater(root.follow)
+        onLooked: root.following = root.caughtUp()
+        onPlayed: root.following = true
 
         ScrollBar.vertical: ScrollBar {
             id: bar
         }
     }
 
-    ThemedText {
+    Column {
         anchors.horizontalCenter: parent.horizontalCenter
-        color: Theme.faint
-        horizontalAlignment: Text.AlignHCenter
-        text: root.page.emptyText
-        type: Theme.reading
+        spacing: 4 * Theme.unit
         visible: list.count === 0 && root.page.partialTurns.count === 0 && root.page.partialText === "" && root.page.importedText === ""
         width: Math.min(120 * Theme.unit, parent.width)
-        wrapMode: Text.Wrap
         y: parent.height / 3
+
+        ThemedText {
+            color: Theme.faint
+            horizontalAlignment: Text.AlignHCenter
+            text: root.page.emptyText
+            type: Theme.reading
+            width: parent.width
+            wrapMode: Text.Wrap
+        }
     }
 
     Pill {
+        readonly property bool plays: root.playback.playing && root.playback.playingTurn >= 0
+
         anchors.bottom: parent.bottom
         anchors.bottomMargin: 4 * Theme.unit
         anchors.horizontalCenter: parent.horizontalCenter
-        symbol: "down"
-        text: qsTr("Jump to live")
-        visible: root.page.live && !root.following
+        symbol: plays ? "play" : "down"
+        text: plays ? qsTr("Jump to playing") : qsTr("Jump to live")
+        visible: (plays || root.page.live) && !root.following
         onClicked: {
             root.following = true
-            list.follow()
+            root.follow()
         }
     }
 }

@@ -2,15 +2,17 @@ import QtQuick
 import QtQuick.Controls.Basic
 import Varnet
 
-// The list of turns with its current one. Arrows move, Enter edits, F2 names the speaker.
+// The list of turns with its current one. Arrows move, Enter edits, Ctrl+Enter plays, F2 names the speaker.
 ListView {
     id: root
 
     required property MeetingPage page
+    required property AudioPlayback playback
     property int editing: -1 // the row whose words are being edited
     readonly property TurnRow currentTurn: currentItem as TurnRow
 
     signal looked // the keyboard went through the list
+    signal played // the user chose what to hear
 
     function go(row) {
         currentIndex = Math.max(0, Math.min(count - 1, row))
@@ -23,17 +25,21 @@ ListView {
         currentItem.forceActiveFocus()
     }
 
-    function edit() {
-        editing = currentIndex
+    function play() {
+        if (!currentTurn.playable)
+            return
+        playback.playTurn(currentTurn.turn)
+        played()
     }
 
-    // Where a card about the current turn opens.
-    function below() {
-        return contentItem.mapFromItem(currentItem, 0, Math.min(currentItem.height, 14 * Theme.unit))
-    }
-
-    function name() {
-        namePopup.ask(currentTurn.label, currentTurn.speaker, below())
+    // Brings a row that is not well in view near the top, so that the next ones are there to be read.
+    function bring(row) {
+        const item = itemAtIndex(row)
+        if (item !== null && item.y >= contentY && item.y + item.height <= contentY + height - 14 * Theme.unit)
+            return
+        positionViewAtIndex(row, ListView.Beginning)
+        contentY = Math.max(originY - topMargin, contentY - height / 6)
+        positionViewAtIndex(row, ListView.Contain)
     }
 
     // Keeps a part of the current turn in view.
@@ -60,53 +66,66 @@ ListView {
     topMargin: 2 * Theme.unit
 
     Keys.enabled: editing < 0 && count > 0
-    Keys.onDownPressed: go(currentIndex + 1)
-    Keys.onEnterPressed: edit()
-    Keys.onMenuPressed: menu.popup(currentItem, 0, currentItem.height)
-    Keys.onReturnPressed: edit()
-    Keys.onUpPressed: go(currentIndex - 1)
     Keys.onPressed: event => {
-        const rows = ({ [Qt.Key_PageDown]: 8, [Qt.Key_PageUp]: -8, [Qt.Key_End]: count, [Qt.Key_Home]: -count })
-        const menuAsked = event.key === Qt.Key_F10 && event.modifiers & Qt.ShiftModifier
-        event.accepted = event.key in rows || event.key === Qt.Key_F2 || menuAsked
-        if (event.key in rows)
-            go(currentIndex + rows[event.key])
+        const steps = ({ [Qt.Key_Down]: 1, [Qt.Key_Up]: -1, [Qt.Key_PageDown]: 8, [Qt.Key_PageUp]: -8, [Qt.Key_End]: count, [Qt.Key_Home]: -count })
+        const menuAsked = event.key === Qt.Key_Menu || (event.key === Qt.Key_F10 && event.modifiers & Qt.ShiftModifier)
+        const enter = [Qt.Key_Return, Qt.Key_Enter].includes(event.key)
+        event.accepted = event.key in steps || menuAsked || enter || event.key === Qt.Key_F2
+        if (event.key in steps)
+            go(currentIndex + steps[event.key])
         else if (menuAsked)
-            menu.popup(currentItem, 0, currentItem.height)
+            cards.showMenu(0, currentItem.height)
+        else if (enter && event.modifiers & Qt.ControlModifier)
+            play()
+        else if (enter)
+            editing = currentIndex
         else if (event.accepted)
-            name()
+            cards.name()
     }
 
     delegate: TurnRow {
-        id: row
-
         required property int index
 
         current: ListView.isCurrentItem
         editor: root.editing >= 0 && root.editing === index ? turnEditor : null // a row that goes has no index
+        playable: root.playback.present && root.playback.enabled
+        playing: root.playback.playingTurn === index
         width: ListView.view.width - 8 * Theme.unit
 
         onChosen: root.choose(index)
         onEditAsked: {
             root.choose(index)
-            root.edit()
+            root.editing = index
         }
         onMenuAsked: at => {
             root.choose(index)
-            menu.popup(row, at.x, at.y)
+            cards.showMenu(at.x, at.y)
         }
         onNameAsked: {
             root.choose(index)
-            root.name()
+            cards.name()
+        }
+        onPlayAsked: {
+            root.choose(index)
+            root.play()
         }
         onRecognisedAsked: {
             root.choose(index)
-            recognisedPopup.show(turn, recognised, root.below())
+            cards.showRecognised()
         }
     }
     footer: TranscriptFoot {
         page: root.page
         width: ListView.view.width - 8 * Theme.unit
+    }
+
+    TurnCards {
+        id: cards
+
+        page: root.page
+        turn: root.currentTurn
+        onEditAsked: root.editing = root.currentIndex
+        onPlayAsked: root.play()
     }
 
     Component {
@@ -123,26 +142,5 @@ ListView {
             }
             onMoved: cursor => root.reveal(cursor)
         }
-    }
-
-    TurnMenu {
-        id: menu
-
-        edited: root.currentTurn !== null && root.currentTurn.edited
-        onEditAsked: root.edit()
-        onNameAsked: root.name()
-        onSetBackAsked: root.page.setBack(root.currentTurn.turn)
-    }
-
-    NamePopup {
-        id: namePopup
-
-        page: root.page
-    }
-
-    RecognisedPopup {
-        id: recognisedPopup
-
-        page: root.page
     }
 }

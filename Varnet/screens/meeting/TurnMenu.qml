@@ -7,15 +7,24 @@ ThemedMenu {
     id: root
 
     property bool edited: false
+    property bool playable: false
 
     signal editAsked
     signal nameAsked
+    signal playAsked
     signal setBackAsked
 
     ThemedMenuItem {
         keys: qsTr("Enter")
         text: qsTr("Edit words")
         onTriggered: root.editAsked()
+    }
+
+    ThemedMenuItem {
+        enabled: root.playable
+        keys: qsTr("Ctrl+Enter")
+        text: qsTr("Play from here")
+        onTriggered: root.playAsked()
     }
 
     ThemedMenuItem {

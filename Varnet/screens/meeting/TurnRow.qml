@@ -14,18 +14,23 @@ Item {
     required property string spoken
     required property bool edited
     required property string recognised
+    required property string marked
+    required property bool hit
     property bool tentative: false
     property bool current: false
+    property bool playable: false // the recording can be played from here
+    property bool playing: false
     readonly property bool narrow: width < 24 * Theme.body.lineHeight // the words stand below their speaker
     property Component editor: null // stands in place of the words while they are edited
 
     signal chosen
     signal editAsked
     signal nameAsked
+    signal playAsked
     signal recognisedAsked
     signal menuAsked(point at)
 
-    Accessible.description: edited ? qsTr("Edited. Recognised as: %1").arg(recognised) : ""
+    Accessible.description: (playing ? qsTr("Being played.") + " " : "") + (edited ? qsTr("Edited. Recognised as: %1").arg(recognised) : "")
     Accessible.name: spoken
     Accessible.role: Accessible.ListItem
     Accessible.selected: current
@@ -37,9 +42,19 @@ Item {
         anchors.rightMargin: -2 * Theme.unit
         border.color: Theme.accent
         border.width: root.activeFocus ? 2 : 0
-        color: hover.hovered || root.activeFocus ? Theme.raised : "transparent"
+        color: root.playing ? Theme.selection : hover.hovered || root.activeFocus ? Theme.raised : "transparent"
         radius: Theme.controlRadius
         visible: !root.tentative && !editing.active
+    }
+
+    Rectangle {
+        color: Theme.accent
+        height: parent.height - 4 * Theme.unit
+        radius: 1.5
+        visible: root.playing
+        width: 3
+        x: -2 * Theme.unit
+        y: 2 * Theme.unit
     }
 
     HoverHandler {
@@ -78,11 +93,10 @@ Item {
         Row {
             spacing: 2 * Theme.unit
 
-            ThemedText {
-                Accessible.ignored: true
-                color: Theme.faint
-                text: root.clock
-                type: Theme.caption
+            TurnClock {
+                clock: root.clock
+                playable: root.playable
+                onPlayAsked: root.playAsked()
             }
 
             Loader {
@@ -96,16 +110,15 @@ Item {
         }
     }
 
-    ThemedText {
+    TurnWords {
         id: text
 
-        Accessible.ignored: true
-        color: root.tentative ? Theme.faint : Theme.text
-        text: root.words
-        type: Theme.reading
+        hit: root.hit
+        ink: root.tentative ? Theme.faint : Theme.text
+        marked: root.marked
         visible: !editing.active
         width: root.width - x
-        wrapMode: Text.Wrap
+        words: root.words
         x: root.narrow ? 0 : who.width + 4 * Theme.unit
         y: root.narrow ? who.y + who.height + Theme.unit : 1.5 * Theme.unit
     }

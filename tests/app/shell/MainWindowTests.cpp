@@ -1,3 +1,4 @@
+#include "MeetingCore/audio/DurableWAV.h"
 #include "MeetingCore/records/MeetingRepository.h"
 #include "Varnet/shell/MainWindow.h"
 #include "Varnet/shell/VarnetApp.h"
@@ -8,6 +9,7 @@
 #include <QAccessible>
 #include <QQuickItem>
 #include <QQuickWindow>
+#include <QSignalSpy>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -59,6 +61,26 @@ protected:
         settle();
     }
 
+    /// Ten seconds of silence with turns at 0 and 3 s.
+    void addMeetingWithAudio() {
+        auto meeting = Meeting::make("With audio");
+        meeting.source = MeetingSource();
+        meeting.turns = {{Uuid::random(), 0, 3, "Speaker 1", "Hello", {}},
+                         {Uuid::random(), 3, 6, "Speaker 2", "Oh, hello", {}}};
+        meeting.audioFilename = "imported.wav";
+        const auto directory = MeetingRepository(folder / "meetings").directory(meeting.id);
+        std::filesystem::create_directories(directory);
+        DurableWAV audio(directory / "imported.wav");
+        audio.append(std::vector<std::byte>(320'000));
+        audio.close();
+        ASSERT_TRUE(app->store().saveImported(meeting));
+    }
+
+    void click(QQuickItem* item) {
+        QTest::mouseClick(frame->window(), Qt::LeftButton, {}, item->mapToScene({5, 5}).toPoint());
+        settle();
+    }
+
     /// The control on display that has this name for screen readers.
     QQuickItem* control(const QString& name);
 
@@ -78,7 +100,8 @@ private:
 void collectControls(QQuickItem* item, QList<QQuickItem*>& controls) {
     if (!item->isVisible())
         return;
-    if (item->activeFocusOnTab() || item->inherits("QQuickAbstractButton") || item->inherits("QQuickProgressBar"))
+    if (item->activeFocusOnTab() || item->inherits("QQuickAbstractButton") || item->inherits("QQuickProgressBar") ||
+        QString(item->metaObject()->className()).startsWith("TurnClock"))
         controls << item;
     for (auto* child : item->childItems())
         collectControls(child, controls);
@@ -138,8 +161,7 @@ TEST_F(Window, ADeleteIsOfferedForUndoingWithoutTakingTheFocus) {
     ASSERT_EQ(app->store().meetings().size(), 1);
     EXPECT_TRUE(eventually([&] { return button->isVisible(); })) << "it fades in";
     EXPECT_FALSE(button->hasActiveFocus());
-    QTest::mouseClick(frame->window(), Qt::LeftButton, {}, button->mapToScene({5, 5}).toPoint());
-    settle();
+    click(const_cast<QQuickItem*>(button));
     EXPECT_EQ(app->store().meetings().size(), 2);
 
     press(Qt::Key_Delete);
@@ -246,6 +268,67 @@ TEST_F(Window, ATurnIsCorrectedAndSetBackByTheKeyboard) {
     press(Qt::Key_Return);
     EXPECT_EQ(app->store().selected()->speakerName("Speaker 1"), "Mara");
     EXPECT_EQ(warnings.join('\n').toStdString(), "");
+}
+
+TEST_F(Window, WordsAreFoundInTheTranscriptWithoutLeavingTheKeyboard) {
+    addMeetingWithAudio();
+    openMeeting();
+    press(Qt::Key_F, Qt::ControlModifier | Qt::ShiftModifier);
+    type("HELLO");
+    auto* field = control("Find in this transcript");
+    const auto summary = [&] {
+        return QAccessible::queryAccessibleInterface(field)->text(QAccessible::Description).toStdString();
+    };
+    const auto* turns = control("Turns");
+    EXPECT_EQ(summary(), "1 of 2");
+    press(Qt::Key_Return);
+    EXPECT_EQ(summary(), "2 of 2");
+    EXPECT_EQ(turns->property("currentIndex"), 1);
+    press(Qt::Key_F3);
+    press(Qt::Key_Return, Qt::ShiftModifier);
+    EXPECT_EQ(summary(), "2 of 2") << "round and back";
+    press(Qt::Key_Escape);
+    EXPECT_FALSE(field->isVisible());
+    EXPECT_TRUE(app->router().showingMeeting()) << "Escape only closed the search";
+    press(Qt::Key_Return);
+    type("!");
+    press(Qt::Key_Return);
+    EXPECT_EQ(app->store().selected()->turns[1].editedText, "Oh, hello!") << "the keyboard is back at the turn found";
+    EXPECT_EQ(warnings.join('\n').toStdString(), "");
+}
+
+TEST_F(Window, TheRecordingIsPlayedByClocksAndKeysThatTypingKeeps) {
+    addMeetingWithAudio();
+    openMeeting();
+    auto* playback = frame->window()->property("playback").value<AudioPlayback*>();
+    ASSERT_TRUE(playback->present());
+    press(Qt::Key_Right);
+    EXPECT_EQ(playback->position(), 5);
+    press(Qt::Key_Left);
+    EXPECT_EQ(playback->position(), 0);
+    const QSignalSpy playing(playback, &AudioPlayback::playingChanged);
+    press(Qt::Key_Tab, Qt::ControlModifier);
+    type("a b");
+    press(Qt::Key_Right);
+    EXPECT_EQ(playback->position(), 0);
+    EXPECT_EQ(playing.count(), 0) << "the keys belong to the notes";
+    press(Qt::Key_Tab, Qt::ControlModifier);
+
+    click(control("Play from 00:03"));
+    EXPECT_GE(playing.count(), 1);
+    EXPECT_GE(playback->position(), 3);
+    EXPECT_EQ(playback->playingTurn(), 1);
+    // Without a sound server it ends by itself.
+    ASSERT_TRUE(eventually([&] { return !playback->playing() || playback->position() > 3.2; }));
+    const auto changes = playing.count();
+    press(Qt::Key_Space);
+    EXPECT_GT(playing.count(), changes);
+    playback->pause();
+
+    auto* wave = control("Position");
+    QTest::mouseClick(frame->window(), Qt::LeftButton, {},
+                      wave->mapToScene({wave->width() * 0.8, wave->height() / 2}).toPoint());
+    EXPECT_NEAR(playback->position(), 8, 0.1);
 }
 
 TEST_F(Window, NotesAreStoredAsTypedAndRestoredOnesShowUp) {
