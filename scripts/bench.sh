@@ -8,6 +8,7 @@ for bench in "$build"/bench/*_bench; do
     [ -x "$bench" ] || continue
     "$bench" || failed=1
 done
+bench/convert.py "$build/bench/convert" || failed=1
 tests/support/own-network -- tests/support/private-session --pipewire --display -- \
     bench/recording-cpu.py "$build/Varnet/varnet" "$build/runtime" || failed=1
 tests/support/own-network -- tests/support/private-session --display -- \

@@ -19,7 +19,7 @@ declare -A groups=(
         libglib2.0-bin iproute2 util-linux procps python3 python3-dbus python3-gi python3-dbusmock
         at-spi2-core python3-pyatspi"
     [lint]="clang-tidy-19 clang-format-19 shellcheck python3"
-    [bench]="libsoxr-dev nlohmann-json3-dev"
+    [bench]="libsoxr-dev nlohmann-json3-dev ffmpeg"
     [package]="dpkg-dev file"
 )
 

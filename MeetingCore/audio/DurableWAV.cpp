@@ -31,23 +31,6 @@ void putNumber(Header& header, std::size_t offset, std::size_t size, std::uint32
         header[offset + i] = static_cast<std::byte>(value >> (8 * i));
 }
 
-Header makeHeader(std::uint64_t dataBytes) {
-    Header header{};
-    std::memcpy(&header[0], "RIFF", 4);
-    putNumber(header, riffSizeOffset, 4, static_cast<std::uint32_t>(dataBytes + 36));
-    std::memcpy(&header[formatOffset], "WAVEfmt ", 8);
-    putNumber(header, 16, 4, 16);     // size of the format chunk
-    putNumber(header, 20, 2, 1);      // integer PCM
-    putNumber(header, 22, 2, 1);      // channels
-    putNumber(header, 24, 4, 16'000); // frames a second
-    putNumber(header, 28, 4, 32'000); // bytes a second
-    putNumber(header, 32, 2, 2);      // bytes a frame
-    putNumber(header, 34, 2, 16);     // bits a sample
-    std::memcpy(&header[36], "data", 4);
-    putNumber(header, dataSizeOffset, 4, static_cast<std::uint32_t>(dataBytes));
-    return header;
-}
-
 [[noreturn]] void throwWriteFailure(const std::filesystem::path& path, int error) {
     const bool full = error == ENOSPC || error == EDQUOT;
     throw FileFailure(full ? Kind::fileWriteOutOfSpace : Kind::fileWriteUnknown, path, error);
@@ -101,7 +84,7 @@ int createWithHeader(const std::filesystem::path& path) {
     if (file.descriptor < 0)
         throw FileFailure(Kind::fileWriteUnknown, path, errno);
     try {
-        writeAll(file.descriptor, makeHeader(0), 0, path);
+        writeAll(file.descriptor, DurableWAV::header(0), 0, path);
         flushToStorage(file.descriptor, path);
     } catch (const FileFailure& failure) {
         ::unlink(passing.c_str());
@@ -132,7 +115,7 @@ std::size_t readHeader(int descriptor, Header& header, const std::filesystem::pa
 }
 
 bool isOurs(const Header& header) {
-    const Header expected = makeHeader(0);
+    const Header expected = DurableWAV::header(0);
     const auto equal = [&](std::size_t from, std::size_t to) {
         return std::equal(header.begin() + from, header.begin() + to, expected.begin() + from);
     };
@@ -179,7 +162,7 @@ void DurableWAV::append(std::span<const std::byte> data) {
 }
 
 void DurableWAV::updateHeader() {
-    writeAll(m_descriptor, makeHeader(m_bytes), 0, m_path);
+    writeAll(m_descriptor, header(m_bytes), 0, m_path);
     flushToStorage(m_descriptor, m_path);
 }
 
@@ -193,6 +176,23 @@ void DurableWAV::close() {
             throwWriteFailure(m_path, errno);
     }
     m_closed = true;
+}
+
+std::array<std::byte, DurableWAV::headerSize> DurableWAV::header(std::uint64_t dataBytes) {
+    Header header{};
+    std::memcpy(&header[0], "RIFF", 4);
+    putNumber(header, riffSizeOffset, 4, static_cast<std::uint32_t>(dataBytes + 36));
+    std::memcpy(&header[formatOffset], "WAVEfmt ", 8);
+    putNumber(header, 16, 4, 16);     // size of the format chunk
+    putNumber(header, 20, 2, 1);      // integer PCM
+    putNumber(header, 22, 2, 1);      // channels
+    putNumber(header, 24, 4, 16'000); // frames a second
+    putNumber(header, 28, 4, 32'000); // bytes a second
+    putNumber(header, 32, 2, 2);      // bytes a frame
+    putNumber(header, 34, 2, 16);     // bits a sample
+    std::memcpy(&header[36], "data", 4);
+    putNumber(header, dataSizeOffset, 4, static_cast<std::uint32_t>(dataBytes));
+    return header;
 }
 
 std::vector<std::byte> DurableWAV::pcm(std::span<const float> samples) {
@@ -220,7 +220,7 @@ void DurableWAV::repair(const std::filesystem::path& path) {
     while (::ftruncate(file.descriptor, static_cast<off_t>(headerSize + dataBytes)) != 0)
         if (errno != EINTR)
             throwWriteFailure(path, errno);
-    writeAll(file.descriptor, makeHeader(dataBytes), 0, path);
+    writeAll(file.descriptor, DurableWAV::header(dataBytes), 0, path);
     flushToStorage(file.descriptor, path);
 }
 

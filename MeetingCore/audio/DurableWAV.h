@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
@@ -37,6 +38,9 @@ public:
 
     /// Audio bytes appended so far.
     std::uint64_t bytes() const { return m_bytes; }
+
+    /// The whole header of such a file with this much audio.
+    static std::array<std::byte, headerSize> header(std::uint64_t dataBytes);
 
     /// 16-bit samples of `samples`: times 32767, limited to 16 bits, truncated toward zero; non-finite values give 0.
     static std::vector<std::byte> pcm(std::span<const float> samples);

@@ -11,6 +11,9 @@ namespace varnet {
 
 namespace {
 
+/// Who writes into a pipe cannot know the length, and puts about the largest number that fits.
+constexpr std::uint64_t streamedSize = 0x7FFF'0000;
+
 template <std::size_t N>
 using Bytes = std::array<char, N>;
 
@@ -54,6 +57,7 @@ std::optional<WavHeader> readHeader(const FileReader& file) {
                 return {};
             header.dataOffset = chunk->offset;
             header.dataBytes = std::min<std::uint64_t>(chunk->size, file.size() - std::min(chunk->offset, file.size()));
+            header.missingBytes = chunk->size < streamedSize ? chunk->size - header.dataBytes : 0;
             return header;
         }
     }

@@ -13,6 +13,7 @@ struct WavHeader {
     std::uint64_t dataOffset = 0;    ///< where the audio begins in the file
     std::uint64_t dataBytes = 0;     ///< as the header says, but no more than the file holds
     bool isMono16Bit = false;        ///< one channel of 16-bit integers, as recordings are
+    std::uint64_t missingBytes = 0;  ///< which the header tells of besides; 0 where its size stands for "unknown"
 
     std::uint64_t frameCount() const { return dataBytes / bytesPerFrame; }
 

@@ -2,6 +2,8 @@
 
 #include "Varnet/platform/AppInfo.h"
 
+#include <utility>
+
 namespace varnet {
 
 namespace {
@@ -21,7 +23,8 @@ std::string sentence(AudioFailure::Kind kind) {
 
 } // namespace
 
-AudioFailure::AudioFailure(Kind kind) : Failure(sentence(kind)), m_kind(kind) {}
+AudioFailure::AudioFailure(Kind kind, std::string reason)
+    : Failure(sentence(kind)), m_kind(kind), m_reason(std::move(reason)) {}
 
 std::exception_ptr startFailure(const CaptureUnavailable& reason) {
     switch (reason.reason()) {

@@ -4,6 +4,7 @@
 #include "Varnet/platform/AudioCapture.h"
 
 #include <exception>
+#include <string>
 
 namespace varnet {
 
@@ -16,11 +17,14 @@ public:
         conversion, ///< the audio cannot be brought to 16 kHz
     };
 
-    explicit AudioFailure(Kind kind);
+    explicit AudioFailure(Kind kind, std::string reason = {});
     Kind kind() const { return m_kind; }
+    /// What led to it, in words for the log; may be empty.
+    const std::string& reason() const { return m_reason; }
 
 private:
     Kind m_kind;
+    std::string m_reason;
 };
 
 /// What a recorder's `start` fails with when the platform's capture could not start.

@@ -1,0 +1,261 @@
+#include "Varnet/capture/AudioFileConverter.h"
+
+#include "MeetingCore/audio/DurableWAV.h"
+#include "Varnet/capture/AudioFailure.h"
+#include "Varnet/platform/AudioFileReader.h"
+#include "Varnet/platform/MonoResampler.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <bit>
+#include <cerrno>
+#include <chrono>
+#include <condition_variable>
+#include <deque>
+#include <mutex>
+#include <optional>
+#include <span>
+#include <thread>
+#include <utility>
+#include <vector>
+
+extern "C" {
+#include <libavutil/frame.h>
+}
+
+namespace varnet {
+
+namespace {
+
+using std::chrono::steady_clock;
+
+/// Enough to hand over seldom, and little enough to stay in the processor's cache.
+constexpr std::int64_t samplesOfBatch = 1 << 15;
+constexpr std::size_t batchesAhead = 2;
+constexpr std::size_t samplesOfWrite = 1 << 15;
+constexpr auto progressInterval = std::chrono::milliseconds(80);
+
+struct Batch {
+    std::vector<AudioFrame> frames; ///< none at the end
+    double progress = 0;
+    std::exception_ptr failure;
+};
+
+/// What is decoded ahead of the resampler. Either side waits for the other.
+class BatchQueue {
+public:
+    /// False when nobody takes it any more.
+    bool push(Batch batch) {
+        std::unique_lock lock(m_mutex);
+        m_changed.wait(lock, [this] { return m_closed || m_batches.size() < batchesAhead; });
+        if (m_closed)
+            return false;
+        m_batches.push_back(std::move(batch));
+        m_changed.notify_all();
+        return true;
+    }
+
+    Batch pop() {
+        std::unique_lock lock(m_mutex);
+        m_changed.wait(lock, [this] { return !m_batches.empty(); });
+        Batch batch = std::move(m_batches.front());
+        m_batches.pop_front();
+        m_changed.notify_all();
+        return batch;
+    }
+
+    void close() {
+        const std::lock_guard lock(m_mutex);
+        m_closed = true;
+        m_changed.notify_all();
+    }
+
+private:
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+    std::deque<Batch> m_batches;
+    bool m_closed = false;
+};
+
+/// Decodes on a thread of its own, beginning with a frame that is decoded already.
+class Decoding {
+public:
+    Decoding(AudioFileReader& reader, AudioFrame first)
+        : m_thread([this, &reader, frame = std::move(first)]() mutable { run(reader, std::move(frame)); }) {}
+    Decoding(const Decoding&) = delete;
+    Decoding& operator=(const Decoding&) = delete;
+    ~Decoding() { m_queue.close(); }
+
+    /// Rethrows what decoding failed with.
+    Batch next() {
+        Batch batch = m_queue.pop();
+        if (batch.failure)
+            std::rethrow_exception(batch.failure);
+        return batch;
+    }
+
+private:
+    void run(AudioFileReader& reader, AudioFrame frame) {
+        try {
+            Batch batch;
+            for (std::int64_t samples = 0; frame; frame = reader.next()) {
+                samples += std::int64_t{frame->nb_samples} * frame->ch_layout.nb_channels;
+                batch.frames.push_back(std::move(frame));
+                if (samples < samplesOfBatch)
+                    continue;
+                batch.progress = reader.progress();
+                if (!m_queue.push(std::exchange(batch, {})))
+                    return;
+                samples = 0;
+            }
+            if (batch.frames.empty() || m_queue.push(std::move(batch)))
+                m_queue.push({});
+        } catch (...) {
+            m_queue.push({{}, 0, std::current_exception()});
+        }
+    }
+
+    BatchQueue m_queue;
+    std::jthread m_thread;
+};
+
+/// The new WAV file. Nothing durable is promised before `finish`.
+class Target {
+public:
+    explicit Target(std::filesystem::path path) : m_path(std::move(path)) {
+        // O_TRUNC would empty the source when both are the same file.
+        m_descriptor = ::open(m_path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600);
+        if (m_descriptor < 0)
+            throw FileFailure::writing(m_path, errno);
+    }
+    Target(const Target&) = delete;
+    Target& operator=(const Target&) = delete;
+    ~Target() { ::close(m_descriptor); }
+
+    void begin(const AudioFileReader& source) {
+        struct stat status{};
+        if (::fstat(m_descriptor, &status) != 0)
+            throw FileFailure::writing(m_path, errno);
+        if (source.isFile(status))
+            throw FileFailure::writing(m_path, EEXIST);
+        if (::fchmod(m_descriptor, 0600) != 0 || ::ftruncate(m_descriptor, 0) != 0)
+            throw FileFailure::writing(m_path, errno);
+        write(DurableWAV::header(0), 0);
+    }
+
+    void append(std::span<const std::int16_t> samples) {
+        static_assert(std::endian::native == std::endian::little);
+        const auto bytes = std::as_bytes(samples);
+        if (bytes.size() > DurableWAV::maximumDataBytes - m_bytes)
+            throw FileFailure::writing(m_path, EFBIG);
+        write(bytes, DurableWAV::headerSize + m_bytes);
+        m_bytes += bytes.size();
+    }
+
+    void finish() {
+        write(DurableWAV::header(m_bytes), 0);
+        while (::fsync(m_descriptor) != 0)
+            if (errno != EINTR)
+                throw FileFailure::writing(m_path, errno);
+    }
+
+private:
+    void write(std::span<const std::byte> bytes, std::uint64_t offset) {
+        while (!bytes.empty()) {
+            const ssize_t written = ::pwrite(m_descriptor, bytes.data(), bytes.size(), static_cast<off_t>(offset));
+            if (written < 0 && errno == EINTR)
+                continue;
+            if (written <= 0)
+                throw FileFailure::writing(m_path, written < 0 ? errno : EIO);
+            bytes = bytes.subspan(static_cast<std::size_t>(written));
+            offset += static_cast<std::uint64_t>(written);
+        }
+    }
+
+    std::filesystem::path m_path;
+    int m_descriptor = -1;
+    std::uint64_t m_bytes = 0;
+};
+
+/// Tells of progress now and then, and never of a step back.
+class Progress {
+public:
+    explicit Progress(const std::function<void(double)>& told) : m_told(told) {}
+
+    void report(double share) {
+        const auto now = steady_clock::now();
+        if (!m_told || now < m_next)
+            return;
+        m_next = now + progressInterval;
+        m_share = std::max(m_share, share);
+        m_told(m_share);
+    }
+
+private:
+    const std::function<void(double)>& m_told;
+    steady_clock::time_point m_next;
+    double m_share = 0;
+};
+
+void throwIfStopped(const std::stop_token& stop) {
+    if (stop.stop_requested())
+        throw Cancelled();
+}
+
+void resample(AudioFileReader& reader, AudioFrame first, Target& target, Progress progress,
+              const std::stop_token& stop) {
+    Decoding decoding(reader, std::move(first));
+    MonoResampler resampler;
+    std::vector<std::int16_t> samples;
+    samples.reserve(2 * samplesOfWrite);
+    const auto write = [&] {
+        target.append(samples);
+        samples.clear();
+    };
+    for (;;) {
+        const Batch batch = decoding.next();
+        throwIfStopped(stop);
+        if (batch.frames.empty())
+            break;
+        for (const AudioFrame& frame : batch.frames)
+            resampler.convert(*frame, samples);
+        if (samples.size() >= samplesOfWrite)
+            write();
+        progress.report(batch.progress);
+    }
+    resampler.finish(samples);
+    write();
+}
+
+void convert(const std::filesystem::path& source, const std::filesystem::path& target,
+             const std::function<void(double)>& onProgress, const std::stop_token& stop) {
+    AudioFileReader reader(source, stop);
+    const double declaredBytes = reader.declaredSeconds().value_or(0) * 2 * MonoResampler::outputRate;
+    if (declaredBytes > static_cast<double>(DurableWAV::maximumDataBytes))
+        throw FileFailure::writing(target, EFBIG);
+    AudioFrame first = reader.next();
+    Target file(target);
+    file.begin(reader);
+    if (first)
+        resample(reader, std::move(first), file, Progress(onProgress), stop);
+    throwIfStopped(stop);
+    file.finish();
+    if (onProgress)
+        onProgress(1);
+}
+
+} // namespace
+
+void convertFile(const std::filesystem::path& source, const std::filesystem::path& target,
+                 const std::function<void(double)>& onProgress, std::stop_token stop) {
+    try {
+        convert(source, target, onProgress, stop);
+    } catch (const UnreadableAudio& failure) {
+        throw AudioFailure(AudioFailure::Kind::conversion, failure.what());
+    }
+}
+
+} // namespace varnet
