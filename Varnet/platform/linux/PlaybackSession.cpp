@@ -168,8 +168,11 @@ void PlaybackSession::fill() {
 
 void PlaybackSession::checkEnd() {
     const PlaybackRing& ring = m_stream->ring();
-    const auto end = static_cast<std::int64_t>(ring.written());
-    if (!m_reader && ring.taken() == ring.written() && ring.heard(monotonicNanoseconds()) >= end)
+    const std::uint64_t end = ring.written();
+    if (m_reader || ring.taken() != end)
+        return;
+    const bool nothing = end == m_run.firstFrame;
+    if (nothing || ring.heard(monotonicNanoseconds()) >= static_cast<std::int64_t>(end))
         finish(nullptr);
 }
 
