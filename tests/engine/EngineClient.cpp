@@ -12,6 +12,7 @@
 #include <QtEndian>
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 using namespace std::chrono_literals;
 
@@ -54,10 +55,19 @@ int EngineProcess::health() const {
     return exchange(m_port, "GET /health HTTP/1.1\r\nHost: 127.0.0.1\r\n\r\n").status;
 }
 
-qint64 EngineProcess::peakMemory() const {
-    QFile file(QString("/proc/%1/status").arg(m_process.processId()));
+QByteArray EngineProcess::proc(const char* name) const {
+    QFile file(QString("/proc/%1/%2").arg(m_process.processId()).arg(name));
     EXPECT_TRUE(file.open(QFile::ReadOnly));
-    const QByteArray text = file.readAll();
+    return file.readAll();
+}
+
+double EngineProcess::cpuSeconds() const {
+    const QList<QByteArray> fields = proc("stat").split(')').last().trimmed().split(' ');
+    return (fields[11].toDouble() + fields[12].toDouble()) / static_cast<double>(sysconf(_SC_CLK_TCK));
+}
+
+qint64 EngineProcess::peakMemory() const {
+    const QByteArray text = proc("status");
     return text.mid(text.indexOf("VmHWM:") + 6).trimmed().split(' ').first().toLongLong();
 }
 

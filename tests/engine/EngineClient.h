@@ -19,8 +19,11 @@ public:
     QProcess& process() { return m_process; }
     int health() const; ///< the status of GET "/health", 0 when nothing answers within the application's 1.5 seconds
     qint64 peakMemory() const; ///< KiB
+    double cpuSeconds() const; ///< processor time used so far
 
 private:
+    QByteArray proc(const char* name) const;
+
     QProcess m_process;
     int m_port = 0;
 };
