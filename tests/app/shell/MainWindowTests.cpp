@@ -62,7 +62,7 @@ protected:
     }
 
     /// Ten seconds of silence with turns at 0 and 3 s.
-    void addMeetingWithAudio() {
+    void openMeetingWithAudio() {
         auto meeting = Meeting::make("With audio");
         meeting.source = MeetingSource();
         meeting.turns = {{Uuid::random(), 0, 3, "Speaker 1", "Hello", {}},
@@ -74,6 +74,7 @@ protected:
         audio.append(std::vector<std::byte>(320'000));
         audio.close();
         ASSERT_TRUE(app->store().saveImported(meeting));
+        open(AppRouter::Page::meeting);
     }
 
     void click(QQuickItem* item) {
@@ -271,8 +272,7 @@ TEST_F(Window, ATurnIsCorrectedAndSetBackByTheKeyboard) {
 }
 
 TEST_F(Window, WordsAreFoundInTheTranscriptWithoutLeavingTheKeyboard) {
-    addMeetingWithAudio();
-    openMeeting();
+    openMeetingWithAudio();
     press(Qt::Key_F, Qt::ControlModifier | Qt::ShiftModifier);
     type("HELLO");
     auto* field = control("Find in this transcript");
@@ -298,8 +298,7 @@ TEST_F(Window, WordsAreFoundInTheTranscriptWithoutLeavingTheKeyboard) {
 }
 
 TEST_F(Window, TheRecordingIsPlayedByClocksAndKeysThatTypingKeeps) {
-    addMeetingWithAudio();
-    openMeeting();
+    openMeetingWithAudio();
     auto* playback = frame->window()->property("playback").value<AudioPlayback*>();
     ASSERT_TRUE(playback->present());
     press(Qt::Key_Right);
