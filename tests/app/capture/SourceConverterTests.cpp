@@ -80,6 +80,15 @@ TEST(SourceConverter, KeepsLostAudioSilentAtItsOwnPlace) {
     EXPECT_GT(track.samples[3'760], 0.3F);
 }
 
+TEST(SourceConverter, HandsOutTheLastWordsOfASourceThatStops) {
+    SourceConverter converter(origin);
+    Track track;
+    track.add(converter.convert(buffer(std::vector<float>(4'800, 0.5F), 0), farAhead)); // 0.1 s
+    EXPECT_EQ(converter.finishIfQuietSince(origin + 99'000'000), std::nullopt);
+    track.add(converter.finishIfQuietSince(origin + 101'000'000).value());
+    EXPECT_EQ(track.samples.size(), 1'600U);
+}
+
 TEST(SourceConverter, GoesOnThroughAChangeOfFormat) {
     SourceConverter converter(origin);
     Track track;
