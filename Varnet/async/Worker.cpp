@@ -1,23 +1,41 @@
 #include "Varnet/async/Worker.h"
 
+#include <QCoreApplication>
 #include <QThreadPool>
+
+#include <limits>
 
 namespace varnet {
 
 namespace {
 
-std::unique_ptr<QThreadPool> makePool() {
-    auto pool = std::make_unique<QThreadPool>();
-    pool->setObjectName("worker");
-    pool->setMaxThreadCount(1);
-    return pool;
-}
+struct Threads {
+    QThreadPool worker;
+    QThreadPool own;
+
+    Threads() {
+        worker.setObjectName("worker");
+        worker.setMaxThreadCount(1);
+        own.setObjectName("long work");
+        own.setMaxThreadCount(std::numeric_limits<int>::max());
+        // What ends while the application object is being destroyed must not post to it any more.
+        qAddPostRoutine([] { threads().own.waitForDone(); });
+    }
+
+    static Threads& threads() {
+        static Threads threads;
+        return threads;
+    }
+};
 
 } // namespace
 
 void postToWorker(std::function<void()> work) {
-    static const std::unique_ptr<QThreadPool> pool = makePool();
-    pool->start(std::move(work));
+    Threads::threads().worker.start(std::move(work));
+}
+
+void postToOwnThread(std::function<void()> work) {
+    Threads::threads().own.start(std::move(work));
 }
 
 } // namespace varnet

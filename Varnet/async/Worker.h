@@ -14,11 +14,13 @@ namespace varnet {
 /// Runs `work` on the one worker thread, after what was given to it before. Any thread; `work` throws nothing.
 void postToWorker(std::function<void()> work);
 
-/// Runs heavy pure work off the main thread and returns its result or rethrows what it threw. `work` owns what it
-/// reads, is destroyed on either thread, and cannot be called off; after it, look up again by id what the result is
-/// for. Main thread.
+/// Runs `work` at once on a thread that it has to itself. Any thread; `work` throws nothing, and ends soon once the
+/// program quits: the application object waits for it.
+void postToOwnThread(std::function<void()> work);
+
+/// Runs `work` where `post` brings it; see onWorker.
 template <class F>
-Task<std::invoke_result_t<F>> onWorker(F work) {
+Task<std::invoke_result_t<F>> runThrough(void (*post)(std::function<void()>), F work) {
     using Result = std::invoke_result_t<F>;
     struct Job {
         F work;
@@ -27,7 +29,7 @@ Task<std::invoke_result_t<F>> onWorker(F work) {
     };
     const auto job = std::make_shared<Job>(Job{std::move(work), {}, {}});
     const auto wait = std::make_shared<Wait>();
-    postToWorker([job, wait] {
+    post([job, wait] {
         try {
             if constexpr (std::is_void_v<Result>)
                 job->work();
@@ -43,6 +45,20 @@ Task<std::invoke_result_t<F>> onWorker(F work) {
         std::rethrow_exception(job->failure);
     if constexpr (!std::is_void_v<Result>)
         co_return std::move(*job->result);
+}
+
+/// Runs heavy pure work off the main thread and returns its result or rethrows what it threw. `work` owns what it
+/// reads, is destroyed on either thread, and cannot be called off; after it, look up again by id what the result is
+/// for. Main thread.
+template <class F>
+Task<std::invoke_result_t<F>> onWorker(F work) {
+    return runThrough(postToWorker, std::move(work));
+}
+
+/// The same for work that takes long, which the worker's other users should not wait for.
+template <class F>
+Task<std::invoke_result_t<F>> onOwnThread(F work) {
+    return runThrough(postToOwnThread, std::move(work));
 }
 
 } // namespace varnet

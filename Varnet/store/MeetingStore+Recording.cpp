@@ -347,6 +347,7 @@ Task<> MeetingStore::stopRecording(std::exception_ptr captureError) {
     setStatus(id, incomplete    ? MeetingStatus::captureIncomplete
                   : transcribed ? MeetingStatus::savedWithTranscript
                                 : MeetingStatus::savedRetryTranscription);
+    attributeSpeakers(id);
 }
 
 /// Whether the files were closed without a failure.

@@ -78,6 +78,7 @@ MeetingStore::MeetingStore(const std::optional<fs::path>& storageRoot, StorePart
 
 MeetingStore::~MeetingStore() {
     m_tasks->requestStop();
+    m_audioWorkStop.request_stop();
     closeLive();
 }
 

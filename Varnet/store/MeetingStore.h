@@ -280,6 +280,14 @@ private:
     void setStatus(Uuid id, std::string_view status);
     void clearPartial();
 
+    // Saved audio on its way to a transcript.
+    std::stop_token beginAudioWork(Uuid id, bool imports);
+    void setConverted(std::optional<double> share);
+    void endAudioWork();
+    Task<> transcribeAgain(Uuid id, std::filesystem::path audio, std::stop_token stop);
+    Task<> convertAndTranscribe(Uuid id, std::filesystem::path source, std::stop_token stop);
+    Task<> measureSpeakers(Uuid id);
+
     StoreParts m_parts;
     CalendarLookup m_calendarLookup;
     std::optional<MeetingRepository> m_repository; ///< absent when storage could not be opened
@@ -301,6 +309,7 @@ private:
     MeetingEncoder m_recordingEncoder; ///< a long recording is saved with every turn
     std::optional<Uuid> m_notesMeetingID;
     std::optional<AudioWork> m_audioWork;
+    std::stop_source m_audioWorkStop;
     std::vector<DeletedMeeting> m_deletedMeetings;
     std::optional<DeletionReceipt> m_pendingUndo;
 
