@@ -70,6 +70,11 @@ class Application:
         self._call(NAME, PATH, "org.freedesktop.Application", "ActivateAction",
                    GLib.Variant("(sava{sv})", (name, [], {})))
 
+    def open(self, *files):
+        """Hands files over as the desktop's "Open with" does."""
+        self._call(NAME, PATH, "org.freedesktop.Application", "Open",
+                   GLib.Variant("(asa{sv})", ([file.as_uri() for file in files], {})))
+
     def kill(self):
         self.process.send_signal(signal.SIGKILL)
         self.process.wait(10)
