@@ -8,7 +8,6 @@
 #include "Varnet/store/MeetingStore.h"
 
 #include <algorithm>
-#include <chrono>
 #include <utility>
 
 namespace varnet {
@@ -18,7 +17,6 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr auto importedName = "imported.wav";
-constexpr std::chrono::milliseconds progressInterval{100};
 
 /// What the engine heard becomes the transcript; its text is not lost when it comes without timed words.
 void apply(const SpeechResponse& response, Meeting& meeting) {
@@ -31,24 +29,6 @@ void apply(const SpeechResponse& response, Meeting& meeting) {
     }
     meeting.status = MeetingStatus::transcribed;
 }
-
-/// Hands on what comes from another thread to the main one, and of that not more than a screen can show.
-class ProgressReport {
-public:
-    explicit ProgressReport(std::function<void(double)> show) : m_show(std::move(show)) {}
-
-    void operator()(double share) {
-        const auto now = std::chrono::steady_clock::now();
-        if (now - m_last < progressInterval)
-            return;
-        m_last = now;
-        postToMain([show = m_show, share] { show(share); });
-    }
-
-private:
-    std::function<void(double)> m_show;
-    std::chrono::steady_clock::time_point m_last = std::chrono::steady_clock::now();
-};
 
 } // namespace
 
@@ -159,13 +139,15 @@ Task<> MeetingStore::importAudio(fs::path file) {
 Task<> MeetingStore::convertAndTranscribe(Uuid id, fs::path source, std::stop_token stop) {
     const auto gone = m_tasks->stopToken();
     const fs::path target = m_repository->directory(id) / importedName;
-    const ProgressReport progress([this, gone, id](double share) {
-        // What is late belongs to work that has ended, or whose file is converted by now.
-        if (!gone.stop_requested() && m_audioWork && m_audioWork->meetingID == id && m_audioWork->converted)
-            setConverted(share);
-    });
+    const auto onProgress = [this, gone, id](double share) {
+        postToMain([=, this] {
+            // What is late belongs to work that has ended, or whose file is converted by now.
+            if (!gone.stop_requested() && m_audioWork && m_audioWork->meetingID == id && m_audioWork->converted)
+                setConverted(share);
+        });
+    };
     try {
-        co_await onOwnThread([=] { convertFile(source, target, progress, stop); });
+        co_await onOwnThread([=] { convertFile(source, target, onProgress, stop); });
     } catch (const Cancelled&) {
         throw Failure("The import was cancelled. The original file was not changed.");
     }
