@@ -250,6 +250,7 @@ TEST_F(Transcription, OneOperationAtATimeAndTheOthersAreRefusedSilently) {
     store().cancelAudioWork();
     ASSERT_TRUE(eventually([&] { return !store().busy(); }));
 
+    engineAnswers(200, sixTurns);
     await(store().startRecording());
     await(store().retryTranscription(id));
     await(store().importAudio(audioFile("b.wav")));
