@@ -328,6 +328,11 @@ TEST_F(Window, TheRecordingIsPlayedByClocksAndKeysThatTypingKeeps) {
     QTest::mouseClick(frame->window(), Qt::LeftButton, {},
                       wave->mapToScene({wave->width() * 0.8, wave->height() / 2}).toPoint());
     EXPECT_NEAR(playback->position(), 8, 0.1);
+
+    playback->play();
+    EXPECT_TRUE(playback->playing());
+    frame->window()->hide();
+    EXPECT_FALSE(playback->playing()) << "nothing plays from a closed window";
 }
 
 TEST_F(Window, NotesAreStoredAsTypedAndRestoredOnesShowUp) {
