@@ -89,6 +89,7 @@ protected:
 
     TemporaryFolder folder;
     ScopedVariable home{"XDG_CONFIG_HOME", (folder / "config").string()};
+    ScopedVariable cache{"XDG_CACHE_HOME", (folder / "cache").string()};
     ScopedVariable engines{"VARNET_NO_ENGINES", "1"};
     std::unique_ptr<VarnetApp> app;
     std::unique_ptr<MainWindow> frame;
