@@ -125,7 +125,9 @@ ApplicationWindow {
     }
 
     Questions {
+        commands: root.commands
         delegate: root.delegate
         frame: root.frame
+        router: root.router
     }
 }

@@ -1,12 +1,14 @@
 import QtQuick
 import Varnet
 
-// What the window asks before it closes or the program ends.
+// What the window asks: before it closes or the program ends, and before a transcript is replaced.
 Item {
     id: root
 
     required property MainWindow frame
     required property MeetingAppDelegate delegate
+    required property AppCommands commands
+    required property AppRouter router
 
     Ask {
         explanation: qsTr("The latest edits are still in this app's memory. Make storage available and retry saving. The app will stay open if saving still fails.")
@@ -28,5 +30,16 @@ Item {
         onDismissed: root.frame.cancelClosing()
         onFirst: root.delegate.quit()
         onSecond: root.frame.close()
+    }
+
+    Ask {
+        explanation: qsTr("This replaces transcript corrections and speaker names after successful transcription. You can restore the current version from Version history. Your notes stay unchanged.")
+        firstAnswer: qsTr("Cancel")
+        question: qsTr("Transcribe saved audio again?")
+        secondAnswer: qsTr("Transcribe again")
+        visible: root.router.retrying !== ""
+        onDismissed: root.commands.dismissTranscribeAgain()
+        onFirst: root.commands.dismissTranscribeAgain()
+        onSecond: root.commands.transcribeAgain()
     }
 }

@@ -32,6 +32,11 @@ AppCommands::AppCommands(MeetingStore& store, EngineSupervisor& engines, AppRout
     connect(&store, &MeetingStore::selectedIDChanged, this, &AppCommands::deleteChanged);
     connect(&store, &MeetingStore::librarySelectionChanged, this, &AppCommands::deleteChanged);
     connect(&router, &AppRouter::pageChanged, this, &AppCommands::deleteChanged);
+    for (const auto signal : {&MeetingStore::recordingChanged, &MeetingStore::busyChanged,
+                              &MeetingStore::selectedIDChanged, &MeetingStore::meetingsChanged})
+        connect(&store, signal, this, &AppCommands::transcribeAgainChanged);
+    connect(&store, &MeetingStore::meetingChanged, this, &AppCommands::transcribeAgainChanged);
+    connect(&store, &MeetingStore::selectedIDChanged, this, &AppCommands::dismissTranscribeAgain);
     connect(&m_undoStack, &QUndoStack::indexChanged, this, &AppCommands::undoChanged);
 }
 
@@ -49,6 +54,11 @@ bool AppCommands::stops() const {
 
 bool AppCommands::deleteEnabled() const {
     return !chosen().empty();
+}
+
+bool AppCommands::transcribeAgainEnabled() const {
+    const auto* meeting = m_store.selected();
+    return meeting && !m_store.busy() && !m_store.recording() && m_store.audioURL(*meeting);
 }
 
 QString AppCommands::undoText() const {
@@ -89,6 +99,26 @@ void AppCommands::openHistory() {
 
 void AppCommands::closeHistory() {
     m_router.setHistoryOpen(false);
+}
+
+void AppCommands::askToTranscribeAgain() {
+    if (!transcribeAgainEnabled())
+        return;
+    Q_EMIT aboutToAct();
+    m_router.setRetrying(toQString(m_store.selectedID()->text()));
+}
+
+void AppCommands::transcribeAgain() {
+    const auto id = Uuid::parse(toUtf8(m_router.retrying()));
+    dismissTranscribeAgain();
+    if (!id)
+        return;
+    Q_EMIT aboutToAct();
+    m_tasks.spawn(m_store.retryTranscription(*id));
+}
+
+void AppCommands::dismissTranscribeAgain() {
+    m_router.setRetrying({});
 }
 
 void AppCommands::exportSelected(const QUrl& file) {

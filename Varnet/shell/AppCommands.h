@@ -28,6 +28,7 @@ class AppCommands : public QObject {
     Q_PROPERTY(bool recordEnabled READ recordEnabled NOTIFY recordChanged)
     Q_PROPERTY(bool stops READ stops NOTIFY recordChanged)
     Q_PROPERTY(bool deleteEnabled READ deleteEnabled NOTIFY deleteChanged)
+    Q_PROPERTY(bool transcribeAgainEnabled READ transcribeAgainEnabled NOTIFY transcribeAgainChanged)
     Q_PROPERTY(bool canUndo READ canUndo NOTIFY undoChanged)
     Q_PROPERTY(bool canRedo READ canRedo NOTIFY undoChanged)
     Q_PROPERTY(QString undoText READ undoText NOTIFY undoChanged)
@@ -40,6 +41,7 @@ public:
     bool recordEnabled() const;  ///< a running recording can always be stopped
     bool stops() const;          ///< the record command would stop a recording
     bool deleteEnabled() const;  ///< there is something to delete; what stands against it is said when it is tried
+    bool transcribeAgainEnabled() const; ///< the selected meeting has audio, and nothing else uses the engine
     bool canUndo() const { return m_undoStack.canUndo(); }
     bool canRedo() const { return m_undoStack.canRedo(); }
     QString undoText() const; ///< such as "Undo Delete Meeting"; "Undo" while there is nothing to undo
@@ -55,6 +57,11 @@ public:
     /// Presents the versions of the selected meeting, if one is selected.
     Q_INVOKABLE void openHistory();
     Q_INVOKABLE void closeHistory();
+    /// Asks whether the audio of the selected meeting shall be transcribed again; the router holds the question, which
+    /// ends when another meeting is selected.
+    Q_INVOKABLE void askToTranscribeAgain();
+    Q_INVOKABLE void transcribeAgain();
+    Q_INVOKABLE void dismissTranscribeAgain();
     /// Writes the selected meeting as Markdown.
     Q_INVOKABLE void exportSelected(const QUrl& file);
 
@@ -72,6 +79,7 @@ public:
 Q_SIGNALS:
     void recordChanged();
     void deleteChanged();
+    void transcribeAgainChanged();
     void undoChanged();
     /// A command looks at meetings or changes them now: a title, a turn or notes that are being edited must be handed
     /// in before this returns.

@@ -6,6 +6,7 @@ void AppRouter::setPage(Page page) {
     if (page == m_page)
         return;
     setHistoryOpen(false);
+    setRetrying({});
     m_page = page;
     Q_EMIT pageChanged();
 }
@@ -29,6 +30,13 @@ void AppRouter::setExporting(bool exporting) {
         return;
     m_exporting = exporting;
     Q_EMIT exportingChanged();
+}
+
+void AppRouter::setRetrying(const QString& meeting) {
+    if (meeting == m_retrying)
+        return;
+    m_retrying = meeting;
+    Q_EMIT retryingChanged();
 }
 
 void AppRouter::requestSearchFocus() {

@@ -17,6 +17,7 @@ class AppRouter : public QObject {
     Q_PROPERTY(bool historyOpen READ historyOpen WRITE setHistoryOpen NOTIFY historyOpenChanged)
     Q_PROPERTY(bool importing READ importing WRITE setImporting NOTIFY importingChanged)
     Q_PROPERTY(bool exporting READ exporting WRITE setExporting NOTIFY exportingChanged)
+    Q_PROPERTY(QString retrying READ retrying WRITE setRetrying NOTIFY retryingChanged)
     Q_PROPERTY(int searchFocusRequest READ searchFocusRequest NOTIFY searchFocusRequestChanged)
 
 public:
@@ -43,6 +44,11 @@ public:
     bool exporting() const { return m_exporting; }
     void setExporting(bool exporting);
 
+    /// The id of the meeting for which is asked whether its audio shall be transcribed again; empty for none. Turning
+    /// to another page ends that.
+    QString retrying() const { return m_retrying; }
+    void setRetrying(const QString& meeting);
+
     /// Every increment asks the library's search field to take focus.
     int searchFocusRequest() const { return m_searchFocusRequest; }
     void requestSearchFocus();
@@ -52,6 +58,7 @@ Q_SIGNALS:
     void historyOpenChanged();
     void importingChanged();
     void exportingChanged();
+    void retryingChanged();
     void searchFocusRequestChanged();
 
 private:
@@ -59,6 +66,7 @@ private:
     bool m_historyOpen = false;
     bool m_importing = false;
     bool m_exporting = false;
+    QString m_retrying;
     int m_searchFocusRequest = 0;
 };
 

@@ -28,6 +28,14 @@ Row {
     }
 
     Action {
+        id: transcribing
+
+        enabled: root.commands.transcribeAgainEnabled
+        text: qsTr("Transcribe again")
+        onTriggered: root.commands.askToTranscribeAgain()
+    }
+
+    Action {
         id: deleting
 
         enabled: root.commands.deleteEnabled
@@ -42,7 +50,7 @@ Row {
         visible: root.room >= implicitWidth
 
         Repeater {
-            model: [exporting, history, deleting]
+            model: [exporting, history, transcribing, deleting]
 
             PlainButton {
                 required property Action modelData
@@ -68,6 +76,9 @@ Row {
             ThemedMenuItem {
                 action: history
                 keys: "Ctrl+Shift+H"
+            }
+            ThemedMenuItem {
+                action: transcribing
             }
             ThemedMenuItem {
                 action: deleting

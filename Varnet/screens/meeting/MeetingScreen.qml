@@ -97,6 +97,7 @@ FocusScope {
             TranscriptView {
                 id: transcript
 
+                commands: root.commands
                 focus: visible
                 page: root.page
                 playback: root.playback

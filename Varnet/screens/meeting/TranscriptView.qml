@@ -7,6 +7,7 @@ import Varnet
 FocusScope {
     id: root
 
+    required property AppCommands commands
     required property MeetingPage page
     required property AudioPlayback playback
     property bool following: true
@@ -113,6 +114,13 @@ FocusScope {
             type: Theme.reading
             width: parent.width
             wrapMode: Text.Wrap
+        }
+
+        PlainButton {
+            anchors.horizontalCenter: parent.horizontalCenter
+            text: qsTr("Transcribe saved audio")
+            visible: root.commands.transcribeAgainEnabled
+            onClicked: root.commands.askToTranscribeAgain()
         }
     }
 
