@@ -12,6 +12,7 @@ ThemedButton {
     ToolTip.delay: 600
     ToolTip.text: text
     ToolTip.visible: hovered && text !== ""
+    opacity: enabled ? 1 : 0.45
     padding: 2 * Theme.unit
 
     background: Rectangle {

@@ -31,7 +31,6 @@ Rectangle {
 
         RowLayout {
             enabled: root.playback.enabled
-            opacity: enabled ? 1 : 0.45
             spacing: Theme.unit
             width: parent.width
 

@@ -11,7 +11,7 @@ PlainButton {
     Accessible.name: qsTr("Speed, %1").arg(text)
     ToolTip.delay: 600
     ToolTip.text: qsTr("Speed")
-    ToolTip.visible: hovered
+    ToolTip.visible: hovered && !menu.visible
     implicitWidth: 2.75 * Theme.body.lineHeight
     text: qsTr("%1×").arg(playback.rate)
     onClicked: menu.open()

@@ -17,6 +17,7 @@ WaveformItem {
     color: Theme.faint
     duration: playback.duration
     implicitHeight: 9 * Theme.unit
+    opacity: enabled ? 1 : 0.45
     peaks: playback.peaks
     playedColor: Theme.accent
     position: playback.position
