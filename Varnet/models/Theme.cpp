@@ -34,6 +34,7 @@ Theme* Theme::create(QQmlEngine*, QJSEngine*) {
 
 Theme::Theme() {
     QCoreApplication::instance()->installEventFilter(this);
+    connect(&m_preference, &MotionPreference::changed, this, &Theme::motionChanged);
 }
 
 void Theme::setAppearance(std::optional<Appearance> appearance) {

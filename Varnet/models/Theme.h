@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Varnet/models/Palette.h"
+#include "Varnet/platform/MotionPreference.h"
 
 #include <QFont>
 #include <QObject>
@@ -61,7 +62,8 @@ class Theme : public QObject {
     Q_PROPERTY(int unit READ unit CONSTANT)
     Q_PROPERTY(int cardRadius READ cardRadius CONSTANT)
     Q_PROPERTY(int controlRadius READ controlRadius CONSTANT)
-    Q_PROPERTY(int motion READ motion CONSTANT)
+    Q_PROPERTY(int motion READ motion NOTIFY motionChanged)
+    Q_PROPERTY(bool moves READ moves NOTIFY motionChanged)
 
 public:
     enum class Appearance { light, dark };
@@ -106,19 +108,22 @@ public:
     int unit() const { return 4; }
     int cardRadius() const { return 8; }
     int controlRadius() const { return 6; }
-    int motion() const { return 140; } ///< milliseconds
+    int motion() const { return moves() ? 140 : 0; }       ///< milliseconds
+    bool moves() const { return !m_preference.reduced(); } ///< the desktop does not ask for stillness
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 Q_SIGNALS:
     void appearanceChanged();
     void typeChanged();
+    void motionChanged();
 
 private:
     Theme();
     TypeStyle type(int pixels, int lineHeight, QFont::Weight weight = QFont::Normal) const;
 
     std::optional<Appearance> m_appearance;
+    MotionPreference m_preference;
 };
 
 } // namespace varnet
