@@ -109,7 +109,7 @@ Task<> MeetingStore::transcribeAgain(Uuid id, fs::path audio, std::stop_token st
     });
 }
 
-Task<> MeetingStore::importAudio(fs::path file) {
+Task<> MeetingStore::importAudio(fs::path file, bool select) {
     if (m_busy || m_recording || !writable())
         co_return;
     const auto gone = m_tasks->stopToken();
@@ -119,7 +119,7 @@ Task<> MeetingStore::importAudio(fs::path file) {
     std::optional<Uuid> id;
     std::exception_ptr failure;
     try {
-        id = create(file.stem().string()).id;
+        id = create(file.stem().string(), select).id;
         const auto stop = beginAudioWork(*id, true);
         setStatus(*id, MeetingStatus::preparingAudio);
         co_await convertAndTranscribe(*id, std::move(file), stop);

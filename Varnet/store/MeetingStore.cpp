@@ -205,14 +205,15 @@ bool MeetingStore::retrySaving() {
     return m_saveFailures.empty();
 }
 
-Meeting MeetingStore::create(const std::string& title) {
+Meeting MeetingStore::create(const std::string& title, bool select) {
     if (!writable())
         throw Failure(storageUnavailable);
     Meeting meeting = Meeting::make(validUtf8(title));
     m_repository->save(meeting);
     m_meetings.insert(m_meetings.begin(), meeting);
     Q_EMIT meetingInserted(meeting.id);
-    setSelectedID(meeting.id);
+    if (select)
+        setSelectedID(meeting.id);
     return meeting;
 }
 

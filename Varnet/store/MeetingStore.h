@@ -124,8 +124,9 @@ public:
     /// Saves every meeting whose last save failed. Whether no failure remains.
     bool retrySaving();
 
-    /// Saves a new meeting, puts it first and selects it. Throws Failure or FileFailure with nothing changed.
-    Meeting create(const std::string& title);
+    /// Saves a new meeting, puts it first and selects it, unless `select` is false. Throws Failure or FileFailure with
+    /// nothing changed.
+    Meeting create(const std::string& title, bool select = true);
 
     /// The edits change the meeting, if there is one with that id, and save it; also during a recording.
     void setNotes(const std::string& text); ///< of the selected meeting
@@ -202,10 +203,10 @@ public:
     /// fails, `error` tells, and the transcript stays as it was. Refused while recording or busy, and without audio.
     Task<> retryTranscription(Uuid id);
 
-    /// Makes a meeting from an audio file of any kind, titled as the file and selected at once: the audio is converted
-    /// and transcribed. What fails shows in `error` and in the meeting's status; the file itself is never changed.
-    /// Refused while recording or busy, and without storage.
-    Task<> importAudio(std::filesystem::path file);
+    /// Makes a meeting from an audio file of any kind, titled as the file and selected at once, unless `select` is
+    /// false: the audio is converted and transcribed. What fails shows in `error` and in the meeting's status; the file
+    /// itself is never changed. Refused while recording or busy, and without storage.
+    Task<> importAudio(std::filesystem::path file, bool select = true);
 
     /// Ends the import or the retry that runs, as a failure would: what there is by then is kept.
     void cancelAudioWork();
