@@ -36,8 +36,11 @@ std::function<LoadedMeetings()> beginLoading(const std::filesystem::path& root) 
 }
 
 int run(const CommandLine& commandLine, StorageLock* lock, std::function<LoadedMeetings()> load) {
+    QList<QUrl> files;
+    for (const auto& file : commandLine.files)
+        files << ImportQueue::address(file);
     if (lock) {
-        if (const auto refusal = SingleInstance::settle(*lock, VarnetApp::storageRoot(commandLine)))
+        if (const auto refusal = SingleInstance::settle(*lock, VarnetApp::storageRoot(commandLine), files))
             return refuse(*refusal);
     }
 
@@ -66,11 +69,14 @@ int run(const CommandLine& commandLine, StorageLock* lock, std::function<LoadedM
     app.windowAppeared();
 
     ApplicationBus bus({.show = [&window] { window.show(); },
+                        .importFiles = [&app](const QList<QUrl>& addresses) { app.commands().importFiles(addresses); },
                         .toggleRecording = [&app] { app.commands().toggleRecording(); },
                         .quit = [&delegate] { delegate.quit(); }});
     QObject::connect(&delegate, &MeetingAppDelegate::terminating, &bus, &ApplicationBus::unregisterName);
     if (!commandLine.exportsWindow && bus.registerName() == ApplicationBus::Registration::nameTaken)
         return refuse(SingleInstance::anotherLibraryOpen(ApplicationBus::owner()));
+    if (!files.isEmpty())
+        app.commands().importFiles(files);
     return QCoreApplication::exec();
 }
 

@@ -2,14 +2,16 @@ import QtQuick
 import QtQuick.Layouts
 import Varnet
 
-// What went wrong, above the content.
+// What went wrong and what is being worked on, above the content.
 ColumnLayout {
     id: root
 
+    required property AppCommands commands
     required property ErrorBanner banner
+    required property WorkStatus work
 
     spacing: 0
-    visible: banner.message !== "" || banner.saveMessage !== ""
+    visible: banner.message !== "" || banner.saveMessage !== "" || work.showing
 
     Banner {
         Layout.fillWidth: true
@@ -32,5 +34,15 @@ ColumnLayout {
         tone: 1
         visible: message !== ""
         onTriggered: root.banner.retrySaving()
+    }
+
+    WorkStrip {
+        Layout.fillWidth: true
+        Layout.leftMargin: 4 * Theme.unit
+        Layout.rightMargin: 4 * Theme.unit
+        Layout.topMargin: 4 * Theme.unit
+        commands: root.commands
+        visible: root.work.showing
+        work: root.work
     }
 }

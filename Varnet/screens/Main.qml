@@ -19,6 +19,7 @@ ApplicationWindow {
     required property SidebarState sidebar
     required property UndoToast toast
     required property VersionHistory history
+    required property WorkStatus work
 
     color: Theme.surface
     font: Theme.body.font
@@ -26,7 +27,10 @@ ApplicationWindow {
     minimumWidth: 900
     palette.base: Theme.surface
     palette.button: Theme.raised
+    palette.buttonText: Theme.text
     palette.highlight: Theme.selection
+    palette.highlightedText: Theme.text
+    palette.light: Theme.surface
     palette.text: Theme.text
     palette.toolTipBase: Theme.raised
     palette.toolTipText: Theme.text
@@ -67,6 +71,8 @@ ApplicationWindow {
                 Layout.fillHeight: false
                 Layout.fillWidth: true
                 banner: root.banner
+                commands: root.commands
+                work: root.work
             }
 
             StackLayout {
@@ -122,6 +128,16 @@ ApplicationWindow {
             parentWindow: root
             router: root.router
         }
+    }
+
+    ImportPicker {
+        commands: root.commands
+        router: root.router
+    }
+
+    DropZone {
+        anchors.fill: parent
+        commands: root.commands
     }
 
     Questions {

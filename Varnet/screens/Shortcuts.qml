@@ -18,6 +18,12 @@ Item {
     }
 
     Shortcut {
+        enabled: root.commands.importEnabled
+        sequences: [StandardKey.Open]
+        onActivated: root.commands.importAudio()
+    }
+
+    Shortcut {
         context: Qt.ApplicationShortcut
         sequence: "Ctrl+1"
         onActivated: root.commands.showLibrary()

@@ -7,6 +7,8 @@
 #include "Varnet/store/DeletionCommand.h"
 #include "Varnet/store/MeetingStore.h"
 
+#include <algorithm>
+
 namespace varnet {
 
 namespace {
@@ -29,6 +31,7 @@ AppCommands::AppCommands(MeetingStore& store, EngineSupervisor& engines, AppRout
     : QObject(parent), m_store(store), m_engines(engines), m_router(router) {
     connect(&store, &MeetingStore::recordingChanged, this, &AppCommands::recordChanged);
     connect(&store, &MeetingStore::busyChanged, this, &AppCommands::recordChanged);
+    connect(&engines, &EngineSupervisor::speechChanged, this, &AppCommands::recordChanged);
     connect(&store, &MeetingStore::selectedIDChanged, this, &AppCommands::deleteChanged);
     connect(&store, &MeetingStore::librarySelectionChanged, this, &AppCommands::deleteChanged);
     connect(&router, &AppRouter::pageChanged, this, &AppCommands::deleteChanged);
@@ -50,6 +53,33 @@ bool AppCommands::recordEnabled() const {
 
 bool AppCommands::stops() const {
     return m_store.recording();
+}
+
+bool AppCommands::importEnabled() const {
+    return !m_store.busy() && !m_store.recording();
+}
+
+QString AppCommands::importDelay() const {
+    switch (m_imports.obstacle()) {
+    case ImportQueue::Obstacle::recording:
+        return tr("After the recording");
+    case ImportQueue::Obstacle::work:
+        return tr("When the present work is done");
+    case ImportQueue::Obstacle::engine:
+        return tr("When the speech engine has started");
+    case ImportQueue::Obstacle::none:
+        break;
+    }
+    return {};
+}
+
+QString AppCommands::importFilter() const {
+    QStringList patterns;
+    for (const char* suffix : {"wav", "mp3", "m4a", "aac", "ogg", "oga", "opus", "flac", "wma", "aif", "aiff",
+                               "caf", "amr", "mka", "mp4", "m4v", "mkv", "webm", "mov",  "avi", "3gp"})
+        for (const auto& written : {QString::fromLatin1(suffix), QString::fromLatin1(suffix).toUpper()})
+            patterns << QStringLiteral("*.") + written;
+    return tr("Audio and video") + QStringLiteral(" (%1)").arg(patterns.join(u' '));
 }
 
 bool AppCommands::deleteEnabled() const {
@@ -124,6 +154,38 @@ void AppCommands::dismissTranscribeAgain() {
 void AppCommands::exportSelected(const QUrl& file) {
     Q_EMIT aboutToAct();
     m_store.exportSelected(std::filesystem::path(toUtf8(file.toLocalFile())));
+}
+
+void AppCommands::importAudio() {
+    if (!importEnabled())
+        return;
+    Q_EMIT aboutToAct();
+    showLibrary();
+    m_router.setImporting(true);
+}
+
+void AppCommands::importFiles(const QList<QUrl>& addresses) {
+    Q_EMIT aboutToAct();
+    m_imports.add(addresses);
+}
+
+bool AppCommands::canImport(const QList<QUrl>& addresses) const {
+    return std::ranges::any_of(addresses,
+                               [](const QUrl& address) { return ImportQueue::localFile(address).has_value(); });
+}
+
+void AppCommands::importFailed(const QString& reason) {
+    m_router.setImporting(false);
+    m_store.setError(toUtf8(reason));
+}
+
+void AppCommands::cancelAudioWork() {
+    m_store.cancelAudioWork();
+}
+
+void AppCommands::cancelAllAudioWork() {
+    m_imports.clear();
+    cancelAudioWork();
 }
 
 std::set<Uuid> AppCommands::chosen() const {

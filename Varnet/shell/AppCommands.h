@@ -2,7 +2,9 @@
 
 #include "MeetingCore/base/Uuid.h"
 #include "Varnet/async/TaskScope.h"
+#include "Varnet/shell/ImportQueue.h"
 
+#include <QList>
 #include <QObject>
 #include <QStringList>
 #include <QUndoStack>
@@ -27,6 +29,9 @@ class AppCommands : public QObject {
     Q_PROPERTY(QString recordTitle READ recordTitle NOTIFY recordChanged)
     Q_PROPERTY(bool recordEnabled READ recordEnabled NOTIFY recordChanged)
     Q_PROPERTY(bool stops READ stops NOTIFY recordChanged)
+    Q_PROPERTY(bool importEnabled READ importEnabled NOTIFY recordChanged)
+    Q_PROPERTY(QString importDelay READ importDelay NOTIFY recordChanged)
+    Q_PROPERTY(QString importFilter READ importFilter CONSTANT)
     Q_PROPERTY(bool deleteEnabled READ deleteEnabled NOTIFY deleteChanged)
     Q_PROPERTY(bool transcribeAgainEnabled READ transcribeAgainEnabled NOTIFY transcribeAgainChanged)
     Q_PROPERTY(bool canUndo READ canUndo NOTIFY undoChanged)
@@ -37,10 +42,13 @@ class AppCommands : public QObject {
 public:
     AppCommands(MeetingStore& store, EngineSupervisor& engines, AppRouter& router, QObject* parent = nullptr);
 
-    QString recordTitle() const; ///< "New Recording" or "Stop Recording"
-    bool recordEnabled() const;  ///< a running recording can always be stopped
-    bool stops() const;          ///< the record command would stop a recording
-    bool deleteEnabled() const;  ///< there is something to delete; what stands against it is said when it is tried
+    QString recordTitle() const;  ///< "New Recording" or "Stop Recording"
+    bool recordEnabled() const;   ///< a running recording can always be stopped
+    bool stops() const;           ///< the record command would stop a recording
+    bool importEnabled() const;   ///< files can be picked
+    QString importDelay() const;  ///< when files that are handed over now will be imported; empty for at once
+    QString importFilter() const; ///< names the kinds of files that a picker shows
+    bool deleteEnabled() const;   ///< there is something to delete; what stands against it is said when it is tried
     bool transcribeAgainEnabled() const; ///< the selected meeting has audio, and nothing else uses the engine
     bool canUndo() const { return m_undoStack.canUndo(); }
     bool canRedo() const { return m_undoStack.canRedo(); }
@@ -65,6 +73,19 @@ public:
     /// Writes the selected meeting as Markdown.
     Q_INVOKABLE void exportSelected(const QUrl& file);
 
+    /// Shows the library and asks for an audio file to import.
+    Q_INVOKABLE void importAudio();
+    /// Takes files to import, now or later, wherever they come from.
+    Q_INVOKABLE void importFiles(const QList<QUrl>& addresses);
+    /// Whether there is a file on this computer among the addresses.
+    Q_INVOKABLE bool canImport(const QList<QUrl>& addresses) const;
+    /// What picks a file could not be presented.
+    Q_INVOKABLE void importFailed(const QString& reason);
+    /// Ends the import or the transcription that runs.
+    Q_INVOKABLE void cancelAudioWork();
+    /// The same, and forgets the files that wait.
+    Q_INVOKABLE void cancelAllAudioWork();
+
     /// On the library page deletes the selected rows; on a meeting's page that meeting, and then shows the library.
     Q_INVOKABLE void deleteSelected();
     Q_INVOKABLE void restoreDeleted(const QStringList& ids);
@@ -75,6 +96,8 @@ public:
     /// Takes back the delete that is being offered for undoing, also when other commands came after it.
     Q_INVOKABLE void undoDelete();
     Q_INVOKABLE void dismissUndo();
+
+    ImportQueue& imports() { return m_imports; }
 
 Q_SIGNALS:
     void recordChanged();
@@ -92,6 +115,7 @@ private:
     EngineSupervisor& m_engines;
     AppRouter& m_router;
     QUndoStack m_undoStack;
+    ImportQueue m_imports{m_store, m_engines, m_router};
     TaskScope m_tasks{"Commands"};
 };
 

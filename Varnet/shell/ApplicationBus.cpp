@@ -1,5 +1,7 @@
 #include "Varnet/shell/ApplicationBus.h"
 
+#include "Varnet/shell/ImportQueue.h"
+
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 
@@ -51,16 +53,22 @@ std::optional<pid_t> ApplicationBus::owner(const QDBusConnection& connection) {
     return static_cast<pid_t>(reply.value());
 }
 
-bool ApplicationBus::activateOwner(const QDBusConnection& connection) {
+ApplicationBus::Answer ApplicationBus::askOwner(const QList<QUrl>& files, const QDBusConnection& connection) {
     QVariantMap platformData;
     for (const auto& [variable, key] :
          {std::pair{"XDG_ACTIVATION_TOKEN", "activation-token"}, std::pair{"DESKTOP_STARTUP_ID", "desktop-startup-id"}})
         if (qEnvironmentVariableIsSet(variable))
             platformData.insert(QString::fromLatin1(key), qEnvironmentVariable(variable));
-    auto message = QDBusMessage::createMethodCall(busName, objectPath, interfaceName, QStringLiteral("Activate"));
+    auto message = QDBusMessage::createMethodCall(
+        busName, objectPath, interfaceName, files.isEmpty() ? QStringLiteral("Activate") : QStringLiteral("Open"));
     message.setAutoStartService(false);
+    if (!files.isEmpty())
+        message << QUrl::toStringList(files, QUrl::FullyEncoded);
     message << platformData;
-    return connection.call(message, QDBus::Block, answerMilliseconds).type() == QDBusMessage::ReplyMessage;
+    const auto reply = connection.call(message, QDBus::Block, answerMilliseconds);
+    if (reply.errorName() == QDBusError::errorString(QDBusError::InvalidArgs))
+        return {true, reply.errorMessage()};
+    return {reply.type() == QDBusMessage::ReplyMessage, {}};
 }
 
 void ApplicationBus::Activate(const QVariantMap& platformData) {
@@ -69,8 +77,20 @@ void ApplicationBus::Activate(const QVariantMap& platformData) {
 
 void ApplicationBus::Open(const QStringList& uris, const QVariantMap& platformData) {
     show(platformData);
-    if (!uris.isEmpty())
-        sendErrorReply(QDBusError::NotSupported, QStringLiteral("This version does not open files."));
+    QList<QUrl> files;
+    QStringList others;
+    for (const auto& uri : uris) {
+        const auto address = QUrl::fromEncoded(uri.toUtf8());
+        if (ImportQueue::localFile(address))
+            files << address;
+        else
+            others << uri;
+    }
+    if (!files.isEmpty())
+        m_actions.importFiles(files);
+    if (!others.isEmpty())
+        sendErrorReply(QDBusError::InvalidArgs,
+                       QStringLiteral("No file on this computer: %1").arg(others.join(QStringLiteral(", "))));
 }
 
 void ApplicationBus::ActivateAction(const QString& name, const QVariantList&, const QVariantMap& platformData) {

@@ -2,7 +2,9 @@
 
 #include <QDBusConnection>
 #include <QDBusContext>
+#include <QList>
 #include <QObject>
+#include <QUrl>
 #include <QVariantMap>
 
 #include <sys/types.h>
@@ -15,6 +17,7 @@ namespace varnet {
 /// What others may ask of the program over the session bus.
 struct BusActions {
     std::function<void()> show;
+    std::function<void(QList<QUrl>)> importFiles; ///< addresses of files on this computer
     std::function<void()> toggleRecording;
     std::function<void()> quit;
 };
@@ -40,8 +43,15 @@ public:
     /// The process that owns the name; absent when none does or there is no bus.
     static std::optional<pid_t> owner(const QDBusConnection& connection = QDBusConnection::sessionBus());
 
-    /// Asks the owner of the name to bring its window up. Waits a few seconds; false when it does not answer.
-    static bool activateOwner(const QDBusConnection& connection = QDBusConnection::sessionBus());
+    /// What the owner of the name says to a request.
+    struct Answer {
+        bool came = false; ///< in time
+        QString refusal;   ///< what it did not do, as a sentence; empty for nothing
+    };
+
+    /// Asks the owner of the name to bring its window up and to import these files. Waits a few seconds.
+    static Answer askOwner(const QList<QUrl>& files = {},
+                           const QDBusConnection& connection = QDBusConnection::sessionBus());
 
 public Q_SLOTS:
     Q_SCRIPTABLE void Activate(const QVariantMap& platformData);

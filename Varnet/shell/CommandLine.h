@@ -8,9 +8,12 @@
 namespace varnet {
 
 /// What the program was started with. A value argument takes the next element of the list; the first element that is
-/// equal to the flag decides, and a flag at the very end counts as not given. Unknown arguments are ignored.
+/// equal to the flag decides, and a flag at the very end counts as not given. Unknown flags are ignored; what is
+/// neither a flag nor a value of one is a file to import.
 struct CommandLine {
     std::optional<std::filesystem::path> storageRoot{}; ///< --storage-root: the library to use in place of the user's
+
+    std::vector<std::string> files{}; ///< paths and addresses, as given; none in a run that only reads
 
     /// --export-ui stands in the list. Such a run only reads: no engines, no repairs, no lock. Everything below counts
     /// only in such a run.

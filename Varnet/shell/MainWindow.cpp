@@ -55,6 +55,7 @@ MainWindow::MainWindow(VarnetApp& app, std::unique_ptr<QQmlApplicationEngine> sc
       m_toast(app.store()),
       m_sidebar(app.store(), app.engines(), m_clock),
       m_banner(app.store()),
+      m_work(app.store(), app.commands().imports()),
       m_engine(screens ? std::move(screens) : loadScreens()) {
     connect(&app.delegate(), &MeetingAppDelegate::askingToSaveChanged, this, [this] {
         if (m_app.delegate().askingToSave())
@@ -88,7 +89,8 @@ bool MainWindow::open() {
                                     {QStringLiteral("deleted"), object(&m_deleted)},
                                     {QStringLiteral("history"), object(&m_history)},
                                     {QStringLiteral("toast"), object(&m_toast)},
-                                    {QStringLiteral("sidebar"), object(&m_sidebar)}});
+                                    {QStringLiteral("sidebar"), object(&m_sidebar)},
+                                    {QStringLiteral("work"), object(&m_work)}});
     m_engine->load(mainScreen());
     if (m_engine->rootObjects().isEmpty())
         return false;

@@ -9,6 +9,7 @@
 #include "Varnet/models/SidebarState.h"
 #include "Varnet/models/UndoToast.h"
 #include "Varnet/models/VersionHistory.h"
+#include "Varnet/models/WorkStatus.h"
 
 #include <QObject>
 #include <QQmlApplicationEngine>
@@ -74,6 +75,7 @@ private:
     UndoToast m_toast;
     SidebarState m_sidebar;
     ErrorBanner m_banner;
+    WorkStatus m_work;
     bool m_askingToClose = false;
     QQuickWindow* m_window = nullptr;
     std::unique_ptr<QQmlApplicationEngine> m_engine; ///< last: its objects look at the others

@@ -2,6 +2,9 @@
 
 #include "Varnet/shell/StorageLock.h"
 
+#include <QList>
+#include <QUrl>
+
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -13,13 +16,13 @@ namespace SingleInstance {
 
 /// What a start that is not the only one comes to.
 struct Refusal {
-    int exitCode = 0;    ///< 0 when the running program has been asked to show its window
+    int exitCode = 0;    ///< 0 when the running program shows its window and has taken the files
     std::string message; ///< a finished sentence for the terminal; empty with exit code 0
 };
 
 /// Absent when this process may go on, with the lock. Otherwise the holder of the lock is asked over the bus to show
-/// itself; while it is still starting or already ending this waits some seconds.
-std::optional<Refusal> settle(StorageLock& lock, const std::filesystem::path& storageRoot);
+/// itself and to import `files`; while it is still starting or already ending this waits some seconds.
+std::optional<Refusal> settle(StorageLock& lock, const std::filesystem::path& storageRoot, const QList<QUrl>& files);
 
 /// The refusal of a start beside a program that has another library open.
 Refusal anotherLibraryOpen(std::optional<pid_t> process);

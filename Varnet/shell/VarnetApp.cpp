@@ -46,6 +46,7 @@ void VarnetApp::windowAppeared() {
     if (const auto mode = CaptureModePreference::load(m_settings))
         m_store.setCaptureMode(*mode);
     connect(&m_store, &MeetingStore::recordingChanged, this, &VarnetApp::followRecording);
+    connect(&m_delegate, &MeetingAppDelegate::terminating, &m_commands.imports(), &ImportQueue::clear);
     m_tasks.spawn(m_engines.startSpeech());
     m_tasks.spawn(checkOnce(this, m_tasks.stopToken()));
     m_tasks.spawn(poll(this, m_tasks.stopToken()));

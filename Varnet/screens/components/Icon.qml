@@ -8,7 +8,7 @@ IconImage {
 
     color: Theme.text
     height: sourceSize.height
-    source: symbol === "" ? "" : "../icons/" + symbol + ".svg"
+    source: symbol === "" ? "" : Qt.resolvedUrl("../icons/" + symbol + ".svg")
     sourceSize: Qt.size(4 * Theme.unit, 4 * Theme.unit)
     width: sourceSize.width
 }

@@ -4,6 +4,10 @@ import Varnet
 
 // What stands in the library before the first meeting.
 ColumnLayout {
+    id: root
+
+    required property AppCommands commands
+
     spacing: Theme.unit
 
     BrandMark {
@@ -26,5 +30,21 @@ ColumnLayout {
         horizontalAlignment: Text.AlignHCenter
         text: qsTr("Press New Recording, or Ctrl+N, when your next call begins.")
         wrapMode: Text.Wrap
+    }
+
+    ThemedText {
+        Layout.fillWidth: true
+        color: Theme.secondary
+        horizontalAlignment: Text.AlignHCenter
+        text: qsTr("Or import audio that you have: drop it here, or choose a file.")
+        wrapMode: Text.Wrap
+    }
+
+    PlainButton {
+        Layout.alignment: Qt.AlignHCenter
+        Layout.topMargin: 3 * Theme.unit
+        enabled: root.commands.importEnabled
+        text: qsTr("Import Audio…")
+        onClicked: root.commands.importAudio()
     }
 }

@@ -6,6 +6,7 @@ import Varnet
 RowLayout {
     id: root
 
+    required property AppCommands commands
     required property LibraryModel library
 
     signal passedOn
@@ -20,6 +21,7 @@ RowLayout {
         Accessible.role: Accessible.Heading
         Layout.fillWidth: true
         Layout.maximumWidth: implicitWidth
+        Layout.minimumWidth: Math.min(implicitWidth, root.width / 3)
         text: qsTr("All Meetings")
         type: Theme.title
     }
@@ -38,7 +40,7 @@ RowLayout {
 
         Layout.fillWidth: true
         Layout.maximumWidth: 70 * Theme.unit
-        Layout.minimumWidth: 40 * Theme.unit
+        Layout.minimumWidth: 30 * Theme.unit
         Layout.preferredWidth: 70 * Theme.unit
         placeholderText: qsTr("Search titles and transcripts")
         visible: !root.library.empty
@@ -53,5 +55,15 @@ RowLayout {
 
             target: root.library
         }
+    }
+
+    PlainButton {
+        Layout.fillWidth: true
+        Layout.maximumWidth: implicitWidth
+        Layout.minimumWidth: Math.min(implicitWidth, root.width / 4)
+        enabled: root.commands.importEnabled
+        text: qsTr("Import Audio…")
+        visible: !root.library.empty
+        onClicked: root.commands.importAudio()
     }
 }

@@ -26,6 +26,7 @@ FocusScope {
         anchors.rightMargin: 4 * Theme.unit
         anchors.top: parent.top
         anchors.topMargin: 7 * Theme.unit
+        commands: root.commands
         library: root.library
         onPassedOn: {
             list.forceActiveFocus(Qt.TabFocusReason)
@@ -36,6 +37,7 @@ FocusScope {
 
     EmptyLibrary {
         anchors.centerIn: parent
+        commands: root.commands
         visible: root.library.empty
         width: Math.min(130 * Theme.unit, root.width - 16 * Theme.unit)
     }

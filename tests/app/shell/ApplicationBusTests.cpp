@@ -47,6 +47,7 @@ private:
 TEST_F(Bus, CarriesTheActionsOfTheApplication) {
     QStringList heard;
     ApplicationBus bus({.show = [&] { heard << "show"; },
+                        .importFiles = [&](const QList<QUrl>& files) { heard << QUrl::toStringList(files); },
                         .toggleRecording = [&] { heard << "toggle"; },
                         .quit = [&] { heard << "quit"; }},
                        connection("program"));
@@ -59,7 +60,11 @@ TEST_F(Bus, CarriesTheActionsOfTheApplication) {
         EXPECT_EQ(call("ActivateAction", {action, QVariantList(), platform}), "");
     EXPECT_EQ(heard, (QStringList{"show", "toggle", "show", "quit"}));
     EXPECT_EQ(call("ActivateAction", {"dance", QVariantList(), platform}), "org.freedesktop.DBus.Error.InvalidArgs");
-    EXPECT_EQ(call("Open", {QStringList{"file:///a.wav"}, platform}), "org.freedesktop.DBus.Error.NotSupported");
+    heard.clear();
+    EXPECT_EQ(call("Open", {QStringList{"file:///a.wav", "file:///b.wav"}, platform}), "");
+    EXPECT_EQ(call("Open", {QStringList{"http://c.d/e.wav", "file:///f.wav"}, platform}),
+              "org.freedesktop.DBus.Error.InvalidArgs");
+    EXPECT_EQ(heard, (QStringList{"show", "file:///a.wav", "file:///b.wav", "show", "file:///f.wav"}));
 }
 
 TEST_F(Bus, TheNameBelongsToOneProgramAndABusIsNotNeeded) {

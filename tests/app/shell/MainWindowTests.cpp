@@ -1,4 +1,5 @@
 #include "MeetingCore/audio/DurableWAV.h"
+#include "MeetingCore/base/AtomicFile.h"
 #include "MeetingCore/records/MeetingRepository.h"
 #include "Varnet/shell/MainWindow.h"
 #include "Varnet/shell/VarnetApp.h"
@@ -7,6 +8,8 @@
 #include "tests/support/TemporaryFolder.h"
 
 #include <QAccessible>
+#include <QDragEnterEvent>
+#include <QMimeData>
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QSignalSpy>
@@ -357,6 +360,42 @@ TEST_F(Window, NotesAreStoredAsTypedAndRestoredOnesShowUp) {
     EXPECT_EQ(notes->property("text"), "") << "nothing of the other meeting can be brought here";
     app->delegate().closing();
     EXPECT_EQ(store.meeting(second)->notes, "");
+}
+
+TEST_F(Window, AsksForAFileAndImportsThoseThatAreDroppedOnIt) {
+    ASSERT_TRUE(frame->open());
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(frame->window()));
+    frame->window()->requestActivate();
+    await(app->engines().startSpeech());
+    app->router().setPage(AppRouter::Page::meeting);
+    settle();
+    press(Qt::Key_O, Qt::ControlModifier);
+    EXPECT_TRUE(app->router().importing() && app->router().showingLibrary());
+    ASSERT_TRUE(eventually([&] {
+        press(Qt::Key_Escape);
+        return !app->router().importing();
+    }));
+
+    auto& store = app->store();
+    const auto drop = [&](const QList<QUrl>& urls) {
+        QMimeData data;
+        data.setUrls(urls);
+        QDragEnterEvent enter({400, 300}, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(frame->window(), &enter);
+        QDropEvent event({400, 300}, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, {});
+        QDragLeaveEvent leave;
+        QCoreApplication::sendEvent(frame->window(), enter.isAccepted() ? static_cast<QEvent*>(&event) : &leave);
+        return enter.isAccepted() && event.isAccepted() ? event.dropAction() : Qt::IgnoreAction;
+    };
+    EXPECT_EQ(drop({QUrl("https://example.org/a.mp3")}), Qt::IgnoreAction);
+    writeFileAtomically(folder / "Talk.m4a", "text");
+    EXPECT_EQ(drop({QUrl::fromLocalFile(QString::fromStdString(folder / "Talk.m4a"))}), Qt::CopyAction);
+    EXPECT_EQ(warnings.join('\n').toStdString(), "");
+    EXPECT_EQ(store.selected()->title, "Talk");
+    EXPECT_EQ(control("Importing “Talk”")->property("indeterminate"), true);
+    control("Cancel");
+    ASSERT_TRUE(eventually([&] { return app->router().showingMeeting(); }));
+    EXPECT_EQ(store.selected()->status, "Import needs attention");
 }
 
 TEST_F(Window, ClosingItIsExplainedOnceAndNeverEndsTheProgram) {

@@ -1,0 +1,80 @@
+import QtQuick
+import QtQuick.Layouts
+import Varnet
+
+// Saved audio on its way to a transcript: what is being done, how far it is, what waits, and a way to call it off.
+Rectangle {
+    id: root
+
+    required property AppCommands commands
+    required property WorkStatus work
+
+    border.color: Theme.line
+    border.width: 1
+    color: Theme.raised
+    implicitHeight: row.implicitHeight + 4 * Theme.unit
+    radius: Theme.cardRadius
+
+    RowLayout {
+        id: row
+
+        anchors.fill: parent
+        anchors.leftMargin: 3 * Theme.unit
+        anchors.rightMargin: 2 * Theme.unit
+        spacing: 2 * Theme.unit
+
+        ColumnLayout {
+            spacing: Theme.unit
+
+            RowLayout {
+                spacing: 3 * Theme.unit
+
+                ThemedText {
+                    Accessible.name: text
+                    Accessible.role: Accessible.StaticText
+                    Layout.fillWidth: true
+                    text: root.work.text
+                }
+
+                ThemedText {
+                    Accessible.name: text
+                    Accessible.role: Accessible.StaticText
+                    color: Theme.secondary
+                    text: root.work.waitingText
+                    type: Theme.caption
+                    visible: text !== ""
+                }
+
+                ThemedText {
+                    Accessible.ignored: true
+                    text: root.work.shareText
+                    type: Theme.caption
+                    visible: text !== ""
+                }
+            }
+
+            WorkBar {
+                Accessible.description: root.work.shareText
+                Accessible.name: root.work.text
+                Layout.fillWidth: true
+                indeterminate: !root.work.measured
+                value: root.work.share
+                visible: root.work.running
+            }
+        }
+
+        PlainButton {
+            Layout.leftMargin: Theme.unit
+            enabled: !root.work.cancelling
+            text: qsTr("Cancel")
+            visible: root.work.running
+            onClicked: root.commands.cancelAudioWork()
+        }
+
+        PlainButton {
+            text: root.work.running ? qsTr("Cancel all") : qsTr("Cancel")
+            visible: root.work.filesWait
+            onClicked: root.commands.cancelAllAudioWork()
+        }
+    }
+}
