@@ -35,6 +35,8 @@ check_qml() {
     fi
 }
 
+check_desktop_entry() { ! desktop-file-validate packaging/*.desktop | grep .; }
+
 check_lengths() {
     git ls-files 'Varnet/*.qml' | xargs -r wc -l |
         awk '$2 != "total" && $1 > 150 {print "over 150 lines: " $2; bad = 1} END {exit bad}'
@@ -51,5 +53,6 @@ step "scripts" check_scripts
 step "theme" check_theme
 step "QML" check_qml
 step "QML lengths" check_lengths
+step "desktop entry" check_desktop_entry
 step "clang-tidy" check_tidy
 exit $failed

@@ -18,7 +18,7 @@ declare -A groups=(
     [test]="libgtest-dev libgmock-dev xvfb xauth xdotool x11-utils pipewire-bin flite sox ffmpeg
         libglib2.0-bin iproute2 util-linux procps python3 python3-dbus python3-gi python3-dbusmock
         at-spi2-core python3-pyatspi"
-    [lint]="clang-tidy-19 clang-format-19 shellcheck python3"
+    [lint]="clang-tidy-19 clang-format-19 shellcheck python3 desktop-file-utils"
     [bench]="libsoxr-dev nlohmann-json3-dev ffmpeg"
     [package]="dpkg-dev file"
 )
