@@ -74,9 +74,9 @@ def main():
     print("live:", check_names(record, dialogue))
 
     before = read(record)
-    window.press("Transcribe again")
+    window.click("Transcribe again")
     driver.wait_for("the question", lambda: window.find("push button", "Cancel"))
-    window.press("Transcribe again")
+    window.click("Transcribe again")
     driver.wait_for("the new transcript", lambda: read(record)["status"] == "Transcribed", 90)
     versions = list((record.parent / "history").glob("*.json"))
     assert [read(version) for version in versions] == [before], "the earlier transcript is not the one version"

@@ -42,12 +42,12 @@ def written(name):
     return [Atspi.Text.get_text(node, 0, Atspi.Text.get_character_count(node)) for node in find("text", name)]
 
 
-def press(name, role="push button"):
-    """Presses the last control of that name, once it can be seen: the one on top."""
+def click(name, role="push button"):
+    """Clicks the last control of that name with the mouse, once it can be seen: the one on top."""
     driver.wait_for(f"the {role} '{name}'", lambda: find(role, name))
-    found = find(role, name)[-1]
-    actions = [found.get_action_name(index) for index in range(found.get_n_actions())]
-    found.do_action(actions.index("Press"))
+    place = Atspi.Component.get_extents(find(role, name)[-1], Atspi.CoordType.SCREEN)
+    middle = (place.x + place.width // 2, place.y + place.height // 2)
+    subprocess.run(["xdotool", "mousemove", *map(str, middle), "click", "1"], check=True)
 
 
 def take_focus(process):
