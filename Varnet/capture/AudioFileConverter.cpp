@@ -15,6 +15,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <deque>
+#include <iterator>
 #include <mutex>
 #include <optional>
 #include <span>
@@ -33,7 +34,7 @@ namespace {
 using std::chrono::steady_clock;
 
 /// Enough to hand over seldom, and little enough to stay in the processor's cache.
-constexpr std::int64_t samplesOfBatch = 1 << 15;
+constexpr std::int64_t samplesOfBatch = 1 << 16;
 constexpr std::size_t batchesAhead = 2;
 constexpr std::size_t samplesOfWrite = 1 << 15;
 constexpr auto progressInterval = std::chrono::milliseconds(80);
@@ -49,17 +50,23 @@ class BatchQueue {
 public:
     /// False when nobody takes it any more.
     bool push(Batch batch) {
+        std::vector<AudioFrame> spent; // freed behind the lock
         std::unique_lock lock(m_mutex);
         m_changed.wait(lock, [this] { return m_closed || m_batches.size() < batchesAhead; });
         if (m_closed)
             return false;
         m_batches.push_back(std::move(batch));
+        spent.swap(m_spent);
+        lock.unlock();
         m_changed.notify_all();
         return true;
     }
 
-    Batch pop() {
+    /// Takes the frames back that are done with: freeing them where they were made spares both threads a fight over
+    /// the decoder's pool.
+    Batch pop(std::vector<AudioFrame> spent) {
         std::unique_lock lock(m_mutex);
+        std::ranges::move(spent, std::back_inserter(m_spent));
         m_changed.wait(lock, [this] { return !m_batches.empty(); });
         Batch batch = std::move(m_batches.front());
         m_batches.pop_front();
@@ -77,6 +84,7 @@ private:
     std::mutex m_mutex;
     std::condition_variable m_changed;
     std::deque<Batch> m_batches;
+    std::vector<AudioFrame> m_spent;
     bool m_closed = false;
 };
 
@@ -89,9 +97,9 @@ public:
     Decoding& operator=(const Decoding&) = delete;
     ~Decoding() { m_queue.close(); }
 
-    /// Rethrows what decoding failed with.
-    Batch next() {
-        Batch batch = m_queue.pop();
+    /// Takes the frames of the last batch back. Rethrows what decoding failed with.
+    Batch next(std::vector<AudioFrame> spent) {
+        Batch batch = m_queue.pop(std::move(spent));
         if (batch.failure)
             std::rethrow_exception(batch.failure);
         return batch;
@@ -215,8 +223,9 @@ void resample(AudioFileReader& reader, AudioFrame first, Target& target, Progres
         target.append(samples);
         samples.clear();
     };
+    Batch batch;
     for (;;) {
-        const Batch batch = decoding.next();
+        batch = decoding.next(std::move(batch.frames));
         throwIfStopped(stop);
         if (batch.frames.empty())
             break;
