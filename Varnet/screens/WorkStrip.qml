@@ -15,15 +15,18 @@ Rectangle {
     implicitHeight: row.implicitHeight + 4 * Theme.unit
     radius: Theme.cardRadius
 
-    RowLayout {
+    GridLayout {
         id: row
 
         anchors.fill: parent
         anchors.leftMargin: 3 * Theme.unit
         anchors.rightMargin: 2 * Theme.unit
-        spacing: 2 * Theme.unit
+        columnSpacing: 3 * Theme.unit
+        columns: width < buttons.implicitWidth + 60 * Theme.unit ? 1 : 2 // with large words the buttons go below
+        rowSpacing: 2 * Theme.unit
 
         ColumnLayout {
+            Layout.fillWidth: true
             spacing: Theme.unit
 
             RowLayout {
@@ -63,18 +66,24 @@ Rectangle {
             }
         }
 
-        PlainButton {
-            Layout.leftMargin: Theme.unit
-            enabled: !root.work.cancelling
-            text: qsTr("Cancel")
-            visible: root.work.running
-            onClicked: root.commands.cancelAudioWork()
-        }
+        RowLayout {
+            id: buttons
 
-        PlainButton {
-            text: root.work.running ? qsTr("Cancel all") : qsTr("Cancel")
-            visible: root.work.filesWait
-            onClicked: root.commands.cancelAllAudioWork()
+            Layout.alignment: Qt.AlignRight
+            spacing: 2 * Theme.unit
+
+            PlainButton {
+                enabled: !root.work.cancelling
+                text: qsTr("Cancel")
+                visible: root.work.running
+                onClicked: root.commands.cancelAudioWork()
+            }
+
+            PlainButton {
+                text: root.work.running ? qsTr("Cancel all") : qsTr("Cancel")
+                visible: root.work.filesWait
+                onClicked: root.commands.cancelAllAudioWork()
+            }
         }
     }
 }

@@ -21,7 +21,7 @@ RowLayout {
         Accessible.role: Accessible.Heading
         Layout.fillWidth: true
         Layout.maximumWidth: implicitWidth
-        Layout.minimumWidth: Math.min(implicitWidth, root.width / 3)
+        Layout.minimumWidth: Math.min(implicitWidth, root.width * 0.29)
         text: qsTr("All Meetings")
         type: Theme.title
     }
@@ -60,7 +60,7 @@ RowLayout {
     PlainButton {
         Layout.fillWidth: true
         Layout.maximumWidth: implicitWidth
-        Layout.minimumWidth: Math.min(implicitWidth, root.width / 4)
+        Layout.minimumWidth: Math.min(implicitWidth, root.width * 0.24)
         enabled: root.commands.importEnabled
         text: qsTr("Import Audio…")
         visible: !root.library.empty
