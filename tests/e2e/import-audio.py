@@ -81,7 +81,7 @@ def main():
     window.take_focus(application.process.pid)
     for file, hand_over in zip(files, (pick, application.open)):
         hand_over(file)
-        driver.wait_for(f"the transcript of '{file.stem}'", lambda: ended(file.stem), 90)
+        driver.wait_for(f"the transcript of '{file.stem}'", lambda: ended(file.stem), 200)
         check(file.stem, dialogue)
         driver.wait_for("its turns in the window", lambda: shows_turns_of(file.stem))
     window.picture(dialogue / "imported.png")

@@ -77,7 +77,7 @@ def main():
     window.click("Transcribe again")
     driver.wait_for("the question", lambda: window.find("push button", "Cancel"))
     window.click("Transcribe again")
-    driver.wait_for("the new transcript", lambda: read(record)["status"] == "Transcribed", 90)
+    driver.wait_for("the new transcript", lambda: read(record)["status"] == "Transcribed", 200)
     versions = list((record.parent / "history").glob("*.json"))
     assert [read(version) for version in versions] == [before], "the earlier transcript is not the one version"
     assert not {turn["id"] for turn in before["turns"]} & {turn["id"] for turn in read(record)["turns"]}
