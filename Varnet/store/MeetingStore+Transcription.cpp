@@ -3,6 +3,7 @@
 #include "Varnet/async/MainThread.h"
 #include "Varnet/async/TaskScope.h"
 #include "Varnet/async/Worker.h"
+#include "Varnet/capture/AudioFailure.h"
 #include "Varnet/capture/AudioFileConverter.h"
 #include "Varnet/speech/SpeechClient.h"
 #include "Varnet/store/MeetingStore.h"
@@ -150,6 +151,9 @@ Task<> MeetingStore::convertAndTranscribe(Uuid id, fs::path source, std::stop_to
         co_await onOwnThread([=] { convertFile(source, target, onProgress, stop); });
     } catch (const Cancelled&) {
         throw Failure("The import was cancelled. The original file was not changed.");
+    } catch (const AudioFailure& failure) {
+        qWarning("An audio file was not converted: %s", failure.reason().c_str());
+        throw;
     }
     if (gone.stop_requested() || !meeting(id))
         co_return;
