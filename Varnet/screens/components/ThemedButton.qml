@@ -1,9 +1,19 @@
 import QtQuick
 import QtQuick.Controls.Basic
 
-// What all buttons have in common: Enter presses them, as Space does.
+// What all buttons have in common: Enter presses them, as Space does, and so do screen readers.
 Button {
+    id: root
+
+    function press() {
+        if (action)
+            action.trigger(root)
+        else if (enabled)
+            clicked()
+    }
+
     Accessible.name: text
-    Keys.onEnterPressed: clicked()
-    Keys.onReturnPressed: clicked()
+    Accessible.onPressAction: press()
+    Keys.onEnterPressed: press()
+    Keys.onReturnPressed: press()
 }
