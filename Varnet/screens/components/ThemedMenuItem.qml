@@ -10,6 +10,13 @@ MenuItem {
     property string keys
 
     Accessible.name: text
+    Accessible.onPressAction: {
+        if (action)
+            action.trigger(root)
+        else if (enabled)
+            triggered()
+        menu.dismiss()
+    }
     bottomPadding: 1.5 * Theme.unit
     height: visible ? implicitHeight : 0
     leftPadding: 3 * Theme.unit

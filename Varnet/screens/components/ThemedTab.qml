@@ -6,6 +6,7 @@ import Varnet
 TabButton {
     id: root
 
+    Accessible.onPressAction: TabBar.tabBar.setCurrentIndex(TabBar.index)
     bottomPadding: 1.5 * Theme.unit
     leftPadding: 3 * Theme.unit
     rightPadding: 3 * Theme.unit
