@@ -37,7 +37,8 @@ def main():
                            check=False)
     assert mixed.returncode == 1 and "https://example.org/a.mp3" in mixed.stderr and third not in mixed.stderr, mixed
     driver.wait_for("the good file of the third start", lambda: titles() == {"first", "secönd #2", "third"})
-    assert application.quit() == 0
+    application.action("quit")
+    assert application.process.wait(60) == 0
     print("every file that was handed over is in the library")
 
 

@@ -33,17 +33,6 @@ TEST(FileRequest, IsAnsweredWithTextAndTimedWordsOfSpeakers) {
     EXPECT_GT(words[5]["start"].toDouble(), words[4]["end"].toDouble() + 0.9);
 }
 
-TEST(FileRequest, BytesAfterAFileAreLeftAlone) {
-    QTcpSocket socket;
-    socket.connectToHost(QHostAddress::LocalHost, sharedEngine().port());
-    ASSERT_TRUE(socket.waitForConnected(5'000));
-    socket.write(transcriptionRequest(wavOf(spoken("Good morning."))));
-    for (int more = 0; more < 1'000 && !socket.waitForReadyRead(20); ++more)
-        socket.write("\r\n");
-    EXPECT_TRUE(socket.readAll().startsWith("HTTP/1.1 200 "));
-    EXPECT_EQ(sharedEngine().health(), 200);
-}
-
 TEST(FileRequest, AClientThatLeavesMakesRoomForTheNext) {
     EngineProcess own;
     const QByteArray minutes = spoken("We will talk about the money next week.").repeated(300);

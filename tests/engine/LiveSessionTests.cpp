@@ -38,20 +38,6 @@ TEST(LiveSession, TimesGoOnThroughSilenceAndEveryPauseEndsAnUtterance) {
     EXPECT_EQ(words[2]["speaker"].toInt(-1), words[0]["speaker"].toInt(-2));
 }
 
-TEST(LiveSession, TwoAtOnceHearTheirOwnAudioOnly) {
-    LiveClient first(sharedEngine()), second(sharedEngine());
-    first.handshake();
-    second.handshake();
-    first.sendAudio(spoken("The train was late again."));
-    second.sendAudio(spoken("We need a new kitchen.", "rms"));
-    first.commit();
-    second.commit();
-    ASSERT_TRUE(first.waitFor("input_audio_buffer.committed"));
-    ASSERT_TRUE(second.waitFor("input_audio_buffer.committed"));
-    EXPECT_EQ(first.text(), "the train was late again");
-    EXPECT_EQ(second.text(), "we need a new kitchen");
-}
-
 TEST(LiveSession, BadInputIsAnsweredByAnErrorAndTheEnd) {
     const struct {
         bool updated;
@@ -82,22 +68,4 @@ TEST(LiveSession, BadInputIsAnsweredByAnErrorAndTheEnd) {
     client.sendBlock(QByteArray(8 * 1024 * 1024, 1));
     EXPECT_TRUE(client.waitForClose()) << "a message beyond all bounds";
     EXPECT_EQ(sharedEngine().health(), 200);
-}
-
-TEST(LiveSession, TheFifthAtOnceIsRefusedAndFitsInAfterOneHasEnded) {
-    std::vector<std::unique_ptr<LiveClient>> running;
-    const auto accepted = [&] {
-        auto client = std::make_unique<LiveClient>(sharedEngine());
-        client->sendText(R"({"type":"session.update","session":{}})");
-        await([&] { return client->messages.size() == 2; });
-        if (client->messages.back().type() == "error")
-            return false;
-        running.push_back(std::move(client));
-        return true;
-    };
-    for (int i = 0; i < 4; ++i)
-        EXPECT_TRUE(await(accepted)); // those of the tests before end in a moment
-    EXPECT_FALSE(accepted());
-    running.pop_back();
-    EXPECT_TRUE(await(accepted));
 }

@@ -1,7 +1,7 @@
 #include "tests/engine/EngineClient.h"
 
+#include <QFile>
 #include <QTcpSocket>
-#include <QTemporaryFile>
 
 #include <gtest/gtest.h>
 
@@ -10,13 +10,6 @@
 using namespace std::chrono_literals;
 
 namespace {
-
-std::pair<int, QByteArray> run(const QStringList& arguments) {
-    QProcess process;
-    process.start(NEMO_SPEECH, arguments);
-    process.waitForFinished();
-    return {process.exitCode(), process.readAllStandardError()};
-}
 
 /// The program runs; one that has ended and that nobody has waited for has no command line any more.
 bool serves(qint64 process) {
@@ -55,20 +48,4 @@ TEST(EngineProcess, EndsWithTheProgramThatOwnsIt) {
     owner.kill();
     owner.waitForFinished();
     EXPECT_TRUE(await([&] { return !serves(engine); }, 2s));
-}
-
-TEST(EngineProcess, SaysWhyItDoesNotStart) {
-    QTemporaryFile config;
-    ASSERT_TRUE(config.open());
-    config.write("port: 17863\n# comment\nport: 99999\n");
-    config.flush();
-    EXPECT_EQ(run({"serve", "--config", config.fileName()}),
-              std::pair(1, QByteArray("nemo-speech: Line 3 of the configuration: \"99999\" is not a number from 0 to "
-                                      "65535.\n")));
-    EngineProcess running;
-    const auto taken =
-        run({"serve", "--config", VARNET_SOURCE_DIR "/config/speech.yaml", "--port", QString::number(running.port())});
-    EXPECT_EQ(taken.first, 1);
-    EXPECT_TRUE(taken.second.contains("can't be used: The bound address is already in use."));
-    EXPECT_EQ(run({"pull", "nemotron-en", "--quiet"}), std::pair(0, QByteArray()));
 }

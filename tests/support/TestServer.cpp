@@ -56,7 +56,6 @@ QByteArray TestServer::response(int status, const QByteArray& body, const QByteA
 }
 
 void TestServer::read(QTcpSocket& socket) {
-    ++m_connections;
     struct Incoming {
         QByteArray buffer; // what has not been taken yet
         std::optional<Request> request;

@@ -36,7 +36,6 @@ public:
     void answer(const QByteArray& raw);
 
     const std::vector<Request>& requests() const { return m_requests; }
-    int connections() const { return m_connections; }
 
     /// Bodies are counted from now on, not kept.
     void dropBodies() { m_keepsBodies = false; }
@@ -50,7 +49,6 @@ private:
     void read(QTcpSocket& socket);
 
     Script m_script;
-    int m_connections = 0;
     bool m_keepsBodies = true;
     bool m_stopsAtHeads = false;
     std::vector<Request> m_requests;

@@ -107,17 +107,12 @@ TEST_F(AudioFileConverterTest, BringsEveryFormatToTheSameAudioAtTheSamePlace) {
         {"a.caf", stereo + "-ar 32000 -c:a pcm_s16be", 0, 0, 0.9999},
         {"a.flac", surround + "-ar 96000", 0, 0, 0.9999},
         {"a.mp3", stereo + "-ar 44100 -b:a 96k", 0, 0, 0.9999, 0.95}, // LAME turns it down
-        {"mono.mp3", "-ar 22050 -b:a 48k", 0, 0, 0.9999, 0.95},
         {"a.m4a", stereo + "-ar 48000 -b:a 96k", 128, 0, 0.999},
-        {"surround.m4a", surround + "-ar 48000 -b:a 256k", 128, 0, 0.999},
-        {"alac.m4a", stereo + "-ar 44100 -c:a alac", 0, 0, 0.9999},
         {"a.aac", stereo + "-ar 32000 -b:a 96k", 640, 512, 0.999}, // nothing in it tells of the coder's delay
         {"a.ogg", stereo + "-ar 44100 -c:a libvorbis", 0, 0, 0.999},
         {"a.opus", stereo + "-ar 48000 -b:a 64k", 0, 0, 0.999},
         {"a.wma", stereo + "-ar 44100 -b:a 96k", -446, -743, 0.999}, // the decoder begins with the second block
         {"a.mp4", picture + "-c:a aac", 128, 0, 0.999},
-        {"a.mov", picture + "-c:a pcm_s16le", 0, 0, 0.9999},
-        {"a.mkv", picture + "-c:a libvorbis", 0, 0, 0.998},
         {"a.webm", "-f lavfi -i color=s=64x64:d=3 -map 1:v -map 0:a -c:v libvpx -c:a libopus", 144, 0, 0.999},
     };
     for (const auto& row : rows) {

@@ -50,21 +50,6 @@ TEST(SourceConverter, AnchorsASourceAtItsRoundedFrame) {
     }
 }
 
-TEST(SourceConverter, LeavesNoHoleBetweenBuffersWhoseTimesAreRounded) {
-    // A quantum of 1024 at 48 kHz is 341.33 frames of 16 kHz, so every buffer's own rounded place would tear holes.
-    SourceConverter converter(origin);
-    const std::vector<float> samples(1'024, 0.5F);
-    Track track;
-    for (int i = 0; i < 300; ++i)
-        track.add(converter.convert(buffer(samples, 0.1 + i * quantum), farAhead));
-    track.add(*converter.finish());
-    EXPECT_TRUE(track.holes.empty());
-    EXPECT_EQ(track.start, 1'600);
-    EXPECT_EQ(track.samples.size(), 102'400U);
-    for (std::size_t i = 200; i < track.samples.size() - 200; ++i)
-        ASSERT_NEAR(track.samples[i], 0.5F, 1e-5) << i;
-}
-
 TEST(SourceConverter, KeepsLostAudioSilentAtItsOwnPlace) {
     // The buffer after the first ten is lost: frames 3413.33 to 3754.67.
     SourceConverter converter(origin);
@@ -78,15 +63,6 @@ TEST(SourceConverter, KeepsLostAudioSilentAtItsOwnPlace) {
     EXPECT_GT(track.samples[3'410], 0.3F) << "the end before the gap is whole";
     EXPECT_EQ(track.samples[3'500], 0) << "and does not reach into it";
     EXPECT_GT(track.samples[3'760], 0.3F);
-}
-
-TEST(SourceConverter, HandsOutTheLastWordsOfASourceThatStops) {
-    SourceConverter converter(origin);
-    Track track;
-    track.add(converter.convert(buffer(std::vector<float>(4'800, 0.5F), 0), farAhead)); // 0.1 s
-    EXPECT_EQ(converter.finishIfQuietSince(origin + 99'000'000), std::nullopt);
-    track.add(converter.finishIfQuietSince(origin + 101'000'000).value());
-    EXPECT_EQ(track.samples.size(), 1'600U);
 }
 
 TEST(SourceConverter, GoesOnThroughAChangeOfFormat) {

@@ -108,8 +108,8 @@ TEST_F(Engines, AfterCrashesItRestartsThreeTimesUntilItIsHealthyAgain) {
 TEST_F(Engines, ACrashDuringARecordingWaitsForItsEnd) {
     install(Engines::developmentSpeech, serve);
     const auto engines = make();
-    await(engines->startSpeech());
     EXPECT_EQ(await(engines->prepareForRecording()), std::nullopt);
+    ASSERT_TRUE(eventually([&] { return engines->speech().isReady(); })) << "the recording brings it up";
     crash();
     ASSERT_TRUE(eventually([&] { return engines->speech() == diedLater; }));
     EXPECT_EQ(starts(), 1U);
@@ -173,12 +173,9 @@ TEST_F(Engines, ACrashOfTheFastModeFallsBackOnceAndForThisBuild) {
 TEST_F(Engines, FollowsWhatAnswersAndKeepsABusyChild) {
     install(Engines::developmentSpeech, serve);
     world->answering = {EngineWorld::speechURL, EngineWorld::notesURL};
-    const auto adopting = make();
-    await(adopting->startSpeech());
-    EXPECT_EQ(adopting->speech(), EngineState::ready(true));
-    EXPECT_EQ(starts(), 0U);
-
     const auto engines = make();
+    await(engines->startSpeech());
+    EXPECT_EQ(starts(), 0U);
     await(engines->refresh());
     EXPECT_EQ(engines->speech(), EngineState::ready(true));
     EXPECT_EQ(engines->notes(), EngineState::ready(true));
@@ -213,19 +210,4 @@ TEST_F(Engines, NotesStartOnDemandWithAKeptPrivateKeyAndEndForARecordingOrWhenId
     engines->scheduleNotesIdleStop();
     EXPECT_THAT(world->delays, ElementsAre(600s, 600s, 600s)) << "each use begins the time anew";
     EXPECT_TRUE(eventually([&] { return engines->notes() == EngineState::stopped(); }));
-}
-
-TEST_F(Engines, ARecordingBringsTheSpeechEngineUpAndSaysThatForeignNotesGoOn) {
-    install(Engines::developmentSpeech, serve);
-    const auto engines = make();
-    EXPECT_EQ(await(engines->prepareForRecording()), std::nullopt);
-    EXPECT_TRUE(eventually([&] { return engines->speech() == EngineState::ready(false); }));
-    world->answering = {EngineWorld::notesURL};
-    EXPECT_EQ(await(engines->prepareForRecording()),
-              "The notes engine is running outside the app. Stopping it frees memory for live transcription.");
-    EXPECT_FALSE(await(engines->startNotes()));
-    engines->recordingEnded();
-    EXPECT_TRUE(await(engines->startNotes()));
-    EXPECT_EQ(engines->notes(), EngineState::ready(true));
-    EXPECT_TRUE(world->delays.empty()) << "an adopted engine is not stopped when idle";
 }

@@ -98,16 +98,11 @@ TEST_F(Player, PlaysFromWhereItIsToTheEnd) {
 
 TEST_F(Player, MarksTheTurnThatIsHeard) {
     EXPECT_EQ(playback->playingTurn(), -1);
-    for (const auto& [position, row] : std::vector<std::pair<double, int>>{
-             {9.9, -1}, {10, 0}, {15, 0}, {19.9, 0}, {20, 1}, {90, 8}, {94.9, 8}, {95, -1}, {100, -1}, {42, 3}}) {
+    for (const auto& [position, row] :
+         std::vector<std::pair<double, int>>{{9.9, -1}, {10, 0}, {19.9, 0}, {20, 1}, {94.9, 8}, {95, -1}}) {
         playback->seek(position);
         EXPECT_EQ(playback->playingTurn(), row) << position;
     }
-    playback->playTurn(QString::fromStdString(store().selected()->turns[6].id.text()));
-    EXPECT_THAT(calls(), ElementsAre("play meeting.wav from 70 at 1"));
-    EXPECT_EQ(playback->playingTurn(), 6);
-    playback->playTurn("nonsense");
-    EXPECT_THAT(calls(), ElementsAre());
 }
 
 TEST_F(Player, StopsForARecordingUntilItsFilesAreClosed) {

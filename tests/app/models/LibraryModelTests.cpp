@@ -128,25 +128,4 @@ TEST_F(Library, AQueryLeavesTheRowsThatHaveItsWords) {
     EXPECT_EQ(store().librarySelection(), std::set{today.id}) << "the meeting on display is selected again";
 }
 
-TEST_F(Library, DeletedAndRestoredMeetingsLeaveTheOtherRowsInPlace) {
-    std::vector<Uuid> ids;
-    for (int i = 0; i < 5; ++i)
-        ids.push_back(stored("Meeting", i).id);
-    openStore();
-    LibraryModel model(store());
-    const QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::Fatal);
-    std::string changes;
-    QObject::connect(&model, &LibraryModel::modelReset, &model, [&] { changes += "reset "; });
-    QObject::connect(&model, &LibraryModel::rowsRemoved, &model, [&](const QModelIndex&, int first, int last) {
-        changes += '-' + std::to_string(first) + ".." + std::to_string(last) + ' ';
-    });
-    QObject::connect(&model, &LibraryModel::rowsInserted, &model, [&](const QModelIndex&, int first, int last) {
-        changes += '+' + std::to_string(first) + ".." + std::to_string(last) + ' ';
-    });
-    store().deleteMeetings({ids[1], ids[3], ids[4]}, nullptr);
-    EXPECT_EQ(model.count(), 2);
-    store().restoreMeetings({ids[1], ids[3], ids[4]}, nullptr);
-    EXPECT_EQ(changes, "-3..4 -1..1 +1..1 +3..4 ");
-}
-
 } // namespace varnet::test

@@ -61,28 +61,6 @@ TEST(Transcript, ChangesTouchOnlyTheRowsThatDiffer) {
     EXPECT_EQ(reset.count(), 0);
 }
 
-TEST(Draft, GroupsItsPointsAndSaysWhatIsWrongWithThem) {
-    DraftModel model;
-    const QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::Fatal);
-    GeneratedNotes draft;
-    draft.items = {{NoteItem::Kind::action, "Send the deck", "Ana", "by Friday", {{"S2", "I will send it"}}},
-                   {NoteItem::Kind::summary, "The launch moved", {}, {}, {{"S1", "it moved"}, {"S9", "gone"}}},
-                   {NoteItem::Kind::action, "Call Ben", {}, {}, {}}};
-    draft.sources = {{"S1", {}, 3, 4, "Mara", "it moved"}, {"S2", {}, 3725.9, 3730, "Ana", "I will send it"}};
-    draft.droppedItems = 1;
-    model.show(&draft, true);
-
-    const auto cell = [&](int row, int role) { return model.data(model.index(row), role); };
-    EXPECT_EQ(cell(0, DraftModel::HeadingRole), "Summary");
-    EXPECT_EQ(cell(1, DraftModel::SpokenRole), "Send the deck, Owner: Ana · Due: by Friday");
-    EXPECT_EQ(cell(2, DraftModel::HeadingRole), "");
-    const auto quotes = cell(0, DraftModel::QuotesRole).toList();
-    EXPECT_EQ(quotes.at(0).value<DraftQuote>().spoken, "Quote, Mara, 00:03: “it moved”");
-    EXPECT_EQ(quotes.at(1).value<DraftQuote>().spoken, "Quote, Unknown, 00:00: “gone”");
-    EXPECT_EQ(model.outdatedText(), "Draft is outdated: transcript or speaker names changed.");
-    EXPECT_EQ(model.removedText(), "Removed 1 point that didn't match the transcript.");
-}
-
 TEST_F(Page, ShowsTheLiveMeetingAsItIsHeard) {
     const RecordingClock clock(store());
     MeetingPage page(store(), clock);
@@ -111,29 +89,6 @@ TEST_F(Page, ShowsTheLiveMeetingAsItIsHeard) {
     await(store().stopRecording());
     EXPECT_FALSE(page.live() || page.callMissing());
     EXPECT_EQ(page.turns()->count(), 2);
-}
-
-TEST_F(Page, AnotherMeetingStartsItsHuesAnew) {
-    auto first = Meeting::make("First"), second = Meeting::make("Second");
-    first.turns = {turn(0, "Speaker 1", "One"), turn(2, "Speaker 2", "Two")};
-    second.turns = {turn(0, "Speaker 2", "Three")};
-    second.createdAt.secondsSinceReference -= 60;
-    repository.save(first);
-    repository.save(second);
-    openStore();
-    const RecordingClock clock(store());
-    MeetingPage page(store(), clock);
-    EXPECT_EQ(rows(*page.turns()), (QStringList{"Speaker 1/0/00:00/One", "Speaker 2/1/00:02/Two"}));
-
-    store().setSelectedID(second.id);
-    EXPECT_EQ(page.title(), "Second");
-    EXPECT_EQ(rows(*page.turns()), QStringList{"Speaker 2/0/00:00/Three"});
-
-    store().nameSpeaker("Speaker 2", "Mara", second.id);
-    EXPECT_EQ(rows(*page.turns()), QStringList{"Mara/0/00:00/Three"});
-    store().setSelectedID({});
-    EXPECT_FALSE(page.present());
-    EXPECT_EQ(page.turns()->count(), 0);
 }
 
 } // namespace varnet::test

@@ -63,32 +63,6 @@ TEST(FoundWords, AreMarkedAtTheirPlacesInEitherCaseAndAnyScript) {
         EXPECT_EQ(plain(FoundWords::marked(text, query, current)), marked) << text;
 }
 
-TEST_F(Find, StepsThroughTheHitsAndRoundFromWhereTheReaderIs) {
-    show(spoken({"We ship", "We wait", "Nobody", "we WE"}));
-    find.begin(1);
-    find.setQuery("W");
-    EXPECT_EQ(summary(), "2 of 5");
-    find.setQuery("we");
-    EXPECT_EQ(summary(), "2 of 4");
-    EXPECT_EQ(find.row(), 1);
-    EXPECT_EQ(marked(0), "[We] ship");
-    EXPECT_EQ(marked(1), "{We} wait");
-    EXPECT_EQ(marked(2), "");
-    find.step(1);
-    find.step(1);
-    EXPECT_EQ(marked(3), "[we] {WE}");
-    find.step(1);
-    EXPECT_EQ(summary(), "1 of 4");
-    find.step(-1);
-    EXPECT_EQ(summary(), "4 of 4");
-    find.setQuery("wen");
-    EXPECT_EQ(summary(), "No matches");
-    EXPECT_EQ(find.row(), -1);
-    find.close();
-    EXPECT_EQ(summary(), "");
-    EXPECT_EQ(marked(0), "");
-}
-
 TEST_F(Find, FollowsWordsThatChange) {
     auto meeting = spoken({"alpha", "beta", "alpha"});
     show(meeting);

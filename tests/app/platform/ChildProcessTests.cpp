@@ -1,7 +1,6 @@
 #include "MeetingCore/base/AtomicFile.h"
 #include "Varnet/platform/ChildProcess.h"
 #include "tests/support/Await.h"
-#include "tests/support/ScopedVariable.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <fcntl.h>
@@ -40,15 +39,6 @@ bool alive(pid_t process) {
 }
 
 } // namespace
-
-TEST_F(Child, RunsInItsFolderAndEnvironmentAndAddsToItsLog) {
-    const test::ScopedVariable ours("VARNET_TEST_OURS", "1");
-    const test::ScopedVariable both("VARNET_TEST_BOTH", "1");
-    EXPECT_EQ(output(shell("echo out; echo err >&2; pwd")), "out\nerr\n" + folder.path().string() + "\n");
-    ChildProcess::Launch launch = shell("echo $VARNET_TEST_OURS $VARNET_TEST_BOTH");
-    launch.environment = {{"VARNET_TEST_BOTH", "2"}};
-    EXPECT_EQ(output(launch), "out\nerr\n" + folder.path().string() + "\n1 2\n");
-}
 
 TEST_F(Child, InheritsNoOpenFileAndNoBlockedSignal) {
     const int leak = ::fcntl(STDIN_FILENO, F_DUPFD, 200); // without O_CLOEXEC

@@ -69,12 +69,5 @@ TEST_F(AppCommandsTest, TranscribingAgainIsAskedFirstAndNeedsAudioAndAnIdleStore
     EXPECT_TRUE(commands.transcribeAgainEnabled());
 }
 
-TEST_F(AppCommandsTest, AFileIsNotAskedForDuringARecording) {
-    await(store().startRecording());
-    commands.importAudio();
-    EXPECT_FALSE(commands.importEnabled() || router.importing());
-    EXPECT_EQ(commands.importDelay(), "After the recording");
-}
-
 } // namespace
 } // namespace varnet::test

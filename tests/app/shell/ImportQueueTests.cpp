@@ -56,21 +56,6 @@ TEST_F(ImportQueueTest, ImportsInOrderAndGathersWhatFailed) {
     EXPECT_EQ(store().selectedID(), read);
 }
 
-TEST_F(ImportQueueTest, AFileAloneIsShownUnlessTheReaderIsElsewhere) {
-    const Uuid other = store().create("Other").id;
-    queue.add({url(file("a.wav"))});
-    ASSERT_TRUE(idle());
-    EXPECT_TRUE(router.showingMeeting());
-    EXPECT_EQ(store().selected()->title, "a");
-    EXPECT_EQ(store().error(), noAudio);
-
-    router.setPage(AppRouter::Page::library);
-    queue.add({url(file("b.wav"))});
-    store().setSelectedID(other);
-    ASSERT_TRUE(idle());
-    EXPECT_TRUE(router.showingLibrary());
-}
-
 TEST_F(ImportQueueTest, WaitsForARecordingAndForgetsWhatIsCleared) {
     await(store().startRecording());
     queue.add({url(file("a.wav")), url(file("b.wav"))});

@@ -107,14 +107,6 @@ TEST_F(SpeechClientTest, AnythingButAnAnswerIsAFailure) {
     EXPECT_EQ(server.requests().size(), 8u) << "what was sent once is not sent again";
 }
 
-TEST_F(SpeechClientTest, AFileThatCannotBeReadIsNotSent) {
-    std::filesystem::remove(file);
-    EXPECT_THROW(await(transcribe()), FileFailure);
-    std::filesystem::create_directory(file);
-    EXPECT_THROW(await(transcribe()), FileFailure);
-    EXPECT_EQ(server.connections(), 0);
-}
-
 TEST_F(SpeechClientTest, AFileThatShrinksMeanwhileIsAFailure) {
     std::filesystem::resize_file(file, 100'000'000);
     server.dropBodies();

@@ -68,22 +68,6 @@ TEST_F(LibraryOperations, ADeleteIsUndoneAndDoneAgainWhole) {
     EXPECT_EQ(titles(), "|ABC") << "the files moved too";
 }
 
-TEST_F(LibraryOperations, TheNextMeetingIsSelectedInPlaceOfADeletedOne) {
-    for (const auto& [shown, rows, gone, expected, expectedRows] :
-         std::vector<std::array<std::string, 5>>{{"B", "B", "B", "C", "C"},
-                                                 {"C", "C", "C", "B", "B"},
-                                                 {"A", "AB", "AB", "C", "C"},
-                                                 {"A", "ABC", "B", "A", "AC"}}) {
-        store().setSelectedID(ids.at(shown));
-        store().setLibrarySelection(of(rows));
-        store().deleteMeetings(of(gone), &stack);
-        EXPECT_EQ(selected(), expected) << gone << " of " << rows;
-        EXPECT_EQ(store().librarySelection(), of(expectedRows)) << gone << " of " << rows;
-        stack.undo();
-        EXPECT_EQ(titles(), "ABC|");
-    }
-}
-
 TEST_F(LibraryOperations, OneFailureLeavesThatMeetingAndMovesTheOthers) {
     fs::create_directories(repository.deletedDirectory(ids["A"]));
     breakSaving("B");

@@ -105,35 +105,6 @@ TEST_F(MeetingStoreTest, RunsOnWithoutStorage) {
     EXPECT_TRUE(store().meetings().empty());
 }
 
-TEST_F(MeetingStoreTest, ANewMeetingIsNotMadeWithoutItsRecord) {
-    const FileInTheWay noStorage(root);
-    EXPECT_THROW(store().create("Nowhere"), FileFailure);
-    await(store().startRecording());
-    EXPECT_TRUE(store().error());
-    EXPECT_FALSE(store().busy());
-    EXPECT_TRUE(store().meetings().empty() && sound.captures.empty());
-}
-
-TEST_F(MeetingStoreTest, SelectionOfMeetingAndLibraryKeepEachOtherInStep) {
-    const Uuid a = saved("A", "Ready").id, b = saved("B", "Ready", {}, 60).id, c = saved("C", "Ready", {}, 120).id;
-    openStore();
-    const auto expect = [&](const char* step, std::optional<Uuid> id, const std::set<Uuid>& rows) {
-        EXPECT_EQ(store().selectedID(), id) << step;
-        EXPECT_EQ(store().librarySelection(), rows) << step;
-    };
-    expect("newest first at the start", a, {a});
-    store().setLibrarySelection({b});
-    expect("one row", b, {b});
-    store().setLibrarySelection({a, c});
-    expect("two rows keep the meeting", b, {a, c});
-    store().setSelectedID(c);
-    expect("a meeting among the rows keeps them", c, {a, c});
-    store().setSelectedID(b);
-    expect("a meeting outside the rows replaces them", b, {b});
-    store().setSelectedID({});
-    expect("no meeting empties the rows", {}, {});
-}
-
 TEST_F(MeetingStoreTest, EditsAreStored) {
     Meeting meeting = Meeting::make("Before");
     const TranscriptTurn turn{Uuid::random(), 0, 1, "Speaker 1", "as heard", {}};

@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <fstream>
 
 namespace varnet::test {
 namespace {
@@ -48,19 +47,6 @@ TEST_F(WaveformCacheFiles, AreMadeAnewWhenTheyAreBroken) {
         EXPECT_EQ(firstPeak(), 0.5F);
         EXPECT_EQ(readFile(file), good);
     }
-}
-
-TEST_F(WaveformCacheFiles, AreLimitedInNumber) {
-    fs::create_directory(cache);
-    const auto now = fs::file_time_type::clock::now();
-    for (std::size_t i = 0; i < WaveformCache::maximumCount + 3; ++i) {
-        std::ofstream(cache / std::to_string(i)).flush();
-        fs::last_write_time(cache / std::to_string(i), now - std::chrono::minutes(i + 1));
-    }
-    EXPECT_EQ(firstPeak(), 0.5F);
-    EXPECT_EQ(files().size(), 500U);
-    EXPECT_TRUE(fs::exists(cache / "0"));
-    EXPECT_FALSE(fs::exists(cache / "499")) << "not the oldest ones went";
 }
 
 } // namespace

@@ -5,19 +5,6 @@
 
 using namespace varnet;
 
-TEST(Text, TrimsUnicodeWhiteSpaceAtBothEndsOnly) {
-    const struct {
-        std::string text, expected;
-    } rows[] = {
-        {" \t\r\n\v\f", ""},
-        {"  a b\n", "a b"},
-        {"\u00A0\u2003\u3000Weekly\u2028sync\u2029\u0085\u202F", "Weekly\u2028sync"},
-        {"\u200Bzero width stays\uFEFF", "\u200Bzero width stays\uFEFF"},
-    };
-    for (const auto& row : rows)
-        EXPECT_EQ(trimmed(row.text), row.expected) << testing::PrintToString(row.text);
-}
-
 TEST(Text, CutsBetweenUserPerceivedCharacters) {
     const std::string family = "\U0001F468\u200D\U0001F469\u200D\U0001F467"; // 18 bytes
     const std::string flag = "\U0001F1E9\U0001F1EA";                         // 8 bytes

@@ -35,13 +35,3 @@ TEST(TranscriptTurn, GroupsWordsBySpeakerAndSilence) {
     for (const auto& row : rows)
         EXPECT_EQ(grouped(row.words), row.expected) << row.name;
 }
-
-TEST(Meeting, ClockTextHasMinutesAndSecondsOnly) {
-    const struct {
-        double seconds;
-        const char* expected;
-    } rows[] = {{0, "00:00"},      {-1, "00:00"},    {-0.5, "00:00"},      {59.999, "00:59"}, {60, "01:00"},
-                {3725.9, "62:05"}, {6000, "100:00"}, {1e9, "16666666:40"}, {-0x1p63, "00:00"}};
-    for (const auto& row : rows)
-        EXPECT_EQ(Meeting::timestamp(row.seconds), row.expected) << row.seconds;
-}
