@@ -92,16 +92,6 @@ struct Engines : ::testing::Test {
         std::filesystem::permissions(program, std::filesystem::perms::owner_all);
     }
 
-    void installDevelopmentNotes(const std::string& script) {
-        install(developmentNotes, script);
-        write(root / ".runtime/notes/Qwen3.5-4B-Q4_K_M.gguf", "model");
-    }
-
-    void installSpeechModels() {
-        for (const char* model : {"nemotron-speech-streaming-en-0.6b", "Nemotron-3-Diarization"})
-            write(folder / "data/Varnet/models/nvidia" / model / "main/weights.verified", "");
-    }
-
     std::vector<std::string> lines(const char* name) {
         std::vector<std::string> found;
         std::ifstream file(root / name);

@@ -49,7 +49,7 @@ public:
 private:
     void answer(std::string json) {
         if (m_state->cooperative)
-            m_state->say({SpeechMessage::Kind::text, std::move(json)});
+            m_state->toClient.offer(SpeechMessage{SpeechMessage::Kind::text, std::move(json)});
     }
 
     std::shared_ptr<FakeSpeechEngine::State> m_state;
@@ -63,22 +63,6 @@ FakeSpeechEngine FakeSpeechEngine::cooperative() {
     FakeSpeechEngine engine;
     engine.m_state->cooperative = true;
     return engine;
-}
-
-void FakeSpeechEngine::say(std::string json) {
-    say({SpeechMessage::Kind::text, std::move(json)});
-}
-
-void FakeSpeechEngine::say(SpeechMessage message) {
-    m_state->say(std::move(message));
-}
-
-void FakeSpeechEngine::breakWith(std::exception_ptr failure) {
-    m_state->toClient.offer(std::move(failure));
-}
-
-void FakeSpeechEngine::holdSends(bool hold) {
-    hold ? m_state->sendsPass.reset() : m_state->sendsPass.set();
 }
 
 SpeechTiming FakeTime::timing() {

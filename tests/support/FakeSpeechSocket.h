@@ -17,12 +17,12 @@ public:
     /// Answers "session.created", "session.updated" and "input_audio_buffer.committed" by itself.
     static FakeSpeechEngine cooperative();
 
-    void say(std::string json);
-    void say(SpeechMessage message);
+    void say(std::string json) { say({SpeechMessage::Kind::text, std::move(json)}); }
+    void say(SpeechMessage message) { m_state->toClient.offer(std::move(message)); }
     /// The next receive, after what was said, fails with this.
-    void breakWith(std::exception_ptr failure);
+    void breakWith(std::exception_ptr failure) { m_state->toClient.offer(std::move(failure)); }
     /// From now on sends wait until they are let through; those that wait are let through by `holdSends(false)`.
-    void holdSends(bool hold);
+    void holdSends(bool hold) { hold ? m_state->sendsPass.reset() : m_state->sendsPass.set(); }
 
     bool started() const { return m_state->started; }
     std::optional<int> closeCode() const { return m_state->closeCode; }
@@ -39,7 +39,6 @@ private:
         std::optional<int> closeCode;
 
         State() { sendsPass.set(); }
-        void say(SpeechMessage message) { toClient.offer(std::move(message)); }
     };
     std::shared_ptr<State> m_state = std::make_shared<State>();
 };

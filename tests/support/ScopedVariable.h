@@ -11,14 +11,12 @@ namespace varnet::test {
 /// Sets an environment variable, or unsets it, and brings its old value back at the end.
 class ScopedVariable {
 public:
-    ScopedVariable(const char* name, const std::optional<std::string>& value) : m_name(name) { set(value); }
+    ScopedVariable(const char* name, const std::optional<std::string>& value) : m_name(name) {
+        value ? qputenv(m_name, QByteArray::fromStdString(*value)) : qunsetenv(m_name);
+    }
     ~ScopedVariable() { m_saved.isNull() ? qunsetenv(m_name) : qputenv(m_name, m_saved); }
     ScopedVariable(const ScopedVariable&) = delete;
     ScopedVariable& operator=(const ScopedVariable&) = delete;
-
-    void set(const std::optional<std::string>& value) {
-        value ? qputenv(m_name, QByteArray::fromStdString(*value)) : qunsetenv(m_name);
-    }
 
 private:
     const char* m_name;

@@ -71,8 +71,8 @@ void FakeSoundServer::deliver(CaptureSource source, std::size_t frameCount) {
     elsewhere([&] { captures.back()->callbacks.onBuffer(buffer); });
 }
 
-void FakeSoundServer::report(std::exception_ptr failure) {
-    elsewhere([&] { captures.back()->callbacks.onError(failure); });
+void FakeSoundServer::fail(const std::string& message) {
+    elsewhere([&] { captures.back()->callbacks.onError(std::make_exception_ptr(Failure(message))); });
 }
 
 void FakeSoundServer::notify(const std::string& notice) {

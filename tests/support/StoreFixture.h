@@ -33,8 +33,7 @@ struct FakeSoundServer {
 
     /// Delivers `frameCount` frames of 16 kHz mono from the newest capture, the first of them captured now.
     void deliver(CaptureSource source, std::size_t frameCount);
-    void fail(const std::string& message) { report(std::make_exception_ptr(Failure(message))); }
-    void report(std::exception_ptr failure);
+    void fail(const std::string& message);
     void notify(const std::string& notice);
 };
 

@@ -46,18 +46,6 @@ TEST_F(SystemAudioRecorderTest, AlignsBothTracksWhateverTheOrderOfDelivery) {
     EXPECT_NEAR(levels.at(6).second.value(), 0.2F, 0.05F);
 }
 
-TEST_F(SystemAudioRecorderTest, EndsAtTheMomentOfTheStop) {
-    start();
-    clock.setSeconds(1.4);
-    deliver(microphone, 0.9, 1'600);
-    ASSERT_TRUE(waitForHeard(15'360)); // six blocks of the 16,000 frames that are due
-    clock.setSeconds(17'001 / 16'000.0);
-    EXPECT_EQ(stop(), "");
-    EXPECT_EQ(samples("microphone.wav").size(), 17'001U);
-    EXPECT_EQ(diagnostics()["frames"].toInt(), 17'001);
-    EXPECT_EQ(stop(), "") << "a second stop is silent";
-}
-
 TEST_F(SystemAudioRecorderTest, KeepsTheTailOfASourceThatStopsAndItsPlaceWhenItComesBack) {
     // A sound server that stands still for two seconds. The filter holds the last 87 frames back until it knows.
     start();

@@ -16,8 +16,6 @@ namespace {
 const EngineState diedInStart = EngineState::failed("Speech engine stopped while starting. See its log in Settings.");
 const EngineState diedLater = EngineState::failed("The speech engine stopped unexpectedly.");
 
-constexpr const char* serveNotes = "trap 'rm -f notes.up; exit' TERM; touch notes.up; while :; do sleep 0.01; done";
-
 } // namespace
 
 TEST_F(Engines, TheSpeechEngineIsStartedLoggedAndEndedWithTheApplication) {
@@ -149,7 +147,8 @@ TEST_F(Engines, ACrashOfTheFastModeFallsBackOnceAndForThisBuild) {
         {"exit", "exit 1", true, 1, diedInStart, false},
         {"no fast mode", "kill -SEGV $$", false, 1, diedInStart, true},
     };
-    installSpeechModels();
+    for (const char* model : {"nemotron-speech-streaming-en-0.6b", "Nemotron-3-Diarization"})
+        write(folder / "data/Varnet/models/nvidia" / model / "main/weights.verified", "");
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
         for (const char* file : {"starts", "arguments", "speech.up"})
@@ -189,7 +188,8 @@ TEST_F(Engines, FollowsWhatAnswersAndKeepsABusyChild) {
 }
 
 TEST_F(Engines, NotesStartOnDemandWithAKeptPrivateKeyAndEndForARecordingOrWhenIdle) {
-    installDevelopmentNotes(serveNotes);
+    install(developmentNotes, "trap 'rm -f notes.up; exit' TERM; touch notes.up; while :; do sleep 0.01; done");
+    write(root / ".runtime/notes/Qwen3.5-4B-Q4_K_M.gguf", "model");
     const auto engines = make();
     EXPECT_TRUE(await(engines->startNotes()));
     EXPECT_EQ(engines->notes(), EngineState::ready(false));

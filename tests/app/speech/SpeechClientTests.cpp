@@ -21,8 +21,8 @@ namespace {
 using namespace std::chrono_literals;
 
 /// A file of three bytes and a server for it.
-struct SpeechClientFixture : testing::Test {
-    SpeechClientFixture() { std::ofstream(file) << "abc"; }
+struct SpeechClientTest : testing::Test {
+    SpeechClientTest() { std::ofstream(file) << "abc"; }
 
     Task<SpeechResponse> transcribe(std::stop_token stop = {}) {
         return SpeechClient::transcribe(file, server.url(QString()), std::move(stop));
@@ -32,8 +32,6 @@ struct SpeechClientFixture : testing::Test {
     std::filesystem::path file = folder / "meeting.wav";
     TestServer server;
 };
-
-using SpeechClientTest = SpeechClientFixture;
 
 /// Kilobytes of memory that this process holds, or has held at most since it was asked to forget.
 qint64 memory(const QByteArray& field) {
