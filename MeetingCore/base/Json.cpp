@@ -89,7 +89,8 @@ char* writeHundredths(char* out, double value) {
 
 } // namespace
 
-JsonFailure::JsonFailure(std::string_view detail) : Failure("The data is not valid: " + std::string(detail) + ".") {}
+JsonFailure::JsonFailure(std::string_view detail)
+    : Failure("The data is not valid: " + std::string(detail) + (detail.ends_with('.') ? "" : ".")) {}
 
 void JsonWriter::key(std::string_view name) {
     element();

@@ -1,7 +1,6 @@
 #include "Varnet/platform/linux/PipeWireSession.h"
 
 #include "MeetingCore/base/Assert.h"
-#include "Varnet/platform/AppInfo.h"
 #include "Varnet/platform/Clock.h"
 
 #include <QDebug>
@@ -98,13 +97,7 @@ void PipeWireSession::run() noexcept {
 }
 
 void PipeWireSession::connect() {
-    // The configuration with real-time scheduling of the data thread; newer versions of PipeWire may drop it.
-    for (const char* configuration : {"client-rt.conf", "client.conf"})
-        if (!m_context)
-            m_context.reset(pw_context_new(
-                m_loop,
-                pw_properties_new(PW_KEY_CONFIG_NAME, configuration, PW_KEY_APP_NAME, AppInfo::name().c_str(), nullptr),
-                0));
+    m_context = newPipeWireContext(m_loop);
     if (!m_context)
         throw CaptureUnavailable(Reason::streamFailed,
                                  std::string("PipeWire's library could not be set up: ") + std::strerror(errno) + ".");

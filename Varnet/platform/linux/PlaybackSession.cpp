@@ -2,7 +2,6 @@
 
 #include "MeetingCore/base/Assert.h"
 #include "MeetingCore/base/Failures.h"
-#include "Varnet/platform/AppInfo.h"
 #include "Varnet/platform/Clock.h"
 
 #include <algorithm>
@@ -196,13 +195,7 @@ void PlaybackSession::watch() {
 }
 
 void PlaybackSession::connect() {
-    // The configuration with real-time scheduling of the data thread; newer versions of PipeWire may drop it.
-    for (const char* configuration : {"client-rt.conf", "client.conf"})
-        if (!m_context)
-            m_context.reset(pw_context_new(
-                m_loop,
-                pw_properties_new(PW_KEY_CONFIG_NAME, configuration, PW_KEY_APP_NAME, AppInfo::name().c_str(), nullptr),
-                0));
+    m_context = newPipeWireContext(m_loop);
     if (!m_context)
         std::rethrow_exception(refused(std::strerror(errno)));
     m_core.reset(pw_context_connect(m_context.get(), nullptr, 0));
