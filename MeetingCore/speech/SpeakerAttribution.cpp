@@ -40,7 +40,7 @@ public:
     static std::unique_ptr<Track> open(const std::filesystem::path& path);
 
     /// Root mean square of the samples between two times; 0 where there are none or they cannot be read.
-    float level(double from, double to) const;
+    float level(double from, double to, const std::stop_token& stop) const;
 
 private:
     explicit Track(const std::filesystem::path& path) : m_file(path) {}
@@ -72,13 +72,13 @@ std::uint64_t Track::sampleAt(double seconds) const {
     return static_cast<std::uint64_t>(std::clamp(seconds * sampleRate, 0.0, static_cast<double>(m_samples)));
 }
 
-float Track::level(double from, double to) const {
+float Track::level(double from, double to, const std::stop_token& stop) const {
     const std::uint64_t end = sampleAt(to);
     std::uint64_t position = sampleAt(from);
     std::uint64_t sum = 0, count = 0;
     std::array<std::int16_t, portionSamples> samples;
     try {
-        while (position < end) {
+        while (position < end && !stop.stop_requested()) {
             const auto wanted = std::span(samples).first(std::min<std::uint64_t>(end - position, portionSamples));
             const std::size_t got =
                 m_file.read(std::as_writable_bytes(wanted), m_offset + position * sampleBytes) / sampleBytes;
@@ -102,7 +102,7 @@ bool isTaken(const SpeakerNames& names, const std::string& name) {
 } // namespace
 
 std::optional<std::vector<TurnLevels>> turnLevels(std::span<const TranscriptTurn> turns,
-                                                  const std::filesystem::path& folder) {
+                                                  const std::filesystem::path& folder, std::stop_token stop) {
     const auto microphone = Track::open(folder / "microphone.wav");
     const auto call = microphone ? Track::open(folder / "system.wav") : nullptr;
     if (!call)
@@ -111,8 +111,8 @@ std::optional<std::vector<TurnLevels>> turnLevels(std::span<const TranscriptTurn
     for (const TranscriptTurn& turn : turns)
         if (!(turn.end - turn.start < shortestTurn))
             levels.push_back(
-                {turn.speaker, microphone->level(turn.start, turn.end), call->level(turn.start, turn.end)});
-    return levels;
+                {turn.speaker, microphone->level(turn.start, turn.end, stop), call->level(turn.start, turn.end, stop)});
+    return stop.stop_requested() ? std::nullopt : std::optional(std::move(levels));
 }
 
 std::optional<std::string> localSpeaker(std::span<const TurnLevels> turns) {

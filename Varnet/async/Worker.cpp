@@ -19,7 +19,11 @@ struct Threads {
         own.setObjectName("long work");
         own.setMaxThreadCount(std::numeric_limits<int>::max());
         // What ends while the application object is being destroyed must not post to it any more.
-        qAddPostRoutine([] { threads().own.waitForDone(); });
+        qAddPostRoutine([] {
+            threads().worker.clear();
+            threads().worker.waitForDone();
+            threads().own.waitForDone();
+        });
     }
 
     static Threads& threads() {

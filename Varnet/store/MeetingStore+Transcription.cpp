@@ -31,6 +31,18 @@ void apply(const SpeechResponse& response, Meeting& meeting) {
     meeting.status = MeetingStatus::transcribed;
 }
 
+/// A part of a file is of no use to anybody, and may have filled the disk.
+void convertOrRemove(const fs::path& source, const fs::path& target, const std::function<void(double)>& onProgress,
+                     const std::stop_token& stop) {
+    try {
+        convertFile(source, target, onProgress, stop);
+    } catch (...) {
+        std::error_code ignored;
+        fs::remove(target, ignored);
+        throw;
+    }
+}
+
 } // namespace
 
 std::stop_token MeetingStore::beginAudioWork(Uuid id, bool imports) {
@@ -94,7 +106,8 @@ Task<> MeetingStore::retryTranscription(Uuid id) {
 
 Task<> MeetingStore::transcribeAgain(Uuid id, fs::path audio, std::stop_token stop) {
     const auto gone = m_tasks->stopToken();
-    m_repository->archiveBeforeTranscription(*meeting(id));
+    const Meeting archived = *meeting(id);
+    m_repository->archiveBeforeTranscription(archived);
     setStatus(id, MeetingStatus::transcribing);
     SpeechResponse response;
     try {
@@ -102,8 +115,12 @@ Task<> MeetingStore::transcribeAgain(Uuid id, fs::path audio, std::stop_token st
     } catch (const Cancelled&) {
         throw Failure("The transcription was cancelled.");
     }
-    if (gone.stop_requested())
+    const Meeting* present = gone.stop_requested() ? nullptr : meeting(id);
+    if (!present)
         co_return;
+    // What was corrected or named while the engine worked is in no version yet.
+    if (present->turns != archived.turns || present->speakerNames != archived.speakerNames)
+        m_repository->archiveBeforeTranscription(*present);
     update(id, [&](Meeting& meeting) {
         apply(response, meeting);
         meeting.speakerNames.reset(); // the new numbers have nothing to do with the old ones
@@ -148,7 +165,7 @@ Task<> MeetingStore::convertAndTranscribe(Uuid id, fs::path source, std::stop_to
         });
     };
     try {
-        co_await onOwnThread([=] { convertFile(source, target, onProgress, stop); });
+        co_await onOwnThread([=] { convertOrRemove(source, target, onProgress, stop); });
     } catch (const Cancelled&) {
         throw Failure("The import was cancelled. The original file was not changed.");
     } catch (const AudioFailure& failure) {
@@ -184,8 +201,9 @@ Task<> MeetingStore::measureSpeakers(Uuid id) {
     const auto gone = m_tasks->stopToken();
     const auto turns = std::make_shared<const std::vector<TranscriptTurn>>(meeting(id)->turns);
     // Two hours of audio on a slow disk take seconds, which a search should not have to wait for.
-    const auto levels = co_await onOwnThread(
-        [turns, folder = m_repository->directory(id)] { return SpeakerAttribution::turnLevels(*turns, folder); });
+    const auto levels = co_await onOwnThread([turns, folder = m_repository->directory(id), gone] {
+        return SpeakerAttribution::turnLevels(*turns, folder, gone);
+    });
     if (levels && !gone.stop_requested())
         applySpeakerNames(id, *levels, *turns);
 }

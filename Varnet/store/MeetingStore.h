@@ -211,7 +211,7 @@ public:
     /// Ends the import or the retry that runs, as a failure would: what there is by then is kept.
     void cancelAudioWork();
 
-    /// Measures on the worker who of a meeting's speakers is the local user, then names the speakers.
+    /// Measures in the background who of a meeting's speakers is the local user, then names the speakers.
     void attributeSpeakers(Uuid id);
 
     /// Names the speakers by levels that were measured for the turns `basedOn`; nothing if the meeting's turns are

@@ -11,6 +11,7 @@
 #include <QRegularExpression>
 #include <QSet>
 
+#include <dlfcn.h>
 #include <gtest/gtest.h>
 
 #include <fstream>
@@ -121,7 +122,8 @@ TEST_F(SpeechClientTest, StreamsAFileOfAnySize) {
     ASSERT_TRUE(std::ofstream("/proc/self/clear_refs") << 5); // forgets the highest use of memory
     const qint64 before = memory("VmRSS:");
     await(transcribe(), 60s);
-    EXPECT_LT(memory("VmHWM:") - before, 4096);
+    const bool freedIsKept = dlsym(RTLD_DEFAULT, "__asan_init") != nullptr;
+    EXPECT_LT(memory("VmHWM:") - before, freedIsKept ? 300'000 : 4096);
     EXPECT_EQ(server.requests().back().bodySize, size + 390);
 }
 

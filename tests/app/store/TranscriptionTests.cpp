@@ -168,6 +168,21 @@ TEST_F(Transcription, TranscribingAgainKeepsAVersionAndNamesTheSpeakersAnew) {
     EXPECT_EQ(steps.size(), 3U) << "names that are known already are not saved again";
 }
 
+TEST_F(Transcription, WhatIsCorrectedMeanwhileIsKeptAsAVersionToo) {
+    const Uuid id = recorded();
+    health.setScript([&](const TestServer::Request&, QTcpSocket& socket) {
+        store().editTurn(store().meeting(id)->turns[0].id, "corrected", id);
+        socket.write(TestServer::response(200, sixTurns));
+        socket.disconnectFromHost();
+    });
+    await(store().retryTranscription(id));
+    const auto versions = await(store().history(id)).entries;
+    ASSERT_EQ(versions.size(), 2U);
+    EXPECT_EQ(versions[0].meeting.turns.at(0).text(), "corrected");
+    EXPECT_EQ(versions[1].meeting.turns.at(0).text(), "old");
+    EXPECT_EQ(onDisk(id).turns.size(), 6U);
+}
+
 TEST_F(Transcription, AFailedRetryLeavesTheTranscriptAsItWas) {
     const Uuid id = recorded();
     Meeting expected = onDisk(id);
