@@ -24,6 +24,11 @@ constexpr int lowPriority = 10;
 constexpr char livePath[] = "/v1/audio/transcriptions/realtime";
 constexpr char filePath[] = "/v1/audio/transcriptions";
 
+/// A piece of an answer that is sent in chunks; without the last, empty one the client knows that it is not whole.
+QByteArray chunk(const QByteArray& content) {
+    return QByteArray::number(content.size(), 16) + "\r\n" + content + "\r\n";
+}
+
 } // namespace
 
 HTTPConnection::HTTPConnection(QTcpSocket* socket, Shared shared, QObject* parent)
@@ -173,7 +178,9 @@ void HTTPConnection::finishFile() {
 }
 
 void HTTPConnection::showWork() {
-    m_socket->write(m_answerBegun ? " " : httpHead(200) + ' ');
+    if (!m_answerBegun)
+        m_socket->write(httpHead(200, "Transfer-Encoding: chunked\r\n"));
+    m_socket->write(chunk(" "));
     m_answerBegun = true;
 }
 
@@ -187,7 +194,8 @@ void HTTPConnection::answer(int status, const QByteArray& body) {
     m_patience.start(closePatience);
     m_body.reset();
     m_file.reset();
-    m_socket->write(m_answerBegun ? body : httpAnswer(status, body, !m_head || m_head->method != "HEAD"));
+    m_socket->write(m_answerBegun ? chunk(body) + chunk({})
+                                  : httpAnswer(status, body, !m_head || m_head->method != "HEAD"));
     drain();
 }
 

@@ -26,8 +26,8 @@ struct HTTPHead {
     bool isLocal() const;
 };
 
-/// The head of an answer; without a Content-Length among the extra headers, its body ends with the connection.
-QByteArray httpHead(int status, const QByteArray& extraHeaders = {});
+/// The head of an answer; the extra headers tell where its body ends.
+QByteArray httpHead(int status, const QByteArray& extraHeaders);
 
 /// A whole answer; the connection is closed after it. `body` is JSON for 200, else a sentence.
 QByteArray httpAnswer(int status, const QByteArray& body, bool withBody = true);

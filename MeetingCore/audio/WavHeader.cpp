@@ -37,7 +37,9 @@ bool isUncompressed(std::uint32_t formatTag) {
     return formatTag == integers || formatTag == floats || formatTag == extensible;
 }
 
-std::optional<WavHeader> readHeader(const FileReader& file) {
+} // namespace
+
+std::optional<WavHeader> WavHeader::read(const FileReader& file) {
     const auto riff = bytesAt<12>(file, 0);
     if (!riff || std::string_view(riff->data(), 4) != "RIFF" || std::string_view(riff->data() + 8, 4) != "WAVE")
         return {};
@@ -64,11 +66,9 @@ std::optional<WavHeader> readHeader(const FileReader& file) {
     return {};
 }
 
-} // namespace
-
 std::optional<WavHeader> WavHeader::read(const std::filesystem::path& path) {
     try {
-        return readHeader(FileReader(path));
+        return read(FileReader(path));
     } catch (const FileFailure&) {
         return {};
     }

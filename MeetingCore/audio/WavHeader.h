@@ -1,5 +1,7 @@
 #pragma once
 
+#include "MeetingCore/base/FileReader.h"
+
 #include <cstdint>
 #include <filesystem>
 #include <optional>
@@ -17,8 +19,13 @@ struct WavHeader {
 
     std::uint64_t frameCount() const { return dataBytes / bytesPerFrame; }
 
+    /// Whether it is a recording with a rate that sound has; what says otherwise is damaged.
+    bool isPlayable() const { return isMono16Bit && sampleRate >= 1'000 && sampleRate <= 384'000; }
+
     /// Walks the file's chunks; absent for what cannot be read or is no WAV file of uncompressed samples. Any thread.
     static std::optional<WavHeader> read(const std::filesystem::path& path);
+    /// The same of a file that is open; throws FileFailure where that cannot be read.
+    static std::optional<WavHeader> read(const FileReader& file);
 
     bool operator==(const WavHeader&) const = default;
 };

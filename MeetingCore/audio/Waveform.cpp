@@ -27,11 +27,11 @@ VARNET_PROCESSOR_CLONES int largestMagnitude(const std::int16_t* samples, std::s
 
 } // namespace
 
-std::optional<Waveform> Waveform::read(const std::filesystem::path& wav) try {
-    const auto header = WavHeader::read(wav);
+std::optional<Waveform> Waveform::read(const std::filesystem::path& wav, const std::stop_token& stop) try {
+    const FileReader file(wav);
+    const auto header = WavHeader::read(file);
     if (!header || !header->isMono16Bit)
         return {};
-    const FileReader file(wav);
     const std::uint64_t frameCount = header->frameCount();
     const auto columnEnd = [&](std::size_t column) { return (column + 1) * frameCount / columnCount; };
     std::vector<std::int16_t> chunk(chunkSamples);
@@ -39,7 +39,8 @@ std::optional<Waveform> Waveform::read(const std::filesystem::path& wav) try {
     std::size_t column = 0;
     for (std::uint64_t frame = 0; frame < frameCount;) {
         const auto part = std::span(chunk).first(std::min<std::uint64_t>(chunk.size(), frameCount - frame));
-        if (file.read(std::as_writable_bytes(part), header->dataOffset + frame * 2) < part.size_bytes())
+        if (stop.stop_requested() ||
+            file.read(std::as_writable_bytes(part), header->dataOffset + frame * 2) < part.size_bytes())
             return {};
         for (std::size_t done = 0; done < part.size();) {
             while (columnEnd(column) <= frame + done)

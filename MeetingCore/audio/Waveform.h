@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <filesystem>
 #include <optional>
+#include <stop_token>
 #include <vector>
 
 namespace varnet {
@@ -14,8 +15,9 @@ struct Waveform {
     std::vector<float> peaks; ///< the largest magnitude of each column, 0 to 1; `columnCount` of them
 
     /// Reads a mono 16-bit WAV file from its start to its end in bounded memory; a column of no samples is 0. Absent
-    /// for what cannot be read or is of another kind. Takes as long as reading the file; any thread.
-    static std::optional<Waveform> read(const std::filesystem::path& wav);
+    /// for what cannot be read or is of another kind, and soon after `stop`. Takes as long as reading the file; any
+    /// thread.
+    static std::optional<Waveform> read(const std::filesystem::path& wav, const std::stop_token& stop = {});
 
     bool operator==(const Waveform&) const = default;
 };

@@ -229,10 +229,11 @@ void resample(AudioFileReader& reader, AudioFrame first, Target& target, Progres
         throwIfStopped(stop);
         if (batch.frames.empty())
             break;
-        for (const AudioFrame& frame : batch.frames)
+        for (const AudioFrame& frame : batch.frames) {
             resampler.convert(*frame, samples);
-        if (samples.size() >= samplesOfWrite)
-            write();
+            if (samples.size() >= samplesOfWrite)
+                write();
+        }
         progress.report(batch.progress);
     }
     resampler.finish(samples);

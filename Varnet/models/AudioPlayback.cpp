@@ -94,7 +94,7 @@ void AudioPlayback::load() {
 
 void AudioPlayback::open(double position) {
     const auto header = m_source ? WavHeader::read(m_source->file) : std::nullopt;
-    const bool playable = header && header->isMono16Bit && header->sampleRate > 0;
+    const bool playable = header && header->isPlayable();
     m_frameCount = playable ? header->frameCount() : 0;
     m_sampleRate = playable ? header->sampleRate : 0;
     setProblem({});
@@ -113,7 +113,7 @@ void AudioPlayback::open(double position) {
 Task<> AudioPlayback::findPeaks(QPointer<AudioPlayback> self, Source source, std::stop_token stop) {
     const auto waveform =
         co_await onWorker([file = source.file, folder = WaveformCache::folder(), stop]() -> std::optional<Waveform> {
-            return stop.stop_requested() ? std::nullopt : WaveformCache::waveform(file, folder);
+            return stop.stop_requested() ? std::nullopt : WaveformCache::waveform(file, folder, stop);
         });
     if (!self || stop.stop_requested() || self->m_source != source || !waveform)
         co_return;

@@ -44,8 +44,8 @@ T* allocated(T* object) {
 }
 
 /// FFmpeg takes a WAV file that is cut for one of unknown length.
-std::optional<double> secondsOfCutWav(const std::filesystem::path& path) {
-    const auto header = WavHeader::read(path);
+std::optional<double> secondsOfCutWav(const FileReader& file) {
+    const auto header = WavHeader::read(file);
     if (!header || header->missingBytes == 0 || header->sampleRate == 0)
         return {};
     return static_cast<double>(header->dataBytes + header->missingBytes) / header->bytesPerFrame / header->sampleRate;
@@ -200,7 +200,7 @@ void AudioFileReader::findStream() {
     else if (whole > 0)
         m_declaredSeconds = static_cast<double>(whole) / AV_TIME_BASE;
     else if (demuxer == "wav")
-        m_declaredSeconds = secondsOfCutWav(m_input->file().path());
+        m_declaredSeconds = secondsOfCutWav(m_input->file());
 }
 
 void AudioFileReader::openDecoder() {

@@ -3,6 +3,7 @@
 #include "Varnet/platform/AudioFileReader.h"
 
 #include <algorithm>
+#include <string>
 
 extern "C" {
 #include <libavutil/channel_layout.h>
@@ -15,6 +16,9 @@ namespace varnet {
 
 namespace {
 
+/// Beyond them a header is damaged, and a short file would become endless.
+constexpr int lowestRate = 1'000, highestRate = 768'000;
+
 std::uint64_t placesOf(const AVFrame& frame) {
     return frame.ch_layout.order == AV_CHANNEL_ORDER_NATIVE ? frame.ch_layout.u.mask : 0;
 }
@@ -26,6 +30,8 @@ void MonoResampler::Deleter::operator()(SwrContext* context) const {
 }
 
 void MonoResampler::begin(const AVFrame& frame) {
+    if (frame.sample_rate < lowestRate || frame.sample_rate > highestRate)
+        throw UnreadableAudio("its sample rate of " + std::to_string(frame.sample_rate) + " Hz is not one of sound");
     m_sampleFormat = frame.format;
     m_rate = frame.sample_rate;
     m_channelCount = frame.ch_layout.nb_channels;

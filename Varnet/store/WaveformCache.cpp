@@ -95,11 +95,11 @@ fs::path folder() {
     return Paths::caches() / "waveforms";
 }
 
-std::optional<Waveform> waveform(const fs::path& wav, const fs::path& folder) try {
+std::optional<Waveform> waveform(const fs::path& wav, const fs::path& folder, const std::stop_token& stop) try {
     const Name name(wav); // before it is read: what changes meanwhile gets another name
     if (auto known = kept(folder / name.text()))
         return known;
-    auto made = Waveform::read(wav);
+    auto made = Waveform::read(wav, stop);
     if (made)
         keep(*made, folder, name);
     return made;

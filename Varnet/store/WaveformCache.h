@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <filesystem>
 #include <optional>
+#include <stop_token>
 
 namespace varnet {
 
@@ -21,7 +22,8 @@ std::filesystem::path folder();
 /// The waveform of a recording from `folder`, else made from the recording and kept there in place of that of an
 /// earlier state. A cache file that is no waveform is made anew; a cache that cannot be written is done without. Absent
 /// as with Waveform::read.
-std::optional<Waveform> waveform(const std::filesystem::path& wav, const std::filesystem::path& folder);
+std::optional<Waveform> waveform(const std::filesystem::path& wav, const std::filesystem::path& folder,
+                                 const std::stop_token& stop = {});
 
 } // namespace WaveformCache
 

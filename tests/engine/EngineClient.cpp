@@ -71,6 +71,21 @@ qint64 EngineProcess::peakMemory() const {
     return text.mid(text.indexOf("VmHWM:") + 6).trimmed().split(' ').first().toLongLong();
 }
 
+/// The content of chunks; empty when they do not end with the last one.
+static QByteArray joined(const QByteArray& chunks) {
+    QByteArray content;
+    for (qsizetype place = 0;;) {
+        const qsizetype line = chunks.indexOf("\r\n", place);
+        if (line < 0)
+            return {};
+        const qsizetype size = chunks.mid(place, line - place).toLongLong(nullptr, 16);
+        if (size == 0)
+            return content;
+        content += chunks.mid(line + 2, size);
+        place = line + 2 + size + 2;
+    }
+}
+
 HTTPResult exchange(int port, const QByteArray& request) {
     QTcpSocket socket;
     socket.connectToHost(QHostAddress::LocalHost, static_cast<quint16>(port));
@@ -83,7 +98,10 @@ HTTPResult exchange(int port, const QByteArray& request) {
             return socket.state() == QTcpSocket::UnconnectedState;
         },
         patience);
-    return {answer.startsWith("HTTP/1.1 ") ? answer.mid(9, 3).toInt() : 0, answer.mid(answer.indexOf("\r\n\r\n") + 4)};
+    const qsizetype headSize = answer.indexOf("\r\n\r\n") + 4;
+    const bool chunked = answer.left(headSize).contains("Transfer-Encoding: chunked\r\n");
+    const QByteArray body = answer.mid(headSize);
+    return {answer.startsWith("HTTP/1.1 ") ? answer.mid(9, 3).toInt() : 0, chunked ? joined(body) : body};
 }
 
 QByteArray transcriptionRequest(const QByteArray& file, const QByteArray& diarization) {

@@ -185,11 +185,16 @@ TEST_F(Playback, SaysWhyNothingIsHeard) {
     ASSERT_TRUE(eventually([&] { return failures.size() == 2; }));
     EXPECT_EQ(failures.back(), "The audio file ends too early, so playback has stopped.");
 
+    writeRecording(file, ramp(), 1);
+    output->play(file, 0, 1);
+    ASSERT_TRUE(eventually([&] { return failures.size() == 3; }));
+    EXPECT_EQ(failures.back(), "The audio file is of a kind that cannot be played.");
+
     for (const char* sink : {"speakers", "mic_feed"})
         run("pw-cli", {"destroy", sink});
     writeRecording(file, ramp());
     output->play(file, 0, 1);
-    ASSERT_TRUE(eventually([&] { return failures.size() == 3; }, 5s));
+    ASSERT_TRUE(eventually([&] { return failures.size() == 4; }, 5s));
     EXPECT_EQ(failures.back(), "There is no audio output, so nothing can be played.");
     EXPECT_EQ(ends, 0);
 }

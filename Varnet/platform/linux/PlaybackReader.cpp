@@ -28,8 +28,8 @@ std::unique_ptr<soundtouch::SoundTouch> makeStretcher(std::uint32_t sampleRate, 
 } // namespace
 
 PlaybackReader::PlaybackReader(const std::filesystem::path& wav, double position, double rate) : m_file(wav) {
-    const auto header = WavHeader::read(wav);
-    if (!header || !header->isMono16Bit || header->sampleRate == 0)
+    const auto header = WavHeader::read(m_file);
+    if (!header || !header->isPlayable())
         throw Failure("The audio file is of a kind that cannot be played.");
     m_header = *header;
     m_frame = std::min(static_cast<std::uint64_t>(std::llround(std::max(0.0, position) * m_header.sampleRate)),

@@ -159,6 +159,8 @@ void PlaybackSession::fill() {
         if (wanted == 0)
             return;
         const std::size_t count = m_reader->read(std::span(piece).first(wanted));
+        if (ring.taken() == ring.written()) // it was the file that the server waited for
+            m_lastProgress = monotonicNanoseconds();
         ring.write(std::span(piece).first(count));
         if (count < wanted)
             m_reader.reset();
@@ -185,7 +187,9 @@ void PlaybackSession::watch() {
     if (!m_playing)
         return;
     const std::int64_t now = monotonicNanoseconds();
-    if (const std::uint64_t taken = m_stream->ring().taken(); taken != m_lastTaken) {
+    const PlaybackRing& ring = m_stream->ring();
+    const std::uint64_t taken = ring.taken();
+    if (taken != m_lastTaken || (m_reader && taken == ring.written())) {
         m_lastTaken = taken;
         m_lastProgress = now;
     }

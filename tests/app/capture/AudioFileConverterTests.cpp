@@ -198,6 +198,7 @@ TEST_F(AudioFileConverterTest, RefusesWhatIsNoWholeAudioFileAndOpensNothingElse)
     write("half.flac", half("whole.flac"));
     write("half.mp3", half("whole.mp3"));
     write("half.wav", half("original.wav"));
+    write("one-hertz.wav", bytesOf("original.wav").replace(24, 4, std::string("\1\0\0\0", 4)));
     write("list.mp3", "#EXTM3U\n#EXT-X-TARGETDURATION:3\n#EXTINF:3,\n" + neighbour + "\n#EXTINF:3,\n" + address + "\n");
     write("stream.m3u8", "#EXTM3U\n#EXT-X-TARGETDURATION:3\n#EXTINF:3,\n" + address + "\n");
     write("script.wav", "ffconcat version 1.0\nfile '" + neighbour + "'\nfile '" + address + "'\n");
@@ -223,7 +224,7 @@ TEST_F(AudioFileConverterTest, RefusesWhatIsNoWholeAudioFileAndOpensNothingElse)
         EXPECT_EQ(failure(name), sentence) << name;
         EXPECT_FALSE(fs::exists(target)) << name;
     }
-    for (const char* name : {"half.m4a", "half.flac", "half.mp3", "half.wav"})
+    for (const char* name : {"half.m4a", "half.flac", "half.mp3", "half.wav", "one-hertz.wav"})
         EXPECT_EQ(failure(name), notConverted) << name;
     fs::remove(target);
     EXPECT_EQ(test::treeOf(folder.path()), before);

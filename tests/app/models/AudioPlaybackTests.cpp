@@ -156,6 +156,12 @@ TEST_F(Player, BelongsToTheMeetingOnDisplay) {
     store().setSelectedID(first);
     EXPECT_FALSE(playback->present());
     EXPECT_EQ(playback->problem(), "");
+    for (const std::uint32_t rate : {0U, 1U, 999U, 384'001U, 0xFFFF'FFFFU}) {
+        store().setSelectedID(second);
+        writeRecording(repository.directory(first) / "meeting.wav", std::vector<std::int16_t>(100), rate);
+        store().setSelectedID(first);
+        EXPECT_FALSE(playback->present()) << rate;
+    }
     calls();
     playback->toggle();
     playback->seek(3);

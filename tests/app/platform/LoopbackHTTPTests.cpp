@@ -52,6 +52,7 @@ TEST(LoopbackHTTP, BrokenAnswersAreFailures) {
         {"nothing", ""},
         {"no HTTP", "\x7f\x45\x4c\x46 what is this\r\n\r\n"},
         {"a body cut off", "HTTP/1.1 200 OK\r\nContent-Length: 100\r\n\r\nhalf"},
+        {"chunks without the last", "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n1\r\n \r\n"},
         {"a body over the bound", TestServer::response(200, QByteArray(1001, 'x'))},
         {"an endless body", "HTTP/1.1 200 OK\r\n\r\n" + QByteArray(2'000'000, 'x')},
     };

@@ -37,6 +37,10 @@ TEST(Waveform, HasAllColumnsOfAShortFileAndNoneOfAnother) {
     expected[1'999] = 0.5F;
     EXPECT_EQ(waveform->peaks, expected);
 
+    std::stop_source stop;
+    stop.request_stop();
+    EXPECT_FALSE(Waveform::read(folder / "short.wav", stop.get_token()));
+
     writeRecording(folder / "empty.wav", {});
     waveform = Waveform::read(folder / "empty.wav");
     ASSERT_TRUE(waveform);
