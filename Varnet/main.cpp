@@ -83,7 +83,7 @@ int run(const CommandLine& commandLine, StorageLock* lock, std::function<LoadedM
 } // namespace
 
 int main(int argc, char** argv) {
-    const auto commandLine = CommandLine::parse({argv, argv + argc});
+    auto commandLine = CommandLine::parse({argv, argv + argc});
     const auto root = VarnetApp::storageRoot(commandLine);
     std::optional<StorageLock> lock;
     if (!commandLine.exportsWindow)
@@ -92,6 +92,7 @@ int main(int argc, char** argv) {
     auto load = lock && lock->held() ? beginLoading(root) : nullptr;
 
     QGuiApplication application(argc, argv);
+    commandLine.takeFiles({argv, argv + argc}); // without the arguments that were meant for the toolkit
     QGuiApplication::setApplicationName(QStringLiteral("Varnet"));
     QGuiApplication::setApplicationDisplayName(QString::fromStdString(AppInfo::name()));
     QGuiApplication::setApplicationVersion(QString::fromStdString(AppInfo::version()));

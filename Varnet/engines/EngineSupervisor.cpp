@@ -136,8 +136,11 @@ void EngineSupervisor::engineExited(int port, const ChildProcess* process) {
         setNotes(EngineState::stopped());
         return;
     }
+    const bool restarts = m_enabled && !m_recording && m_restarts < maximumRestarts;
+    if (restarts)
+        setPendingRestarts(m_pendingRestarts + 1);
     setSpeech(EngineState::failed("The speech engine stopped unexpectedly."));
-    if (m_enabled && !m_recording && m_restarts < maximumRestarts) {
+    if (restarts) {
         ++m_restarts;
         m_tasks.spawn(restartSpeech(2s * m_restarts));
     }
@@ -145,8 +148,11 @@ void EngineSupervisor::engineExited(int port, const ChildProcess* process) {
 
 Task<> EngineSupervisor::restartSpeech(std::chrono::seconds delay) {
     const QPointer<EngineSupervisor> self(this);
-    if (co_await m_parts.sleep(delay, m_tasks.stopToken()) && self)
-        co_await startSpeech();
+    if (!co_await m_parts.sleep(delay, m_tasks.stopToken()) || !self)
+        co_return;
+    co_await startSpeech();
+    if (self)
+        setPendingRestarts(m_pendingRestarts - 1);
 }
 
 Task<> EngineSupervisor::startSpeech() {
@@ -293,6 +299,13 @@ void EngineSupervisor::remove(int port, const ChildProcess* process) {
     const auto entry = m_processes.find(port);
     if (entry != m_processes.end() && entry->second.get() == process)
         m_processes.erase(entry);
+}
+
+void EngineSupervisor::setPendingRestarts(int count) {
+    const bool pending = restartPending();
+    m_pendingRestarts = count;
+    if (pending != restartPending())
+        Q_EMIT restartPendingChanged();
 }
 
 void EngineSupervisor::setSpeech(EngineState state) {

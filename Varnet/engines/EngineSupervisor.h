@@ -57,6 +57,7 @@ public:
     static bool shouldRun();
 
     const EngineState& speech() const { return m_speech; }
+    bool restartPending() const { return m_pendingRestarts > 0; } ///< from a crash of it until it was started again
     const EngineState& notes() const { return m_notes; }
     const ModelState& models() const { return m_models; }
     const NotesModelState& notesModel() const { return m_notesModel; }
@@ -98,6 +99,7 @@ public:
 
 Q_SIGNALS:
     void speechChanged();
+    void restartPendingChanged();
     void notesChanged();
     void runtimeRootChanged();
     void modelsChanged();
@@ -119,6 +121,7 @@ private:
     bool ownsRunning(int port) const;
     std::shared_ptr<ChildProcess> take(int port);
     void remove(int port, const ChildProcess* process);
+    void setPendingRestarts(int count);
     void setSpeech(EngineState state);
     void setNotes(EngineState state);
     void setModels(ModelState state);
@@ -139,6 +142,7 @@ private:
     std::map<int, std::shared_ptr<ChildProcess>> m_processes; ///< by port: started here, not seen to end
     bool m_lastStartCrashed = false;                          ///< the last launch died of a signal
     int m_restarts = 0;                                       ///< automatic, of the speech engine, since it was healthy
+    int m_pendingRestarts = 0;                                ///< one that crashes in its start has the next follow
     bool m_recording = false;
     bool m_shutDown = false;
     std::stop_source m_notesIdle;

@@ -50,7 +50,11 @@ MeetingPage::MeetingPage(MeetingStore& store, const RecordingClock& clock, QObje
             Q_EMIT callMissingChanged();
             Q_EMIT clockChanged();
         });
-    connect(&store, &MeetingStore::audioWorkChanged, this, &MeetingPage::changed);
+    connect(&store, &MeetingStore::audioWorkChanged, this, [this] {
+        const auto& work = m_store.audioWork();
+        if (!work || work->meetingID == m_shown)
+            Q_EMIT changed();
+    });
     connect(&store, &MeetingStore::partialChanged, this, &MeetingPage::showPartial);
     connect(&store, &MeetingStore::partialTurnsChanged, this, &MeetingPage::showPartial);
     connect(&store.levels(), &CaptureLevels::changed, this, &MeetingPage::levelsChanged);

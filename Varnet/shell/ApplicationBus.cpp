@@ -12,7 +12,8 @@ namespace {
 const auto busName = QStringLiteral("org.varnet.Varnet");
 const auto objectPath = QStringLiteral("/org/varnet/Varnet");
 const auto interfaceName = QStringLiteral("org.freedesktop.Application");
-constexpr int answerMilliseconds = 5000;
+/// Long: a request that is given up here is still carried out by an owner that was only busy.
+constexpr int answerMilliseconds = 25'000;
 
 } // namespace
 

@@ -49,7 +49,7 @@ public:
         QString refusal;   ///< what it did not do, as a sentence; empty for nothing
     };
 
-    /// Asks the owner of the name to bring its window up and to import these files. Waits a few seconds.
+    /// Asks the owner of the name to bring its window up and to import these files. Waits up to 25 seconds.
     static Answer askOwner(const QList<QUrl>& files = {},
                            const QDBusConnection& connection = QDBusConnection::sessionBus());
 

@@ -22,35 +22,43 @@ std::optional<std::string> value(const std::vector<std::string>& arguments, std:
 constexpr std::array<std::string_view, 6> valueFlags{"--storage-root",   "--export-ui",  "--export-scale",
                                                      "--select-meeting", "--appearance", "--preview-notes-download"};
 
-/// The program's own name and the values of flags are none.
-std::vector<std::string> fileArguments(const std::vector<std::string>& arguments) {
-    std::vector<std::string> files;
-    for (std::size_t place = 1; place < arguments.size(); ++place) {
-        const auto& argument = arguments[place];
-        if (std::ranges::find(valueFlags, argument) != valueFlags.end())
-            ++place;
-        else if (!argument.starts_with("-") && !argument.empty())
-            files.push_back(argument);
-    }
-    return files;
+/// The place of the "--" behind which there are only files, or the end. The value of a flag is no such "--".
+std::size_t flagsEnd(const std::vector<std::string>& arguments) {
+    std::size_t place = 1;
+    while (place < arguments.size() && arguments[place] != "--")
+        place += std::ranges::find(valueFlags, arguments[place]) != valueFlags.end() ? 2 : 1;
+    return std::min(place, arguments.size());
 }
 
 } // namespace
 
-CommandLine CommandLine::parse(const std::vector<std::string>& arguments) {
+CommandLine CommandLine::parse(std::vector<std::string> arguments) {
+    arguments.resize(flagsEnd(arguments));
     CommandLine line;
     if (const auto root = value(arguments, "--storage-root"))
         line.storageRoot = *root;
     line.exportsWindow = holds(arguments, "--export-ui");
-    if (!line.exportsWindow) {
-        line.files = fileArguments(arguments);
+    if (!line.exportsWindow)
         return line;
-    }
     line.appearance = value(arguments, "--appearance");
     line.showsMeeting = holds(arguments, "--show-meeting");
     line.previewsRecording = holds(arguments, "--preview-recording");
     line.previewsCallMissing = holds(arguments, "--preview-call-missing");
     return line;
+}
+
+void CommandLine::takeFiles(const std::vector<std::string>& arguments) {
+    files.clear();
+    if (exportsWindow)
+        return;
+    const auto end = flagsEnd(arguments);
+    for (std::size_t place = 1; place < arguments.size(); ++place) {
+        const auto& argument = arguments[place];
+        if (place < end && std::ranges::find(valueFlags, argument) != valueFlags.end())
+            ++place;
+        else if (place > end || (place < end && !argument.starts_with("-") && !argument.empty()))
+            files.push_back(argument);
+    }
 }
 
 } // namespace varnet

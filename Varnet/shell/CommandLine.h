@@ -9,7 +9,7 @@ namespace varnet {
 
 /// What the program was started with. A value argument takes the next element of the list; the first element that is
 /// equal to the flag decides, and a flag at the very end counts as not given. Unknown flags are ignored; what is
-/// neither a flag nor a value of one is a file to import.
+/// neither a flag nor a value of one is a file to import, and everything behind "--" is one.
 struct CommandLine {
     std::optional<std::filesystem::path> storageRoot{}; ///< --storage-root: the library to use in place of the user's
 
@@ -23,7 +23,11 @@ struct CommandLine {
     bool previewsRecording = false;          ///< --preview-recording
     bool previewsCallMissing = false;        ///< --preview-call-missing, which changes the former
 
-    static CommandLine parse(const std::vector<std::string>& arguments);
+    /// All but the files.
+    static CommandLine parse(std::vector<std::string> arguments);
+
+    /// The files among the arguments, once others have taken theirs out of the list.
+    void takeFiles(const std::vector<std::string>& arguments);
 
     bool operator==(const CommandLine&) const = default;
 };

@@ -8,7 +8,10 @@
 
 #include <QSysInfo>
 
+#include <sys/stat.h>
+
 #include <algorithm>
+#include <cerrno>
 #include <utility>
 
 namespace varnet {
@@ -23,17 +26,14 @@ std::string quoted(const fs::path& file) {
     return "“" + (file.has_filename() ? file.filename() : file.parent_path().filename()).string() + "”";
 }
 
-/// Why this is no file to import; absent when it may be one.
-std::optional<std::string> refusal(const fs::path& file) {
-    std::error_code error;
-    const auto status = fs::status(file, error);
-    if (fs::is_regular_file(status))
+/// Why this is no file to import, by its status, which is filled in; absent when it may be one.
+std::optional<std::string> refusal(const fs::path& file, struct stat& status) {
+    if (::stat(file.c_str(), &status) != 0)
+        return FileFailure::reading(file, errno).what();
+    if (S_ISREG(status.st_mode))
         return {};
-    if (fs::is_directory(status))
-        return quoted(file) + " is a folder. Choose the audio files in it.";
-    if (fs::exists(status))
-        return quoted(file) + " is not an audio file.";
-    return FileFailure::reading(file, error ? error.value() : ENOENT).what();
+    return quoted(file) +
+           (S_ISDIR(status.st_mode) ? " is a folder. Choose the audio files in it." : " is not an audio file.");
 }
 
 } // namespace
@@ -44,6 +44,7 @@ ImportQueue::ImportQueue(MeetingStore& store, EngineSupervisor& engines, AppRout
     connect(&store, &MeetingStore::busyChanged, this, &ImportQueue::goOn, Qt::QueuedConnection);
     connect(&store, &MeetingStore::recordingChanged, this, &ImportQueue::goOn, Qt::QueuedConnection);
     connect(&engines, &EngineSupervisor::speechChanged, this, &ImportQueue::goOn, Qt::QueuedConnection);
+    connect(&engines, &EngineSupervisor::restartPendingChanged, this, &ImportQueue::goOn, Qt::QueuedConnection);
     connect(&store, &MeetingStore::errorChanged, this, [this] {
         if (!m_starting && !m_store.error())
             m_failures.clear();
@@ -56,7 +57,10 @@ std::optional<fs::path> ImportQueue::localFile(const QUrl& address) {
                                    host.compare(QSysInfo::machineHostName(), Qt::CaseInsensitive) != 0))
         return {};
     const auto encoded = address.path(QUrl::FullyEncoded).toLatin1();
-    return fs::path(QByteArray::fromPercentEncoding(encoded).toStdString());
+    fs::path path = QByteArray::fromPercentEncoding(encoded).toStdString();
+    if (!path.is_absolute() || path.native().find('\0') != std::string::npos)
+        return {};
+    return path;
 }
 
 QUrl ImportQueue::address(const std::string& argument) {
@@ -67,6 +71,8 @@ QUrl ImportQueue::address(const std::string& argument) {
 }
 
 void ImportQueue::add(const QList<QUrl>& addresses) {
+    if (!m_store.writable())
+        return m_store.setError("Meeting storage is unavailable.");
     if (!m_current && m_files.empty()) {
         m_taken = 0;
         m_failures.clear();
@@ -75,12 +81,13 @@ void ImportQueue::add(const QList<QUrl>& addresses) {
     std::vector<std::string> refusals;
     for (const auto& address : addresses) {
         const auto file = localFile(address);
-        auto reason =
-            file ? refusal(*file) : "“" + address.toDisplayString().toStdString() + "” is not a file on this computer.";
+        struct stat status{};
+        auto reason = file ? refusal(*file, status)
+                           : "“" + address.toDisplayString().toStdString() + "” is not a file on this computer.";
         if (reason)
             refusals.push_back(std::move(*reason));
-        else if (!holds(*file))
-            m_files.push_back(*file);
+        else if (const FileID id{status.st_dev, status.st_ino}; m_held.insert(id).second)
+            m_files.push_back({*file, id});
     }
     m_taken += static_cast<int>(m_files.size() - before);
     m_asked = m_taken == 1 && (obstacle() == Obstacle::none || obstacle() == Obstacle::engine);
@@ -97,15 +104,10 @@ void ImportQueue::clear() {
     if (m_files.empty())
         return;
     m_files.clear();
+    m_held.clear();
+    if (m_current)
+        m_held.insert(m_current->id);
     Q_EMIT waitingChanged();
-}
-
-bool ImportQueue::holds(const fs::path& file) const {
-    const auto same = [&file](const fs::path& other) {
-        std::error_code error;
-        return other == file || fs::equivalent(other, file, error);
-    };
-    return (m_current && same(*m_current)) || std::ranges::any_of(m_files, same);
 }
 
 bool ImportQueue::mayImport() const {
@@ -119,7 +121,9 @@ ImportQueue::Obstacle ImportQueue::obstacle() const {
         return Obstacle::work;
     // An engine that comes up answers in a moment: an import would only fail for having been too early.
     const auto& speech = m_engines.speech();
-    return speech.isStarting() || speech == EngineState::unknown() ? Obstacle::engine : Obstacle::none;
+    const bool comesUp =
+        speech.isStarting() || speech == EngineState::unknown() || (m_engines.restartPending() && !speech.isReady());
+    return comesUp ? Obstacle::engine : Obstacle::none;
 }
 
 void ImportQueue::goOn() {
@@ -136,10 +140,11 @@ Task<> ImportQueue::importAll(ImportQueue* self, std::stop_token gone) {
 
         const bool alone = std::exchange(self->m_asked, false);
         self->m_starting = true;
-        auto import = store.importAudio(*self->m_current, alone || !store.selectedID());
+        auto import = store.importAudio(self->m_current->file, alone || !store.selectedID());
         self->m_starting = false;
         const auto meeting = store.audioWork() ? std::optional(store.audioWork()->meetingID) : std::nullopt;
-        if (!self->m_failures.empty())
+        // One that could not even start has left its own reason there.
+        if (meeting && !self->m_failures.empty())
             self->tell();
         co_await import;
         if (gone.stop_requested())
@@ -152,12 +157,13 @@ void ImportQueue::ended(const std::optional<Uuid>& id, bool alone) {
     const Meeting* meeting = id ? m_store.meeting(*id) : nullptr;
     const bool failed = !id || (meeting && meeting->status == MeetingStatus::importNeedsAttention);
     if (failed && m_store.error()) {
-        m_failures.push_back(quoted(*m_current) + ": " + *m_store.error());
+        m_failures.push_back(quoted(m_current->file) + ": " + *m_store.error());
         if (m_taken > 1 || m_failures.size() > 1)
             tell();
     }
     if (alone && m_taken == 1 && meeting && m_store.selectedID() == id)
         m_router.setPage(AppRouter::Page::meeting);
+    m_held.erase(m_current->id);
     m_current.reset();
 }
 

@@ -8,11 +8,15 @@
 #include <QObject>
 #include <QUrl>
 
+#include <sys/types.h>
+
 #include <deque>
 #include <filesystem>
 #include <optional>
+#include <set>
 #include <stop_token>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace varnet {
@@ -22,8 +26,8 @@ class EngineSupervisor;
 class MeetingStore;
 
 /// The audio files that were handed to the program and are not imported yet. They are imported one after the other, in
-/// their order, whenever the store is neither busy nor recording and the speech engine is not just coming up. What
-/// waits is kept in memory only: a quit forgets it.
+/// their order, whenever the store is neither busy nor recording and the speech engine neither just comes up nor is
+/// about to be started again. What waits is kept in memory only: a quit forgets it.
 ///
 /// A file that is handed over alone and need not wait for other work is selected, and the page turns to it when its
 /// import has ended, unless another meeting has been selected by then. All others leave the page and the selection
@@ -35,7 +39,7 @@ public:
     ImportQueue(MeetingStore& store, EngineSupervisor& engines, AppRouter& router, QObject* parent = nullptr);
 
     /// Takes the files behind the addresses. What is no file on this computer is refused in words; a file that is
-    /// waiting or being imported already is not taken twice.
+    /// waiting or being imported already is not taken twice. Without storage none is taken.
     void add(const QList<QUrl>& addresses);
 
     /// Forgets what waits. An import that runs goes on.
@@ -46,7 +50,7 @@ public:
     Obstacle obstacle() const;
 
     int waiting() const { return static_cast<int>(m_files.size()); }
-    const std::filesystem::path& first() const { return m_files.front(); } ///< the next file, while one waits
+    const std::filesystem::path& first() const { return m_files.front().file; } ///< the next file, while one waits
 
     /// The path that an address names on this computer, byte for byte; absent for any other address.
     static std::optional<std::filesystem::path> localFile(const QUrl& address);
@@ -59,7 +63,12 @@ Q_SIGNALS:
     void waitingChanged();
 
 private:
-    bool holds(const std::filesystem::path& file) const;
+    using FileID = std::pair<dev_t, ino_t>; ///< the same for all names of a file
+    struct Entry {
+        std::filesystem::path file;
+        FileID id;
+    };
+
     bool mayImport() const;
     void goOn();
     static Task<> importAll(ImportQueue* self, std::stop_token gone);
@@ -69,12 +78,13 @@ private:
     MeetingStore& m_store;
     EngineSupervisor& m_engines;
     AppRouter& m_router;
-    std::deque<std::filesystem::path> m_files;
-    std::optional<std::filesystem::path> m_current; ///< the file that is being imported
-    int m_taken = 0;                                ///< files since nothing waited and none was being imported
-    bool m_asked = false;                           ///< somebody waits to see the file that was taken
-    bool m_starting = false;                        ///< an import clears the store's error when it starts
-    std::vector<std::string> m_failures;            ///< lines that nobody has dismissed
+    std::deque<Entry> m_files;
+    std::optional<Entry> m_current;      ///< the file that is being imported
+    std::set<FileID> m_held;             ///< those of m_files and of m_current
+    int m_taken = 0;                     ///< files since nothing waited and none was being imported
+    bool m_asked = false;                ///< somebody waits to see the file that was taken
+    bool m_starting = false;             ///< an import clears the store's error when it starts
+    std::vector<std::string> m_failures; ///< lines that nobody has dismissed
     TaskScope m_tasks{"Imports"};
 };
 

@@ -21,7 +21,8 @@ struct Refusal {
 };
 
 /// Absent when this process may go on, with the lock. Otherwise the holder of the lock is asked over the bus to show
-/// itself and to import `files`; while it is still starting or already ending this waits some seconds.
+/// itself and to import `files`; while it is still starting or already ending this waits some seconds, and longer for
+/// the answer of a busy one.
 std::optional<Refusal> settle(StorageLock& lock, const std::filesystem::path& storageRoot, const QList<QUrl>& files);
 
 /// The refusal of a start beside a program that has another library open.

@@ -105,6 +105,7 @@ public:
     const DeletedMeeting* deletedMeeting(const Uuid& id) const; ///< the same for the deleted ones
     /// Files of a recording are open: from a start on, before `recording`, until a stop has closed them.
     bool capturing() const { return m_recorder || m_systemRecorder; }
+    bool writable() const { return m_repository && m_parts.writable; } ///< meetings can be made and changed
     bool showingLiveMeeting() const { return m_selectedID && m_selectedID == m_recordingID; }
 
     void setCaptureMode(CaptureMode mode);
@@ -251,7 +252,6 @@ private:
     Meeting* find(const Uuid& id);
     void open(const std::optional<std::filesystem::path>& storageRoot);
     void recoverInterrupted();
-    bool writable() const { return m_repository && m_parts.writable; }
     const Meeting* meetingFrom(const MeetingSource& source) const;
     void takeOut(const std::set<Uuid>& moved, Date deletedAt);
     void withdrawUndo(const std::set<Uuid>& ids);

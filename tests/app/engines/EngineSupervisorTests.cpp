@@ -103,6 +103,19 @@ TEST_F(Engines, AfterCrashesItRestartsThreeTimesUntilItIsHealthyAgain) {
     EXPECT_THAT(world->delays, ElementsAre(2s, 4s, 6s, 2s)) << "being healthy begins the count anew";
 }
 
+TEST_F(Engines, ARestartIsPendingFromACrashUntilTheNewStart) {
+    install(Engines::developmentSpeech, serve);
+    world->delaysPass = true;
+    const auto engines = make();
+    std::vector<std::pair<bool, bool>> seen;
+    QObject::connect(engines.get(), &EngineSupervisor::restartPendingChanged,
+                     [&] { seen.emplace_back(engines->restartPending(), engines->speech().isReady()); });
+    await(engines->startSpeech());
+    crash();
+    ASSERT_TRUE(eventually([&] { return seen.size() == 2; }));
+    EXPECT_THAT(seen, ElementsAre(std::pair(true, true), std::pair(false, true)));
+}
+
 TEST_F(Engines, ACrashDuringARecordingWaitsForItsEnd) {
     install(Engines::developmentSpeech, serve);
     const auto engines = make();

@@ -18,13 +18,19 @@ TEST(CommandLines, AreReadByTheirRules) {
         {"files are what is neither a flag nor its value",
          {"varnet", "a.m4a", "--storage-root", "/a", "--unknown", "file:///b%20c.wav", "--appearance", "dark"},
          {.storageRoot = "/a", .files = {"a.m4a", "file:///b%20c.wav"}}},
+        {"behind two dashes are only files",
+         {"varnet", "--storage-root", "--", "a", "--", "--export-ui", "--", "-b", "--storage-root", "c"},
+         {.storageRoot = "--", .files = {"a", "--export-ui", "--", "-b", "--storage-root", "c"}}},
         {"an export imports nothing", {"varnet", "--export-ui", "a.png", "b.wav"}, {.exportsWindow = true}},
         {"call missing",
          {"varnet", "--preview-call-missing", "--preview-recording", "--export-ui", "a.png"},
          {.exportsWindow = true, .previewsRecording = true, .previewsCallMissing = true}},
     };
-    for (const auto& [name, arguments, expected] : cases)
-        EXPECT_EQ(CommandLine::parse(arguments), expected) << name;
+    for (const auto& [name, arguments, expected] : cases) {
+        auto line = CommandLine::parse(arguments);
+        line.takeFiles(arguments);
+        EXPECT_EQ(line, expected) << name;
+    }
 }
 
 } // namespace varnet::test

@@ -4,6 +4,8 @@
 #include "tests/support/Await.h"
 #include "tests/support/StoreFixture.h"
 
+#include <gmock/gmock.h>
+
 #include <fstream>
 
 namespace varnet::test {
@@ -56,6 +58,21 @@ TEST_F(ImportQueueTest, ImportsInOrderAndGathersWhatFailed) {
     EXPECT_EQ(store().selectedID(), read);
 }
 
+TEST_F(ImportQueueTest, EachFileHasItsOwnReasonWhereNothingCanBeWritten) {
+    std::filesystem::remove_all(root);
+    file("meetings");
+    queue.add({url(file("a.wav")), url(file("b.wav"))});
+    ASSERT_TRUE(idle());
+    EXPECT_THAT(store().error().value_or(""),
+                ::testing::MatchesRegex("“a.wav”: “[-0-9A-F]+” could not be written: Not a directory.\n"
+                                        "“b.wav”: “[-0-9A-F]+” could not be written: Not a directory."));
+
+    MeetingStore closed(root / "no folder");
+    ImportQueue refusing{closed, engines, router};
+    refusing.add({url(file("c.wav"))});
+    EXPECT_EQ(closed.error(), "Meeting storage is unavailable.");
+}
+
 TEST_F(ImportQueueTest, WaitsForARecordingAndForgetsWhatIsCleared) {
     await(store().startRecording());
     queue.add({url(file("a.wav")), url(file("b.wav"))});
@@ -87,6 +104,7 @@ TEST_F(ImportQueueTest, ReadsAddressesByteForByte) {
         {"file://localhost/a", "/a"},
         {"file://elsewhere.example/a", ""},
         {"smb://host/a", ""},
+        {"file:///a%00.mp3", ""},
         {"/a b?.m4a", "/a b?.m4a"},
         {"/odd\xFF.wav", "/odd\xFF.wav"},
         {"a:b.wav", "a:b.wav"},
@@ -96,6 +114,7 @@ TEST_F(ImportQueueTest, ReadsAddressesByteForByte) {
         EXPECT_EQ(file ? file->string() : "", *path && *path != '/' ? std::filesystem::absolute(path).string() : path)
             << argument;
     }
+    EXPECT_FALSE(ImportQueue::localFile(QUrl("file:song.mp3"))) << "from no folder";
 }
 
 } // namespace varnet::test
