@@ -102,7 +102,7 @@ bool isTaken(const SpeakerNames& names, const std::string& name) {
 } // namespace
 
 std::optional<std::vector<TurnLevels>> turnLevels(std::span<const TranscriptTurn> turns,
-                                                  const std::filesystem::path& folder, std::stop_token stop) {
+                                                  const std::filesystem::path& folder, const std::stop_token& stop) {
     const auto microphone = Track::open(folder / "microphone.wav");
     const auto call = microphone ? Track::open(folder / "system.wav") : nullptr;
     if (!call)

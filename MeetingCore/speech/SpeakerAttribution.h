@@ -34,11 +34,12 @@ inline constexpr double agreement = 0.7; ///< share of a speaker's judged turns 
 inline constexpr std::int64_t minimumTurns = 3; ///< fewest judged turns of a speaker who may be the local one
 
 /// The levels of the turns of at least half a second, measured on "microphone.wav" and "system.wav" of a meeting's
-/// folder. Absent when either cannot be used, and soon after `stop` was requested. A turn beyond the audio, and one that
-/// cannot be read, has level 0. The times must be finite; otherwise the program ends. Memory does not grow with the
-/// length of a turn.
+/// folder. Absent when either cannot be used, and soon after `stop` was requested. A turn beyond the audio, and one
+/// that cannot be read, has level 0. The times must be finite; otherwise the program ends. Memory does not grow with
+/// the length of a turn.
 std::optional<std::vector<TurnLevels>> turnLevels(std::span<const TranscriptTurn> turns,
-                                                  const std::filesystem::path& folder, std::stop_token stop = {});
+                                                  const std::filesystem::path& folder,
+                                                  const std::stop_token& stop = {});
 
 /// The label of the one speaker whose turns are the microphone's; absent when none or several qualify.
 std::optional<std::string> localSpeaker(std::span<const TurnLevels> turns);

@@ -260,7 +260,7 @@ void convert(const std::filesystem::path& source, const std::filesystem::path& t
 } // namespace
 
 void convertFile(const std::filesystem::path& source, const std::filesystem::path& target,
-                 const std::function<void(double)>& onProgress, std::stop_token stop) {
+                 const std::function<void(double)>& onProgress, const std::stop_token& stop) {
     try {
         convert(source, target, onProgress, stop);
     } catch (const UnreadableAudio& failure) {

@@ -18,6 +18,6 @@ namespace varnet {
 /// is decoded no target is made; from then on a failure leaves a part of it behind. A valid file without audio frames
 /// gives a target without any. What is taken as damaged, and what is skipped, stands at AudioFileReader.
 void convertFile(const std::filesystem::path& source, const std::filesystem::path& target,
-                 const std::function<void(double)>& onProgress = {}, std::stop_token stop = {});
+                 const std::function<void(double)>& onProgress = {}, const std::stop_token& stop = {});
 
 } // namespace varnet
