@@ -70,7 +70,7 @@ void MediaDeleter::operator()(AVFrame* frame) const {
 }
 
 void MediaDeleter::operator()(AVIOContext* input) const {
-    ::av_freep(&input->buffer);
+    ::av_freep(static_cast<void*>(&input->buffer));
     ::avio_context_free(&input);
 }
 
@@ -174,6 +174,7 @@ void AudioFileReader::findStream() {
     const auto best = [this] { return ::av_find_best_stream(m_format.get(), AVMEDIA_TYPE_AUDIO, -1, -1, nullptr, 0); };
     // What the headers promise; looking further would fill it with guesses from the size of the file.
     std::vector<std::int64_t> promised;
+    promised.reserve(m_format->nb_streams);
     for (unsigned i = 0; i < m_format->nb_streams; ++i)
         promised.push_back(m_format->streams[i]->duration);
     const std::int64_t whole = m_format->nb_streams == 1 ? m_format->duration : AV_NOPTS_VALUE;
