@@ -21,8 +21,7 @@ struct Threads {
         // What ends while the application object is being destroyed must not post to it any more.
         qAddPostRoutine([] {
             threads().worker.clear();
-            threads().worker.waitForDone();
-            threads().own.waitForDone();
+            finishBackgroundWork();
         });
     }
 
@@ -40,6 +39,11 @@ void postToWorker(std::function<void()> work) {
 
 void postToOwnThread(std::function<void()> work) {
     Threads::threads().own.start(std::move(work));
+}
+
+void finishBackgroundWork() {
+    Threads::threads().worker.waitForDone();
+    Threads::threads().own.waitForDone();
 }
 
 } // namespace varnet

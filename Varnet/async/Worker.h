@@ -18,6 +18,9 @@ void postToWorker(std::function<void()> work);
 /// program quits: the application object waits for it.
 void postToOwnThread(std::function<void()> work);
 
+/// Waits until nothing of both runs or waits to be run. Main thread; the tasks themselves go on with the next events.
+void finishBackgroundWork();
+
 /// Runs `work` where `post` brings it; see onWorker.
 template <class F>
 Task<std::invoke_result_t<F>> runThrough(void (*post)(std::function<void()>), F work) {

@@ -1,3 +1,5 @@
+#include "Varnet/async/Worker.h"
+
 #include <QGuiApplication>
 
 #include <gtest/gtest.h>
@@ -7,6 +9,7 @@ namespace {
 /// Lets what a test has called off come to its end: stopped coroutines resume, and objects to be deleted later are.
 class EventsAfterEachTest final : public testing::EmptyTestEventListener {
     void OnTestEnd(const testing::TestInfo&) override {
+        varnet::finishBackgroundWork();
         for (int round = 0; round < 10; ++round) {
             QCoreApplication::processEvents();
             QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
