@@ -212,7 +212,7 @@ void AudioFileReader::openDecoder() {
     m_codec.reset(allocated(::avcodec_alloc_context3(decoder)));
     int error = ::avcodec_parameters_to_context(m_codec.get(), m_stream->codecpar);
     m_codec->pkt_timebase = m_stream->time_base;
-    m_codec->thread_count = 2; // for the few that can, FLAC above all
+    m_codec->thread_count = 1; // more of them hand frames about for longer than they save
     if (error >= 0)
         error = ::avcodec_open2(m_codec.get(), decoder, nullptr);
     if (error < 0)
