@@ -2,6 +2,7 @@
 
 #include "MeetingCore/base/Failures.h"
 #include "MeetingCore/base/FileReader.h"
+#include "MeetingCore/base/SystemCall.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -34,14 +35,6 @@ public:
 private:
     int m_fd;
 };
-
-template <class Call>
-auto uninterrupted(Call call) {
-    auto result = call();
-    while (result < 0 && errno == EINTR)
-        result = call();
-    return result;
-}
 
 bool writeAll(int fd, std::string_view bytes) {
     while (!bytes.empty()) {

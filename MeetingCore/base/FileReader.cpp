@@ -1,6 +1,7 @@
 #include "MeetingCore/base/FileReader.h"
 
 #include "MeetingCore/base/Failures.h"
+#include "MeetingCore/base/SystemCall.h"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -11,14 +12,6 @@
 namespace varnet {
 
 namespace {
-
-template <class Call>
-auto uninterrupted(Call call) {
-    auto result = call();
-    while (result < 0 && errno == EINTR)
-        result = call();
-    return result;
-}
 
 int openForReading(const std::filesystem::path& path, FileReader::Links links) {
     // Without O_NONBLOCK the opening of a pipe would wait for a writer.
