@@ -50,6 +50,17 @@ struct NoteItem {
     bool operator==(const NoteItem&) const = default;
 };
 
+/// What the notes model answers: the points that it proposes.
+struct NoteResponse {
+    std::vector<NoteItem> items;
+
+    /// Strict: a key or kind that is missing or of another type throws JsonFailure, as does anything that is not JSON.
+    /// Any thread.
+    static NoteResponse decode(std::string_view json);
+
+    bool operator==(const NoteResponse&) const = default;
+};
+
 /// A draft as stored with its meeting. It carries its own sources, so that its quotes stay readable after the
 /// transcript has changed.
 struct GeneratedNotes {

@@ -25,6 +25,11 @@ struct JsonRecord<NoteItem> {
 };
 
 template <>
+struct JsonRecord<NoteResponse> {
+    static constexpr std::tuple fields{JsonField{"items", &NoteResponse::items}};
+};
+
+template <>
 struct JsonRecord<NoteSource> {
     static constexpr std::tuple fields{
         JsonField{"end", &NoteSource::end},         JsonField{"id", &NoteSource::id},

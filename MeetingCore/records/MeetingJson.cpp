@@ -20,6 +20,11 @@ std::string encodeSources(std::span<const NoteSource> sources) {
     return writer.finish();
 }
 
+NoteResponse NoteResponse::decode(std::string_view json) {
+    JsonParser parser;
+    return parser.decode<NoteResponse>(json);
+}
+
 Meeting decodeMeeting(std::string_view json) {
     JsonParser parser;
     return parser.decode<Meeting>(json);

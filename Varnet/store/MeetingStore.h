@@ -60,6 +60,14 @@ struct AudioWork {
     bool operator==(const AudioWork&) const = default;
 };
 
+/// How far a drafting of notes is.
+struct NotesSteps {
+    int current = 0; ///< from 1; 0 until the model works
+    int count = 0;
+
+    bool operator==(const NotesSteps&) const = default;
+};
+
 /// The library in memory and everything that changes it: the meetings, the selection, the running recording and the
 /// one message that the user sees. It alone writes meetings. One object lives for the whole run, on the main thread.
 ///
@@ -92,6 +100,15 @@ public:
     const std::optional<Uuid>& recordingID() const { return m_recordingID; }
     /// The meeting whose notes are being written.
     const std::optional<Uuid>& notesMeetingID() const { return m_notesMeetingID; }
+    const std::string& notesProgress() const {
+        return m_notesProgress;
+    }                                                             ///< how far they are; empty while there are none
+    const NotesSteps& notesSteps() const { return m_notesSteps; } ///< the same in numbers
+    /// The drafting that runs; a stop that is requested of it ends it at once, and the previous draft is kept.
+    const std::optional<std::stop_source>& notesTask() const { return m_notesTask; }
+    /// Why points of the draft that the meeting has now were removed; empty for a draft of an earlier run of the
+    /// program.
+    std::vector<std::string> removedPoints(const Meeting& meeting) const;
     const std::vector<DeletedMeeting>& deletedMeetings() const { return m_deletedMeetings; } ///< last deleted first
     const std::optional<DeletionReceipt>& pendingUndo() const {
         return m_pendingUndo;
@@ -212,6 +229,11 @@ public:
     /// Ends the import or the retry that runs, as a failure would: what there is by then is kept.
     void cancelAudioWork();
 
+    /// Has the local notes engine draft the meeting's notes, or the selected meeting's if there is none with that id. A
+    /// draft that was there is kept as a version; what fails, also that the transcript changed meanwhile, shows in
+    /// `error` and leaves it. Returns at once. Refused while recording or busy, and without turns.
+    void generateNotes(std::optional<Uuid> meetingID = {});
+
     /// Measures in the background who of a meeting's speakers is the local user, then names the speakers.
     void attributeSpeakers(Uuid id);
 
@@ -238,12 +260,20 @@ Q_SIGNALS:
     void saveFailuresChanged();
     void recordingIDChanged();
     void notesMeetingIDChanged();
+    void notesProgressChanged(); ///< also of the numbers
+    void notesTaskChanged();
     void audioWorkChanged();
     void deletedMeetingsChanged();
     void pendingUndoChanged();
 
 private:
     using Signal = void (MeetingStore::*)();
+
+    /// What the model proposed for a draft and the transcript did not carry.
+    struct RemovedPoints {
+        Date createdAt; ///< of the draft
+        std::vector<std::string> reasons;
+    };
 
     template <class Field>
     void assign(Field& field, std::type_identity_t<Field> value, Signal changed);
@@ -289,6 +319,10 @@ private:
     Task<> convertAndTranscribe(Uuid id, std::filesystem::path source, std::stop_token stop);
     Task<> measureSpeakers(Uuid id);
 
+    // The drafting of notes.
+    Task<> draftNotes(Meeting meeting, std::stop_token stop);
+    void endNotes();
+
     StoreParts m_parts;
     CalendarLookup m_calendarLookup;
     std::optional<MeetingRepository> m_repository; ///< absent when storage could not be opened
@@ -309,6 +343,10 @@ private:
     std::optional<Uuid> m_recordingID;
     MeetingEncoder m_recordingEncoder; ///< a long recording is saved with every turn
     std::optional<Uuid> m_notesMeetingID;
+    std::string m_notesProgress;
+    NotesSteps m_notesSteps;
+    std::optional<std::stop_source> m_notesTask;
+    std::map<Uuid, RemovedPoints> m_removedPoints;
     std::optional<AudioWork> m_audioWork;
     std::stop_source m_audioWorkStop;
     std::vector<DeletedMeeting> m_deletedMeetings;
