@@ -9,6 +9,7 @@ install(TARGETS nemo-speech RUNTIME DESTINATION ${runtime}/.runtime/source/build
 install(FILES config/speech.yaml DESTINATION ${runtime}/config)
 file(WRITE ${CMAKE_BINARY_DIR}/Varnet.conf "[General]\nRuntimeRoot=/usr/${runtime}\n")
 install(FILES ${CMAKE_BINARY_DIR}/Varnet.conf DESTINATION /etc/xdg/Varnet)
+install(PROGRAMS scripts/start-notes.sh DESTINATION lib/varnet/scripts)
 install(FILES packaging/org.varnet.Varnet.desktop DESTINATION share/applications)
 install(FILES packaging/org.varnet.Varnet.service DESTINATION share/dbus-1/services)
 install(FILES packaging/org.varnet.Varnet.svg DESTINATION share/icons/hicolor/scalable/apps)
