@@ -8,16 +8,19 @@
 namespace varnet {
 
 FileBody::FileBody(QByteArray before, std::filesystem::path file, QByteArray after)
-    : m_before(std::move(before)), m_file(std::move(file)), m_after(std::move(after)) {
+    : m_before(std::move(before)), m_file(std::in_place, std::move(file)), m_after(std::move(after)) {
+    open(QIODevice::ReadOnly | QIODevice::Unbuffered);
+}
+
+FileBody::FileBody(QByteArray text) : m_before(std::move(text)) {
     open(QIODevice::ReadOnly | QIODevice::Unbuffered);
 }
 
 qint64 FileBody::size() const {
-    return m_before.size() + static_cast<qint64>(m_file.size()) + m_after.size();
+    return m_before.size() + fileSize() + m_after.size();
 }
 
 qint64 FileBody::readData(char* bytes, qint64 count) {
-    const qint64 fileSize = static_cast<qint64>(m_file.size());
     const auto copy = [&](const QByteArray& text, qint64 from) {
         const qint64 taken = std::min(count, text.size() - from);
         std::copy_n(text.constData() + from, taken, bytes);
@@ -28,14 +31,14 @@ qint64 FileBody::readData(char* bytes, qint64 count) {
     if (pos() < m_before.size())
         return copy(m_before, pos());
     const qint64 place = pos() - m_before.size();
-    if (place >= fileSize)
-        return copy(m_after, place - fileSize);
-    const auto wanted = static_cast<std::size_t>(std::min(count, fileSize - place));
+    if (place >= fileSize())
+        return copy(m_after, place - fileSize());
+    const auto wanted = static_cast<std::size_t>(std::min(count, fileSize() - place));
     try {
         const std::span target(reinterpret_cast<std::byte*>(bytes), wanted);
-        if (m_file.read(target, static_cast<std::uint64_t>(place)) == wanted)
+        if (m_file->read(target, static_cast<std::uint64_t>(place)) == wanted)
             return static_cast<qint64>(wanted);
-        throw FileFailure::reading(m_file.path(), ENODATA);
+        throw FileFailure::reading(m_file->path(), ENODATA);
     } catch (const FileFailure&) {
         m_failure = std::current_exception();
         return -1;

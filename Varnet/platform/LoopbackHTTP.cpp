@@ -3,9 +3,9 @@
 #include "MeetingCore/base/Failures.h"
 #include "Varnet/async/Waits.h"
 #include "Varnet/platform/FileBody.h"
+#include "Varnet/platform/NoConnectorRedirects.h"
 
 #include <QHostAddress>
-#include <QNetworkAccessManager>
 #include <QNetworkProxy>
 #include <QNetworkReply>
 
@@ -15,12 +15,6 @@ namespace {
 
 QNetworkRequest plainRequest(const QUrl& url) {
     QNetworkRequest request(url);
-    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
-    request.setAttribute(QNetworkRequest::CacheLoadControlAttribute, QNetworkRequest::AlwaysNetwork);
-    request.setAttribute(QNetworkRequest::CacheSaveControlAttribute, false);
-    request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
-    request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
-    request.setAttribute(QNetworkRequest::AuthenticationReuseAttribute, QNetworkRequest::Manual);
     request.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
     // Otherwise Qt asks for compression and unpacks it, and the bound would not be one of memory.
     request.setRawHeader("Accept-Encoding", "identity");
@@ -99,13 +93,21 @@ Task<HTTPReply> completed(QPointer<QNetworkReply> reply, Patience patience, std:
 
 } // namespace
 
+QUrl appendingPath(QUrl baseURL, const QString& path) {
+    QString base = baseURL.path();
+    while (base.endsWith(QLatin1Char('/')))
+        base.chop(1);
+    baseURL.setPath(base + QLatin1Char('/') + path);
+    return baseURL;
+}
+
 bool isLoopback(const QUrl& url) {
     const QString host = url.host();
     return host.compare(QLatin1String("localhost"), Qt::CaseInsensitive) == 0 || QHostAddress(host).isLoopback();
 }
 
 LoopbackHTTP::LoopbackHTTP(std::int64_t maximumBodyBytes)
-    : m_maximumBodyBytes(maximumBodyBytes), m_manager(std::make_unique<QNetworkAccessManager>()) {
+    : m_maximumBodyBytes(maximumBodyBytes), m_manager(std::make_unique<NoConnectorRedirects>()) {
     m_manager->setProxy(QNetworkProxy::NoProxy);
 }
 
@@ -117,11 +119,13 @@ Task<HTTPReply> LoopbackHTTP::get(QUrl url, std::chrono::milliseconds timeout, s
                                  std::move(stop));
 }
 
-Task<HTTPReply> LoopbackHTTP::post(QUrl url, QByteArray contentType, std::unique_ptr<FileBody> body,
+Task<HTTPReply> LoopbackHTTP::post(QUrl url, BodyHeaders headers, std::unique_ptr<FileBody> body,
                                    std::chrono::milliseconds silence, std::stop_token stop) {
     requireLoopback(url);
     QNetworkRequest request = plainRequest(url);
-    request.setHeader(QNetworkRequest::ContentTypeHeader, contentType);
+    request.setHeader(QNetworkRequest::ContentTypeHeader, headers.contentType);
+    if (!headers.authorization.isEmpty())
+        request.setRawHeader("Authorization", headers.authorization);
     QNetworkReply* reply = m_manager->post(request, body.get());
     const QPointer<FileBody> sent(body.release());
     sent->setParent(reply); // which may still read after it has been called off

@@ -13,14 +13,6 @@ namespace {
 constexpr std::chrono::seconds silence(1800);
 constexpr std::int64_t largestAnswer = 64 * 1024 * 1024; // hundreds of hours of words
 
-QUrl transcriptionURL(QUrl baseURL) {
-    QString path = baseURL.path();
-    while (path.endsWith(QLatin1Char('/')))
-        path.chop(1);
-    baseURL.setPath(path + QStringLiteral("/v1/audio/transcriptions"));
-    return baseURL;
-}
-
 std::unique_ptr<FileBody> multipartBody(const QByteArray& boundary, std::filesystem::path file) {
     const auto field = [&](const QByteArray& rest) {
         return "--" + boundary + "\r\nContent-Disposition: form-data; name=" + rest + "\r\n";
@@ -36,9 +28,9 @@ Task<SpeechResponse> transcribe(std::filesystem::path file, QUrl baseURL, std::s
     const QByteArray boundary = QByteArray::fromStdString(Uuid::random().text());
     std::unique_ptr<FileBody> body = multipartBody(boundary, std::move(file));
     LoopbackHTTP client(largestAnswer);
-    const HTTPReply reply =
-        co_await client.post(transcriptionURL(std::move(baseURL)), "multipart/form-data; boundary=" + boundary,
-                             std::move(body), silence, std::move(stop));
+    const QUrl url = appendingPath(std::move(baseURL), QStringLiteral("v1/audio/transcriptions"));
+    const HTTPReply reply = co_await client.post(url, {"multipart/form-data; boundary=" + boundary}, std::move(body),
+                                                 silence, std::move(stop));
     if (reply.status != 200) {
         const std::string words = validUtf8(reply.body) == reply.body ? reply.body : "No response";
         throw SpeechFailure("Transcription failed: " + words + ". Audio remains saved locally.");

@@ -141,7 +141,7 @@ TEST_F(SpeechClientTest, EndsSoonWhenCalledOffCutOffOrLeftAlone) {
 
     LoopbackHTTP client;
     const auto post = [&](std::chrono::milliseconds silence) {
-        return client.post(server.url(QStringLiteral("/")), "text/plain", std::make_unique<FileBody>("", file, ""),
+        return client.post(server.url(QStringLiteral("/")), {"text/plain"}, std::make_unique<FileBody>("", file, ""),
                            silence);
     };
     server.setScript([](const auto&, QTcpSocket&) {});
