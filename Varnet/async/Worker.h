@@ -1,11 +1,13 @@
 #pragma once
 
+#include "MeetingCore/base/Failures.h"
 #include "Varnet/async/Wait.h"
 
 #include <exception>
 #include <functional>
 #include <memory>
 #include <optional>
+#include <stop_token>
 #include <type_traits>
 #include <utility>
 
@@ -23,7 +25,7 @@ void finishBackgroundWork();
 
 /// Runs `work` where `post` brings it; see onWorker.
 template <class F>
-Task<std::invoke_result_t<F>> runThrough(void (*post)(std::function<void()>), F work) {
+Task<std::invoke_result_t<F>> runThrough(void (*post)(std::function<void()>), F work, std::stop_token stop) {
     using Result = std::invoke_result_t<F>;
     struct Job {
         F work;
@@ -43,7 +45,9 @@ Task<std::invoke_result_t<F>> runThrough(void (*post)(std::function<void()>), F 
         }
         wait->finish(WaitOutcome::fired);
     });
-    co_await Wait::ended(wait);
+    const WaitOutcome outcome = co_await Wait::ended(wait, noTimeout, std::move(stop));
+    if (outcome == WaitOutcome::stopped)
+        throw Cancelled();
     if (job->failure)
         std::rethrow_exception(job->failure);
     if constexpr (!std::is_void_v<Result>)
@@ -51,17 +55,17 @@ Task<std::invoke_result_t<F>> runThrough(void (*post)(std::function<void()>), F 
 }
 
 /// Runs heavy pure work off the main thread and returns its result or rethrows what it threw. `work` owns what it
-/// reads, is destroyed on either thread, and cannot be called off; after it, look up again by id what the result is
-/// for. Main thread.
+/// reads and is destroyed on either thread; after it, look up again by id what the result is for. Throws Cancelled as
+/// soon as `stop` is requested, whatever the worker is busy with: the work itself then goes on for nobody. Main thread.
 template <class F>
-Task<std::invoke_result_t<F>> onWorker(F work) {
-    return runThrough(postToWorker, std::move(work));
+Task<std::invoke_result_t<F>> onWorker(F work, std::stop_token stop = {}) {
+    return runThrough(postToWorker, std::move(work), std::move(stop));
 }
 
 /// The same for work that takes long, which the worker's other users should not wait for.
 template <class F>
-Task<std::invoke_result_t<F>> onOwnThread(F work) {
-    return runThrough(postToOwnThread, std::move(work));
+Task<std::invoke_result_t<F>> onOwnThread(F work, std::stop_token stop = {}) {
+    return runThrough(postToOwnThread, std::move(work), std::move(stop));
 }
 
 } // namespace varnet

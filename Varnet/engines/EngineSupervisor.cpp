@@ -30,7 +30,7 @@ EngineSupervisor::EngineSupervisor(bool enabled, std::optional<EngineLayout> lay
                                    std::optional<fs::path> keyFile, EngineParts parts)
     : m_enabled(enabled),
       m_layoutOverride(std::move(layoutOverride)),
-      m_keyFile(keyFile ? *std::move(keyFile) : Paths::applicationSupport() / "Varnet/notes-service.key"),
+      m_keyFile(keyFile ? *std::move(keyFile) : Paths::notesServiceKey()),
       m_parts(std::move(parts)),
       m_settings(m_parts.settingsFile),
       m_http(std::make_unique<LoopbackHTTP>()) {

@@ -12,6 +12,9 @@ namespace Paths {
 /// Where programs keep a user's data: $XDG_DATA_HOME, else ~/.local/share. Ours lies below it in "Varnet".
 std::filesystem::path applicationSupport();
 
+/// The secret that the application shares with its notes engine: "Varnet/notes-service.key" there.
+std::filesystem::path notesServiceKey();
+
 /// Where programs keep a user's configuration: $XDG_CONFIG_HOME, else ~/.config.
 std::filesystem::path configuration();
 

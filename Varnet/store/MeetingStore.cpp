@@ -79,6 +79,8 @@ MeetingStore::MeetingStore(const std::optional<fs::path>& storageRoot, StorePart
 MeetingStore::~MeetingStore() {
     m_tasks->requestStop();
     m_audioWorkStop.request_stop();
+    if (m_notesTask)
+        m_notesTask->request_stop();
     closeLive();
 }
 

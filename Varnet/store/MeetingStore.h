@@ -102,7 +102,7 @@ public:
     const std::optional<Uuid>& notesMeetingID() const { return m_notesMeetingID; }
     const std::string& notesProgress() const {
         return m_notesProgress;
-    }                                                             ///< how far they are; empty while there are none
+    } ///< how far they are; empty while there are none
     const NotesSteps& notesSteps() const { return m_notesSteps; } ///< the same in numbers
     /// The drafting that runs; a stop that is requested of it ends it at once, and the previous draft is kept.
     const std::optional<std::stop_source>& notesTask() const { return m_notesTask; }
@@ -231,7 +231,7 @@ public:
 
     /// Has the local notes engine draft the meeting's notes, or the selected meeting's if there is none with that id. A
     /// draft that was there is kept as a version; what fails, also that the transcript changed meanwhile, shows in
-    /// `error` and leaves it. Returns at once. Refused while recording or busy, and without turns.
+    /// `error` and leaves it. Returns at once. Refused while recording or busy, without turns, and without storage.
     void generateNotes(std::optional<Uuid> meetingID = {});
 
     /// Measures in the background who of a meeting's speakers is the local user, then names the speakers.
@@ -320,7 +320,9 @@ private:
     Task<> measureSpeakers(Uuid id);
 
     // The drafting of notes.
+    void setNotesProgress(std::string text, NotesSteps steps);
     Task<> draftNotes(Meeting meeting, std::stop_token stop);
+    Task<> replaceDraft(Meeting meeting, std::stop_token stop);
     void endNotes();
 
     StoreParts m_parts;

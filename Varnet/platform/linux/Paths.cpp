@@ -22,6 +22,10 @@ std::filesystem::path applicationSupport() {
     return folder("XDG_DATA_HOME", ".local/share");
 }
 
+std::filesystem::path notesServiceKey() {
+    return applicationSupport() / "Varnet/notes-service.key";
+}
+
 std::filesystem::path configuration() {
     return folder("XDG_CONFIG_HOME", ".config");
 }

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <semaphore>
+
 namespace varnet::test {
 namespace {
 
@@ -31,6 +33,16 @@ TEST(TaskScope, StopsItsTasksWhenItEnds) {
 TEST(Worker, RunsAwayFromTheMainThreadAndBringsResultsAndFailuresBack) {
     EXPECT_FALSE(await(onWorker([] { return onMainThread(); })));
     EXPECT_THROW(await(onWorker([] { throw Failure("No."); })), Failure);
+}
+
+TEST(Worker, AWaitThatIsCalledOffEndsBeforeItsWork) {
+    std::binary_semaphore rest(0);
+    std::stop_source stop;
+    Task<> waiting = onWorker([&rest] { rest.acquire(); }, stop.get_token());
+    stop.request_stop();
+    EXPECT_THROW(await(std::move(waiting)), Cancelled);
+    rest.release();
+    finishBackgroundWork();
 }
 
 } // namespace
