@@ -45,19 +45,13 @@ QByteArray authorization(const std::filesystem::path& keyFile) {
     return {};
 }
 
-void throwIfStopped(const std::stop_token& stop) {
-    if (stop.stop_requested())
-        throw Cancelled();
-}
-
 Task<GeneratedNotes> draft(NotesClient client, Meeting meeting, NotesClient::Progress progress,
                            NotesClient::InspectOutput inspectOutput, NotesClient::Dropped dropped,
                            std::stop_token stop) {
     requireThisMachine(client.baseURL);
     // Between the steps it belongs to this coroutine, during each to the worker alone.
     const auto builder =
-        co_await onWorker([meeting = std::move(meeting)] { return std::make_shared<DraftBuilder>(meeting); });
-    throwIfStopped(stop);
+        co_await onWorker([meeting = std::move(meeting)] { return std::make_shared<DraftBuilder>(meeting); }, stop);
     const auto session = client.session ? client.session : std::make_shared<LoopbackHTTP>(largestAnswer);
     const QUrl url = appendingPath(client.baseURL, QStringLiteral("v1/chat/completions"));
     const BodyHeaders headers{"application/json", authorization(client.keyFile)};
@@ -74,10 +68,11 @@ Task<GeneratedNotes> draft(NotesClient client, Meeting meeting, NotesClient::Pro
         std::string content = NotesRequest::contentOf(reply.body);
         if (inspectOutput)
             inspectOutput(content);
-        const auto reasons = co_await onWorker([builder, pass = step.pass, content = std::move(content)] {
-            return builder->take(pass, NotesRequest::pointsIn(content));
-        });
-        throwIfStopped(stop);
+        const auto reasons = co_await onWorker(
+            [builder, pass = step.pass, content = std::move(content)] {
+                return builder->take(pass, NotesRequest::pointsIn(content));
+            },
+            stop);
         for (const std::string& reason : reasons)
             if (dropped)
                 dropped(reason);
@@ -88,7 +83,7 @@ Task<GeneratedNotes> draft(NotesClient client, Meeting meeting, NotesClient::Pro
 } // namespace
 
 std::filesystem::path NotesClient::defaultKeyFile() {
-    return Paths::applicationSupport() / "Varnet/notes-service.key";
+    return Paths::notesServiceKey();
 }
 
 Task<GeneratedNotes> NotesClient::generate(Meeting meeting, Progress progress, InspectOutput inspectOutput,
