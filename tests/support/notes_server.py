@@ -1,0 +1,421 @@
+#!/usr/bin/python3
+"""A strict stand-in for the model server that drafts notes. It looks at every byte of a request and says what is wrong.
+
+usage: notes_server.py --port N|0 [--key-file FILE] [--behaviour FILE] [--log FILE] [--requests FILE] [--timings FILE]
+
+Prints "listening on PORT". It also takes the arguments with which the application starts the real server, and nothing
+but them; the files besides the key are then named by NOTES_SERVER_BEHAVIOUR, _LOG, _REQUESTS and _TIMINGS.
+
+--behaviour  JSON, read anew at each request; without it {"mode": "recipe"}:
+    {"mode": "recipe", "recipes": ["true", "altered", ...]}   points made of the request's own sources, see RECIPES
+    {"mode": "answers", "answers": [...]}   what the model writes by number of request since the file changed: a text
+                 or a JSON value, no points when they run out. "unconstrained": true lets it break the schema
+    {"mode": "slow", "seconds": 2}   one of the above so much later; with "answers" if there are any
+    {"mode": "length"}   the same, cut off at its end as if the room had run out
+    {"mode": "garbage", "body": "..."}, {"mode": "status", "status": 500}, {"mode": "redirect", "location": URL}
+    {"mode": "hang"}, {"mode": "exit"}   never answers; ends the process
+--log        "complaint: ..." for each thing that is wrong, "event: ..." when the client leaves a request that hangs
+--requests   a line of JSON for each request: number, method, path, headers without the key, body
+--timings    a line for each answer: the seconds between the request's last byte and the answer's
+"""
+import argparse
+import hashlib
+import http.server
+import json
+import os
+import pathlib
+import re
+import select
+import socket
+import socketserver
+import stat
+import sys
+import threading
+import time
+
+ENGINE_ARGUMENTS = ("--model {} --alias qwen3.5-4b-q4km --host 127.0.0.1 --port 17864 --ctx-size 8192 --parallel 1 "
+                    "--threads 4 --batch-size 256 --ubatch-size 128 --jinja --reasoning off --no-context-shift "
+                    "--api-key-file {}").split()
+HEADERS = {"host", "connection", "accept-encoding", "accept-language", "user-agent", "content-type", "content-length",
+           "authorization"}
+INSTRUCTION_SHA256 = "9f752caa645e877c5e06baf5cba3667ac042286679cdd2dc2f2ba1219173e2b1"
+PASSES = {
+    "actions": "This pass extracts ACTIONS ONLY. Return every explicit commitment or assigned task with kind action. Do "
+               "not return summaries or decisions. Return an empty items array when there are no actual assignments or "
+               "commitments.",
+    "context": "This pass extracts DECISIONS and SUMMARY ONLY. Actions are handled separately. Preserve conditions and "
+               "negations. Omit repetitive or irrelevant context."}
+DATA = "Transcript sources (data only):\n"
+FIRST_PERSON = re.compile(r"(?<!\w)I(?: will|['’]ll| am going to|['’]m going to| commit to| take responsibility)\b")
+
+
+def schema(kinds, assignment, most):
+    quote = {"type": "object", "properties": {"source": {"type": "string"}, "quote": {"type": "string"}},
+             "required": ["source", "quote"], "additionalProperties": False}
+    item = {"type": "object", "additionalProperties": False,
+            "properties": {"kind": {"type": "string", "enum": kinds}, "text": {"type": "string"},
+                           "owner": {"type": assignment}, "due": {"type": assignment},
+                           "evidence": {"type": "array", "items": quote, "minItems": 1, "maxItems": 4}},
+            "required": ["kind", "text", "owner", "due", "evidence"]}
+    return {"type": "object", "properties": {"items": {"type": "array", "items": item, "maxItems": most}},
+            "required": ["items"], "additionalProperties": False}
+
+
+SCHEMAS = {"actions": schema(["action"], ["string", "null"], 16),
+           "context": schema(["summary", "decision"], "null", 6)}
+
+
+class Complaint(Exception):
+    pass
+
+
+def require(condition, complaint):
+    if not condition:
+        raise Complaint(complaint)
+
+
+def same(one, other):
+    """As JSON: false is not 0."""
+    return json.dumps(one, sort_keys=True) == json.dumps(other, sort_keys=True)
+
+
+def decode(text, what):
+    def members(pairs):
+        require(len(dict(pairs)) == len(pairs), f"{what} has a key twice")
+        return dict(pairs)
+    try:
+        return json.loads(text.decode() if isinstance(text, bytes) else text, object_pairs_hook=members)
+    except ValueError as error:
+        raise Complaint(f"{what} is no JSON: {error}") from None
+
+
+def broken_rule(value, rule, place="the answer"):
+    """What a decoder that is held to the schema could not have written; None if it could."""
+    names = {dict: "object", list: "array", str: "string", type(None): "null"}
+    types = rule["type"] if isinstance(rule["type"], list) else [rule["type"]]
+    if names.get(type(value)) not in types:
+        return f"{place} is not {types}"
+    if "enum" in rule and value not in rule["enum"]:
+        return f"{place} is not one of {rule['enum']}"
+    if isinstance(value, dict):
+        if set(value) != set(rule["required"]):
+            return f"{place} has the keys {sorted(value)}"
+        broken = (broken_rule(value[key], rule["properties"][key], f"{place}.{key}") for key in value)
+        return next((one for one in broken if one), None)
+    if isinstance(value, list):
+        if not rule.get("minItems", 0) <= len(value) <= rule["maxItems"]:
+            return f"{place} has {len(value)} elements"
+        broken = (broken_rule(each, rule["items"], f"{place}[{at}]") for at, each in enumerate(value))
+        return next((one for one in broken if one), None)
+    return None
+
+
+def check_sources(text):
+    sources = decode(text, "the list of sources")
+    require(isinstance(sources, list) and sources, "there are no sources")
+    require(not re.search(r"\s", re.sub(r'"(?:[^"\\]|\\.)*"', "", text)), "the sources have white space between them")
+    for source in sources:
+        require(list(source) == ["id", "speaker", "text"], f"a source has the keys {list(source)}")
+        require(all(isinstance(value, str) for value in source.values()), "a source is not made of texts")
+    first = int(sources[0]["id"][1:]) if re.fullmatch("S[1-9][0-9]*", sources[0]["id"]) else 0
+    require(first and [source["id"] for source in sources] == [f"S{first + at}" for at in range(len(sources))],
+            "the sources are not numbered in order")
+    require(len(text.encode()) <= 6000 or len(sources) == 1, "the group of sources is too large")
+    return sources
+
+
+def check_body(body):
+    """The pass and the sources of a request, everything else of which is as it should be."""
+    request = decode(body, "the body")
+    require(isinstance(request, dict), "the body is no object")
+    messages, form = request.pop("messages", None), request.pop("response_format", None)
+    require(same(request, {"model": "qwen3.5-4b-q4km", "stream": False, "temperature": 0, "max_tokens": 2200,
+                           "chat_template_kwargs": {"enable_thinking": False}}), f"the body says {request}")
+    require(isinstance(messages, list) and len(messages) == 2, "there are not two messages")
+    for message, role in zip(messages, ("system", "user")):
+        require(isinstance(message, dict) and set(message) == {"role", "content"} and message["role"] == role
+                and isinstance(message["content"], str), f"the {role} message has another form")
+    instruction, _, told = messages[0]["content"].rpartition("\n\n")
+    require(hashlib.sha256(instruction.encode()).hexdigest() == INSTRUCTION_SHA256, "the instruction is another")
+    name = next((name for name, text in PASSES.items() if text == told), None)
+    require(name, "the instruction of the pass is another")
+    require(same(form, {"type": "json_schema", "json_schema": {"name": "meeting_notes", "strict": True,
+                                                               "schema": SCHEMAS[name]}}), "the schema is another")
+    require(messages[1]["content"].startswith(DATA), "the sources are announced in other words")
+    return name, check_sources(messages[1]["content"][len(DATA):])
+
+
+# What a recipe makes of the words that stand in source `at`: who is cited, the quote, and an owner.
+RECIPES = {
+    "true": lambda sources, at: (at, slice_of(sources, at), None),
+    "altered": lambda sources, at: (at, "perhaps-" + slice_of(sources, at), None),
+    "misattributed": lambda sources, at: (neighbour(sources, at), slice_of(sources, at), None),  # repaired, so it stays
+    "straddling": lambda sources, at: (at, across(sources, at), None),                            # becomes two quotes
+    "invented": lambda sources, at: (at, "The board has approved the purchase of the lighthouse", None),
+    "owned": lambda sources, at: promise(sources, at),                                            # in the actions only
+    "misassigned": lambda sources, at: (at, slice_of(sources, at), "Nobody Present"),             # in the actions only
+}
+
+
+def slice_of(sources, at):
+    return " ".join(sources[at]["text"].split()[:8])
+
+
+def neighbour(sources, at):
+    quote = slice_of(sources, at)
+    near = [i for i in range(max(0, at - 3), min(len(sources), at + 4)) if quote not in sources[i]["text"]]
+    return near[0] if near else None
+
+
+def across(sources, at):
+    if at + 1 == len(sources):
+        return None
+    return " ".join(sources[at]["text"].split()[-4:] + sources[at + 1]["text"].split()[:4])
+
+
+def promise(sources, at):
+    for i in list(range(at, len(sources))) + list(range(at)):
+        words = " ".join(sources[i]["text"].split())
+        if found := FIRST_PERSON.search(words):
+            return i, " ".join(words[found.start():].split()[:8]), sources[i]["speaker"]
+    return None, None, None
+
+
+def points(recipes, name, sources):
+    """One point for each recipe that the sources are good for; the same recipe takes the next source each time."""
+    items, used = [], {}
+    for recipe in recipes:
+        at = used[recipe] = used.get(recipe, -1) + 1
+        cited, quote, owner = RECIPES[recipe](sources, at % len(sources))
+        if cited is None or quote is None or (owner and name != "actions"):
+            continue
+        kind = "action" if name == "actions" else ("decision", "summary")[len(items) % 2]
+        text = quote if recipe in ("true", "owned") else f"{quote} ({recipe})"
+        items.append({"kind": kind, "text": text, "owner": owner, "due": None,
+                      "evidence": [{"source": sources[cited]["id"], "quote": quote}]})
+    return {"items": items[:SCHEMAS[name]["properties"]["items"]["maxItems"]]}
+
+
+class Handler(http.server.BaseHTTPRequestHandler):
+    protocol_version = "HTTP/1.1"
+    disable_nagle_algorithm = True
+    wbufsize = -1
+
+    def log_message(self, *_):
+        pass
+
+    def do_GET(self):
+        if self.path == "/health":
+            self.send(200, {"status": "ok"})
+        else:
+            self.do_POST()
+
+    def do_POST(self):
+        body = self.rfile.read(int(self.headers.get("Content-Length") or 0))
+        begun, server = time.monotonic(), self.server
+        alone, gone = server.enter(), False
+        try:
+            number = server.note_request(self, body)
+            require(alone, "a request came before the last one was answered")
+            gone = self.reply(number, *self.checked(body))
+            if not gone:
+                server.write("timings", f"{time.monotonic() - begun:.6f}")
+        except ConnectionError:
+            gone = True
+        except Exception as error:  # also a behaviour that makes no sense
+            complaint = error if isinstance(error, Complaint) else repr(error)
+            server.write("log", f"complaint: {complaint}")
+            self.send(400, {"error": str(complaint)})
+        finally:
+            if alone:
+                server.leave(gone)
+
+    do_PUT = do_PATCH = do_DELETE = do_HEAD = do_OPTIONS = do_POST
+
+    def checked(self, body):
+        require(self.command == "POST" and self.path == "/v1/chat/completions", f"{self.command} {self.path}")
+        require(self.request_version == "HTTP/1.1", f"the protocol is {self.request_version}")
+        names = [name.lower() for name in self.headers.keys()]
+        require(len(set(names)) == len(names) and set(names) <= HEADERS, f"the headers are {names}")
+        require(self.headers["Content-Type"] == "application/json", f"the type is {self.headers['Content-Type']}")
+        require(self.headers.get("Accept-Encoding", "identity") == "identity", "a compressed answer is asked for")
+        host = self.headers["Host"]
+        require(host.rpartition(":")[0] in ("127.0.0.1", "localhost"), f"the host is {host}")
+        require(self.server.key_state(self.headers) in ("right", "not asked for"),
+                f"the key is {self.server.key_state(self.headers)}")
+        name, sources = check_body(body)
+        self.server.check_order(name, sources)
+        return name, sources
+
+    def reply(self, number, name, sources):
+        """Answers as the behaviour says. True if the client was gone before."""
+        behaviour, mode, count = self.server.behaviour()
+        if mode == "exit":
+            os._exit(1)
+        if mode == "hang" or (mode == "slow" and "seconds" in behaviour):
+            if self.client_left(behaviour["seconds"] if mode == "slow" else None):
+                self.server.write("log", f"event: the client left request {number}")
+                self.close_connection = True
+                return True
+        if mode == "status":
+            self.send(behaviour["status"], {"error": "as asked"})
+        elif mode == "redirect":
+            self.send(307, {}, {"Location": behaviour["location"]})
+        elif mode == "garbage":
+            self.send(200, behaviour.get("body", "no JSON {"))
+        else:
+            content = self.content(behaviour, count, name, sources)
+            self.send(200, {"choices": [{"finish_reason": "length" if mode == "length" else "stop", "index": 0,
+                                         "message": {"role": "assistant", "content": content}}],
+                            "created": int(time.time()), "id": f"chatcmpl-{number}", "model": "qwen3.5-4b-q4km",
+                            "object": "chat.completion", "usage": {"completion_tokens": 1, "prompt_tokens": 1},
+                            "timings": {"predicted_per_second": 12.5}})
+        return False
+
+    def content(self, behaviour, count, name, sources):
+        if "answers" not in behaviour:
+            answer = points(behaviour.get("recipes", list(RECIPES)), name, sources)
+        elif count < len(behaviour["answers"]):
+            answer = behaviour["answers"][count]
+        else:
+            answer = {"items": []}
+        content = answer if isinstance(answer, str) else json.dumps(answer, ensure_ascii=False)
+        if not behaviour.get("unconstrained"):
+            broken = broken_rule(decode(content, "the answer"), SCHEMAS[name])
+            require(not broken, f"the server was told to answer what the schema forbids: {broken}")
+        return content
+
+    def client_left(self, seconds):
+        """Waits so long, or without an end, unless the client goes away."""
+        readable, _, _ = select.select([self.connection], [], [], seconds)
+        try:
+            require(not readable or not self.connection.recv(1, socket.MSG_PEEK), "more came behind the request")
+        except ConnectionError:
+            pass
+        return bool(readable)
+
+    def send(self, status, body, headers=()):
+        data = (body if isinstance(body, str) else json.dumps(body)).encode()
+        self.send_response(status)
+        for name, value in {"Content-Type": "application/json", "Content-Length": len(data), **dict(headers)}.items():
+            self.send_header(name, str(value))
+        self.end_headers()
+        self.wfile.write(data)
+        self.wfile.flush()
+
+
+class Server(socketserver.ThreadingTCPServer):
+    allow_reuse_address = True
+    daemon_threads = True
+
+    def __init__(self, port, files):
+        self.files = files
+        self.key = pathlib.Path(files["key"]).read_text().strip() if files["key"] else None
+        self.slot, self.writing = threading.Lock(), threading.Lock()
+        self.last_left = False        # of the request that held the slot last
+        self.last = ("context", [])   # pass and sources of the last good request
+        self.requests = 0
+        self.known_behaviour, self.count = None, -1
+        super().__init__(("127.0.0.1", port), Handler)
+
+    def enter(self):
+        """Whether nothing else is being answered. A client that has just left may not have been missed yet."""
+        if self.slot.acquire(blocking=False):
+            return True
+        if not self.slot.acquire(timeout=2):
+            return False
+        if not self.last_left:
+            self.slot.release()
+        return self.last_left
+
+    def leave(self, client_left):
+        self.last_left = client_left
+        self.slot.release()
+
+    def write(self, file, line):
+        with self.writing:
+            if self.files[file]:
+                with open(self.files[file], "a", encoding="utf-8") as out:
+                    out.write(line + "\n")
+            elif file == "log":
+                print(line, file=sys.stderr, flush=True)
+
+    def key_state(self, headers):
+        given = headers.get("Authorization")
+        if self.key is None:
+            return "not asked for" if given is None else "sent unasked"
+        return "missing" if given is None else "right" if given == f"Bearer {self.key}" else "wrong"
+
+    def note_request(self, handler, body):
+        with self.writing:
+            self.requests += 1
+            number = self.requests
+        headers = {name.lower(): value for name, value in handler.headers.items()}
+        if "authorization" in headers:
+            headers["authorization"] = f"the key is {self.key_state(handler.headers)}"
+        try:
+            said = json.loads(body)
+        except ValueError:
+            said = None
+        self.write("requests", json.dumps({"number": number, "method": handler.command, "path": handler.path,
+                                           "headers": headers, "body": said}, ensure_ascii=False))
+        return number
+
+    def check_order(self, name, sources):
+        last_name, last_sources = self.last
+        if name == "context":
+            require(self.last == ("actions", sources), "the second pass is not about the sources of the first")
+        else:
+            follows = last_name == "context" and last_sources and int(last_sources[-1]["id"][1:]) + 1
+            require(int(sources[0]["id"][1:]) in (1, follows), "the sources do not follow those of the last request")
+        self.last = (name, sources)
+
+    def behaviour(self):
+        """What the file says now, its mode, and how many requests it has been asked for before."""
+        path = self.files["behaviour"]
+        text = pathlib.Path(path).read_text(encoding="utf-8") if path else '{"mode": "recipe"}'
+        self.count = self.count + 1 if text == self.known_behaviour else 0
+        self.known_behaviour = text
+        behaviour = decode(text, "the behaviour")
+        return behaviour, behaviour["mode"], self.count
+
+
+def engine_settings(arguments):
+    """The key file, out of the arguments of the real server."""
+    require(len(arguments) == 24, f"there are {len(arguments)} arguments")
+    for expected, given in zip(ENGINE_ARGUMENTS, arguments):
+        require(expected in ("{}", given), f"an argument is {given}, not {expected}")
+    model, key_file = pathlib.Path(arguments[1]), pathlib.Path(arguments[23])
+    require(model.is_file(), f"there is no model at {model}")
+    require(key_file.is_file() and stat.S_IMODE(key_file.stat().st_mode) == 0o600, "the key file is not private")
+    key = key_file.read_text().strip()
+    require(key and not any(key in argument for argument in arguments), "an argument holds the key")
+    return key_file
+
+
+def main():
+    names = ("behaviour", "log", "requests", "timings")
+    port, files = 17864, {name: os.environ.get(f"NOTES_SERVER_{name.upper()}") for name in names}
+    if sys.argv[1:2] == ["--model"]:
+        try:
+            files["key"] = engine_settings(sys.argv[1:])
+        except Complaint as complaint:
+            if files["log"]:
+                with open(files["log"], "a", encoding="utf-8") as out:
+                    out.write(f"complaint: {complaint}\n")
+            sys.exit(f"complaint: {complaint}")
+    else:
+        parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+        parser.add_argument("--port", type=int, required=True)
+        parser.add_argument("--key-file", dest="key")
+        for name in names:
+            parser.add_argument(f"--{name}", default=files[name])
+        files = vars(parser.parse_args())
+        port = files.pop("port")
+    with Server(port, files) as server:
+        print(f"listening on {server.server_address[1]}", flush=True)
+        server.serve_forever()
+
+
+if __name__ == "__main__":
+    main()
