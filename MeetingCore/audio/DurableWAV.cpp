@@ -2,6 +2,7 @@
 
 #include "MeetingCore/audio/ProcessorClones.h"
 #include "MeetingCore/base/Failures.h"
+#include "MeetingCore/base/SystemCall.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -13,7 +14,6 @@
 #include <cerrno>
 #include <cmath>
 #include <cstring>
-#include <utility>
 
 namespace varnet {
 
@@ -31,87 +31,28 @@ void putNumber(Header& header, std::size_t offset, std::size_t size, std::uint32
         header[offset + i] = static_cast<std::byte>(value >> (8 * i));
 }
 
-[[noreturn]] void throwWriteFailure(const std::filesystem::path& path, int error) {
-    const bool full = error == ENOSPC || error == EDQUOT;
-    throw FileFailure(full ? Kind::fileWriteOutOfSpace : Kind::fileWriteUnknown, path, error);
+int openFile(const std::filesystem::path& path, int flags) {
+    return uninterrupted([&] { return ::open(path.c_str(), flags | O_CLOEXEC, 0600); });
 }
-
-void writeAll(int descriptor, std::span<const std::byte> data, std::uint64_t offset,
-              const std::filesystem::path& path) {
-    while (!data.empty()) {
-        const ssize_t written = ::pwrite(descriptor, data.data(), data.size(), static_cast<off_t>(offset));
-        if (written < 0 && errno == EINTR)
-            continue;
-        if (written <= 0)
-            throwWriteFailure(path, written < 0 ? errno : EIO);
-        data = data.subspan(static_cast<std::size_t>(written));
-        offset += static_cast<std::uint64_t>(written);
-    }
-}
-
-void flushToStorage(int descriptor, const std::filesystem::path& path) {
-    while (::fdatasync(descriptor) != 0)
-        if (errno != EINTR)
-            throwWriteFailure(path, errno);
-}
-
-int openRetrying(const std::filesystem::path& path, int flags) {
-    int descriptor = -1;
-    do
-        descriptor = ::open(path.c_str(), flags | O_CLOEXEC, 0600);
-    while (descriptor < 0 && errno == EINTR);
-    return descriptor;
-}
-
-/// Closes a descriptor at the end of a block, whatever happens.
-struct Closer {
-    int descriptor;
-    explicit Closer(int open) : descriptor(open) {}
-    Closer(const Closer&) = delete;
-    Closer& operator=(const Closer&) = delete;
-    ~Closer() {
-        if (descriptor >= 0)
-            ::close(descriptor);
-    }
-};
 
 /// Makes the file with its header under a passing name and then gives it its own, so that a kill in between never
-/// leaves a file without a header. Returns its descriptor.
-int createWithHeader(const std::filesystem::path& path) {
+/// leaves a file without a header.
+FileDescriptor createWithHeader(const std::filesystem::path& path) {
     std::filesystem::path passing = path;
     passing += ".new";
-    Closer file(openRetrying(passing, O_RDWR | O_CREAT | O_TRUNC | O_NOFOLLOW));
-    if (file.descriptor < 0)
+    FileDescriptor file(openFile(passing, O_RDWR | O_CREAT | O_TRUNC | O_NOFOLLOW), path);
+    if (!file.isOpen())
         throw FileFailure(Kind::fileWriteUnknown, path, errno);
     try {
-        writeAll(file.descriptor, DurableWAV::header(0), 0, path);
-        flushToStorage(file.descriptor, path);
+        file.writeAt(DurableWAV::header(0), 0);
+        file.flush();
+        if (::fchmod(file.get(), 0600) != 0 || ::rename(passing.c_str(), path.c_str()) != 0)
+            throw FileFailure::writing(path, errno);
     } catch (const FileFailure& failure) {
         ::unlink(passing.c_str());
         throw FileFailure(Kind::fileWriteUnknown, path, failure.error());
     }
-    if (::fchmod(file.descriptor, 0600) != 0 || ::rename(passing.c_str(), path.c_str()) != 0) {
-        const int error = errno;
-        ::unlink(passing.c_str());
-        throw FileFailure(Kind::fileWriteUnknown, path, error);
-    }
-    return std::exchange(file.descriptor, -1);
-}
-
-std::size_t readHeader(int descriptor, Header& header, const std::filesystem::path& path) {
-    std::size_t count = 0;
-    while (count < header.size()) {
-        const ssize_t got =
-            ::pread(descriptor, header.data() + count, header.size() - count, static_cast<off_t>(count));
-        if (got < 0 && errno == EINTR)
-            continue;
-        if (got < 0)
-            throw FileFailure(Kind::fileReadUnknown, path, errno);
-        if (got == 0)
-            break;
-        count += static_cast<std::size_t>(got);
-    }
-    return count;
+    return file;
 }
 
 bool isOurs(const Header& header) {
@@ -139,21 +80,19 @@ VARNET_PROCESSOR_CLONES void convertToPCM(const float* samples, std::int16_t* ta
 
 } // namespace
 
-DurableWAV::DurableWAV(std::filesystem::path path) : m_path(std::move(path)), m_descriptor(createWithHeader(m_path)) {}
+DurableWAV::DurableWAV(const std::filesystem::path& path) : m_file(createWithHeader(path)) {}
 
 DurableWAV::~DurableWAV() {
     try {
         close();
-    } catch (const FileFailure&) {
-        if (m_descriptor >= 0)
-            ::close(m_descriptor);
+    } catch (const FileFailure&) { // what reached the disk is there for `repair`
     }
 }
 
 void DurableWAV::append(std::span<const std::byte> data) {
-    if (m_closed || m_descriptor < 0 || data.size() % 2 != 0 || data.size() > maximumDataBytes - m_bytes)
-        throw FileFailure(Kind::fileWriteOutOfSpace, m_path);
-    writeAll(m_descriptor, data, headerSize + m_bytes, m_path);
+    if (!m_file.isOpen() || data.size() % 2 != 0 || data.size() > maximumDataBytes - m_bytes)
+        throw FileFailure(Kind::fileWriteOutOfSpace, m_file.path());
+    m_file.writeAt(data, headerSize + m_bytes);
     m_bytes += data.size();
     if (m_bytes - m_checkpoint >= checkpointInterval) {
         updateHeader();
@@ -162,20 +101,15 @@ void DurableWAV::append(std::span<const std::byte> data) {
 }
 
 void DurableWAV::updateHeader() {
-    writeAll(m_descriptor, header(m_bytes), 0, m_path);
-    flushToStorage(m_descriptor, m_path);
+    m_file.writeAt(header(m_bytes), 0);
+    m_file.flush();
 }
 
 void DurableWAV::close() {
-    if (m_closed)
+    if (!m_file.isOpen())
         return;
-    if (m_descriptor >= 0) {
-        updateHeader();
-        // Linux gives the descriptor back whatever close() answers; closing it again could hit another file's.
-        if (::close(std::exchange(m_descriptor, -1)) != 0 && errno != EINTR)
-            throwWriteFailure(m_path, errno);
-    }
-    m_closed = true;
+    updateHeader();
+    m_file.close();
 }
 
 std::array<std::byte, DurableWAV::headerSize> DurableWAV::header(std::uint64_t dataBytes) {
@@ -203,25 +137,24 @@ std::vector<std::byte> DurableWAV::pcm(std::span<const float> samples) {
 }
 
 void DurableWAV::repair(const std::filesystem::path& path) {
-    const Closer file(openRetrying(path, O_RDWR));
-    if (file.descriptor < 0)
-        throw FileFailure(errno == ENOENT ? Kind::fileReadNoSuchFile : Kind::fileReadUnknown, path, errno);
+    FileDescriptor file(openFile(path, O_RDWR), path);
+    if (!file.isOpen())
+        throw FileFailure::reading(path, errno);
     struct stat status{};
-    if (::fstat(file.descriptor, &status) != 0)
+    if (::fstat(file.get(), &status) != 0)
         throw FileFailure(Kind::fileReadUnknown, path, errno);
     const auto size = static_cast<std::uint64_t>(status.st_size);
     if (!S_ISREG(status.st_mode) || size < headerSize || size - headerSize > maximumDataBytes)
         throw FileFailure(Kind::fileReadCorruptFile, path);
     Header header{};
-    if (readHeader(file.descriptor, header, path) != headerSize || !isOurs(header))
+    if (file.readAt(header, 0) != headerSize || !isOurs(header))
         throw FileFailure(Kind::fileReadCorruptFile, path);
 
     const std::uint64_t dataBytes = (size - headerSize) & ~std::uint64_t{1};
-    while (::ftruncate(file.descriptor, static_cast<off_t>(headerSize + dataBytes)) != 0)
-        if (errno != EINTR)
-            throwWriteFailure(path, errno);
-    writeAll(file.descriptor, DurableWAV::header(dataBytes), 0, path);
-    flushToStorage(file.descriptor, path);
+    if (uninterrupted([&] { return ::ftruncate(file.get(), static_cast<off_t>(headerSize + dataBytes)); }) != 0)
+        throw FileFailure::writing(path, errno);
+    file.writeAt(DurableWAV::header(dataBytes), 0);
+    file.flush();
 }
 
 } // namespace varnet

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "MeetingCore/base/FileDescriptor.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -21,7 +23,7 @@ public:
     static constexpr std::uint64_t maximumDataBytes = 4'294'967'259; ///< keeps the RIFF size field in 32 bits
 
     /// Creates the file, or replaces an existing one by an empty one, with mode 0600.
-    explicit DurableWAV(std::filesystem::path path);
+    explicit DurableWAV(const std::filesystem::path& path);
 
     /// Does the work of `close` if that has not happened, swallowing failures.
     ~DurableWAV();
@@ -52,11 +54,9 @@ public:
 private:
     void updateHeader();
 
-    std::filesystem::path m_path;
-    int m_descriptor = -1;
+    FileDescriptor m_file;
     std::uint64_t m_bytes = 0;
     std::uint64_t m_checkpoint = 0;
-    bool m_closed = false;
 };
 
 } // namespace varnet

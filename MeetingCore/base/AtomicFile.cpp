@@ -1,8 +1,8 @@
 #include "MeetingCore/base/AtomicFile.h"
 
 #include "MeetingCore/base/Failures.h"
+#include "MeetingCore/base/FileDescriptor.h"
 #include "MeetingCore/base/FileReader.h"
-#include "MeetingCore/base/SystemCall.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -10,41 +10,10 @@
 
 #include <cerrno>
 #include <span>
-#include <utility>
 
 namespace varnet {
 
 namespace {
-
-class FileDescriptor {
-public:
-    explicit FileDescriptor(int fd) : m_fd(fd) {}
-    FileDescriptor(const FileDescriptor&) = delete;
-    FileDescriptor& operator=(const FileDescriptor&) = delete;
-    ~FileDescriptor() {
-        if (m_fd >= 0)
-            ::close(m_fd);
-    }
-
-    int get() const { return m_fd; }
-    bool opened() const { return m_fd >= 0; }
-
-    /// Closes now; false with errno set when the system reports a late write error.
-    bool close() { return ::close(std::exchange(m_fd, -1)) == 0 || errno == EINTR; }
-
-private:
-    int m_fd;
-};
-
-bool writeAll(int fd, std::string_view bytes) {
-    while (!bytes.empty()) {
-        const ssize_t written = uninterrupted([&] { return ::write(fd, bytes.data(), bytes.size()); });
-        if (written < 0)
-            return false;
-        bytes.remove_prefix(static_cast<std::size_t>(written));
-    }
-    return true;
-}
 
 bool isDirectory(const std::filesystem::path& path) {
     struct stat status{};
@@ -55,17 +24,20 @@ bool isDirectory(const std::filesystem::path& path) {
 
 void writeFileAtomically(const std::filesystem::path& path, std::string_view bytes, mode_t mode) {
     std::string temporary = path.parent_path() / ("." + path.filename().native() + ".XXXXXX");
-    FileDescriptor file(::mkostemp(temporary.data(), O_CLOEXEC));
-    if (!file.opened())
+    FileDescriptor file(::mkostemp(temporary.data(), O_CLOEXEC), path);
+    if (!file.isOpen())
         throw FileFailure::writing(path, errno);
-
-    const bool replaced = writeAll(file.get(), bytes) && (mode == 0600 || ::fchmod(file.get(), mode) == 0) &&
-                          uninterrupted([&] { return ::fdatasync(file.get()); }) == 0 && file.close() &&
-                          ::rename(temporary.c_str(), path.c_str()) == 0;
-    if (!replaced) {
-        const int error = errno;
+    try {
+        file.writeAt(std::as_bytes(std::span(bytes)), 0);
+        if (mode != 0600 && ::fchmod(file.get(), mode) != 0)
+            throw FileFailure::writing(path, errno);
+        file.flush();
+        file.close();
+        if (::rename(temporary.c_str(), path.c_str()) != 0)
+            throw FileFailure::writing(path, errno);
+    } catch (const FileFailure&) {
         ::unlink(temporary.c_str());
-        throw FileFailure::writing(path, error);
+        throw;
     }
 }
 

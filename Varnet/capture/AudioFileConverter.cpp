@@ -133,58 +133,40 @@ private:
 /// The new WAV file. Nothing durable is promised before `finish`.
 class Target {
 public:
-    explicit Target(std::filesystem::path path) : m_path(std::move(path)) {
-        // O_TRUNC would empty the source when both are the same file.
-        m_descriptor = ::open(m_path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600);
-        if (m_descriptor < 0)
-            throw FileFailure::writing(m_path, errno);
+    // O_TRUNC would empty the source when both are the same file.
+    explicit Target(const std::filesystem::path& path)
+        : m_file(::open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600), path) {
+        if (!m_file.isOpen())
+            throw FileFailure::writing(path, errno);
     }
-    Target(const Target&) = delete;
-    Target& operator=(const Target&) = delete;
-    ~Target() { ::close(m_descriptor); }
 
     void begin(const AudioFileReader& source) {
         struct stat status{};
-        if (::fstat(m_descriptor, &status) != 0)
-            throw FileFailure::writing(m_path, errno);
+        if (::fstat(m_file.get(), &status) != 0)
+            throw FileFailure::writing(m_file.path(), errno);
         if (source.isFile(status))
-            throw FileFailure::writing(m_path, EEXIST);
-        if (::fchmod(m_descriptor, 0600) != 0 || ::ftruncate(m_descriptor, 0) != 0)
-            throw FileFailure::writing(m_path, errno);
-        write(DurableWAV::header(0), 0);
+            throw FileFailure::writing(m_file.path(), EEXIST);
+        if (::fchmod(m_file.get(), 0600) != 0 || ::ftruncate(m_file.get(), 0) != 0)
+            throw FileFailure::writing(m_file.path(), errno);
+        m_file.writeAt(DurableWAV::header(0), 0);
     }
 
     void append(std::span<const std::int16_t> samples) {
         static_assert(std::endian::native == std::endian::little);
         const auto bytes = std::as_bytes(samples);
         if (bytes.size() > DurableWAV::maximumDataBytes - m_bytes)
-            throw FileFailure::writing(m_path, EFBIG);
-        write(bytes, DurableWAV::headerSize + m_bytes);
+            throw FileFailure::writing(m_file.path(), EFBIG);
+        m_file.writeAt(bytes, DurableWAV::headerSize + m_bytes);
         m_bytes += bytes.size();
     }
 
     void finish() {
-        write(DurableWAV::header(m_bytes), 0);
-        while (::fsync(m_descriptor) != 0)
-            if (errno != EINTR)
-                throw FileFailure::writing(m_path, errno);
+        m_file.writeAt(DurableWAV::header(m_bytes), 0);
+        m_file.flush();
     }
 
 private:
-    void write(std::span<const std::byte> bytes, std::uint64_t offset) {
-        while (!bytes.empty()) {
-            const ssize_t written = ::pwrite(m_descriptor, bytes.data(), bytes.size(), static_cast<off_t>(offset));
-            if (written < 0 && errno == EINTR)
-                continue;
-            if (written <= 0)
-                throw FileFailure::writing(m_path, written < 0 ? errno : EIO);
-            bytes = bytes.subspan(static_cast<std::size_t>(written));
-            offset += static_cast<std::uint64_t>(written);
-        }
-    }
-
-    std::filesystem::path m_path;
-    int m_descriptor = -1;
+    FileDescriptor m_file;
     std::uint64_t m_bytes = 0;
 };
 
