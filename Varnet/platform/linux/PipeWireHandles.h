@@ -20,7 +20,4 @@ struct HandleDeleter {
 template <class T, auto destroy>
 using Handle = std::unique_ptr<T, HandleDeleter<T, destroy>>;
 
-/// What a connection of this program to PipeWire is made from. Null when the library cannot be set up; errno says why.
-Handle<pw_context, pw_context_destroy> newPipeWireContext(pw_loop* loop);
-
 } // namespace varnet

@@ -17,7 +17,6 @@ constexpr std::int64_t second = 1'000'000'000;
 constexpr std::int64_t startDeadline = 5 * second;
 constexpr std::int64_t interruptionTolerance = 2 * second; ///< a change of devices takes milliseconds
 constexpr std::int64_t reconnectInterval = 4 * second;
-constexpr std::int64_t watchInterval = second / 2;
 
 using Reason = CaptureUnavailable::Reason;
 
@@ -51,20 +50,8 @@ std::string lateStartMessage(CaptureSource source, bool wrongDevice) {
 
 PipeWireSession::PipeWireSession(const std::vector<CaptureSource>& sources, AudioCapture::Callbacks callbacks,
                                  std::function<void(std::exception_ptr)> started)
-    : m_callbacks(std::move(callbacks)), m_started(std::move(started)) {
+    : m_callbacks(std::move(callbacks)), m_started(std::move(started)), m_connection(*this) {
     VARNET_ASSERT(!sources.empty());
-    pw_init(nullptr, nullptr);
-    m_mainLoop.reset(pw_main_loop_new(nullptr));
-    VARNET_ASSERT(m_mainLoop);
-    m_loop = pw_main_loop_get_loop(m_mainLoop.get());
-    m_stopEvent = pw_loop_add_event(
-        m_loop,
-        [](void* data, std::uint64_t) { pw_main_loop_quit(static_cast<PipeWireSession*>(data)->m_mainLoop.get()); },
-        this);
-    m_wakeEvent = pw_loop_add_event(
-        m_loop, [](void* data, std::uint64_t) { static_cast<PipeWireSession*>(data)->deliver(); }, this);
-    m_watchTimer = pw_loop_add_timer(
-        m_loop, [](void* data, std::uint64_t) { static_cast<PipeWireSession*>(data)->watch(); }, this);
     for (const CaptureSource source : sources)
         m_tracks.push_back({source, nullptr});
 }
@@ -72,14 +59,14 @@ PipeWireSession::PipeWireSession(const std::vector<CaptureSource>& sources, Audi
 PipeWireSession::~PipeWireSession() = default;
 
 void PipeWireSession::stop() {
-    pw_loop_signal_event(m_loop, m_stopEvent);
+    m_connection.stop();
 }
 
 void PipeWireSession::run() noexcept {
     m_startTime = monotonicNanoseconds();
     try {
         connect();
-        pw_main_loop_run(m_mainLoop.get());
+        m_connection.run();
     } catch (...) {
         fail(std::current_exception());
     }
@@ -91,60 +78,24 @@ void PipeWireSession::run() noexcept {
     if (m_started)
         fail(std::make_exception_ptr(Cancelled()));
     m_tracks.clear();
-    m_registry.reset();
-    m_core.reset();
-    m_context.reset();
+    m_connection.disconnect();
 }
 
 void PipeWireSession::connect() {
-    m_context = newPipeWireContext(m_loop);
-    if (!m_context)
+    switch (m_connection.connect()) {
+    case PipeWireConnection::Outcome::connected:
+        return;
+    case PipeWireConnection::Outcome::noLibrary:
         throw CaptureUnavailable(Reason::streamFailed,
                                  std::string("PipeWire's library could not be set up: ") + std::strerror(errno) + ".");
-    m_core.reset(pw_context_connect(m_context.get(), nullptr, 0));
-    if (!m_core && isRefusal(errno))
+    case PipeWireConnection::Outcome::refused:
         throw CaptureUnavailable(Reason::accessDenied, "The sound server refuses the connection.");
-    if (!m_core)
+    case PipeWireConnection::Outcome::noServer:
         throw CaptureUnavailable(Reason::noServer, "No sound server is running.");
-
-    static constexpr pw_core_events coreEvents = [] {
-        pw_core_events table{};
-        table.version = PW_VERSION_CORE_EVENTS;
-        table.done = [](void* data, std::uint32_t id, int sequence) {
-            auto* session = static_cast<PipeWireSession*>(data);
-            if (id == PW_ID_CORE && sequence == session->m_registrySync && !session->m_registryKnown)
-                session->openStreams();
-        };
-        table.error = [](void* data, std::uint32_t id, int, int result, const char* message) {
-            static_cast<PipeWireSession*>(data)->onCoreError(id, result, message);
-        };
-        return table;
-    }();
-    static constexpr pw_registry_events registryEvents = [] {
-        pw_registry_events table{};
-        table.version = PW_VERSION_REGISTRY_EVENTS;
-        table.global = [](void* data, std::uint32_t id, std::uint32_t, const char* type, std::uint32_t,
-                          const spa_dict* properties) {
-            static_cast<PipeWireSession*>(data)->onGlobal(id, type, properties);
-        };
-        table.global_remove = [](void* data, std::uint32_t id) {
-            auto* session = static_cast<PipeWireSession*>(data);
-            session->m_graph.remove(id);
-            session->update();
-        };
-        return table;
-    }();
-    pw_core_add_listener(m_core.get(), &m_coreListener, &coreEvents, this);
-    m_registry.reset(pw_core_get_registry(m_core.get(), PW_VERSION_REGISTRY, 0));
-    pw_registry_add_listener(m_registry.get(), &m_registryListener, &registryEvents, this);
-    m_registrySync = pw_core_sync(m_core.get(), PW_ID_CORE, 0);
-
-    timespec interval{.tv_sec = 0, .tv_nsec = watchInterval};
-    pw_loop_update_timer(m_loop, m_watchTimer, &interval, &interval, false);
+    }
 }
 
-void PipeWireSession::openStreams() {
-    m_registryKnown = true;
+void PipeWireSession::onRegistryKnown() {
     for (const Track& track : m_tracks) {
         if (m_graph.hasDevice(track.source))
             continue;
@@ -154,8 +105,7 @@ void PipeWireSession::openStreams() {
     }
     for (Track& track : m_tracks) {
         track.brokenSince = track.connectedAt = monotonicNanoseconds();
-        track.stream =
-            std::make_unique<PipeWireStream>(m_core.get(), track.source, m_loop, m_wakeEvent, [this] { update(); });
+        track.stream = std::make_unique<PipeWireStream>(m_connection, track.source, [this] { update(); });
     }
     for (Track& track : m_tracks)
         if (const int result = track.stream->connect(); result < 0)
@@ -163,30 +113,33 @@ void PipeWireSession::openStreams() {
                         std::string("An audio stream could not be made: ") + std::strerror(-result) + ".");
 }
 
-void PipeWireSession::onGlobal(std::uint32_t id, const char* type, const spa_dict* properties) {
-    if (!properties)
-        return;
-    if (std::string_view(type) == PW_TYPE_INTERFACE_Node)
-        m_graph.addNode(id, value(*properties, PW_KEY_MEDIA_CLASS));
-    else if (std::string_view(type) == PW_TYPE_INTERFACE_Port)
-        m_graph.addPort(id, value(*properties, PW_KEY_PORT_MONITOR) == "true");
-    else if (std::string_view(type) == PW_TYPE_INTERFACE_Link)
-        m_graph.addLink(id, {.outputNode = idValue(*properties, PW_KEY_LINK_OUTPUT_NODE),
-                             .outputPort = idValue(*properties, PW_KEY_LINK_OUTPUT_PORT),
-                             .inputNode = idValue(*properties, PW_KEY_LINK_INPUT_NODE)});
+void PipeWireSession::onAdded(std::uint32_t id, std::string_view type, const spa_dict& properties) {
+    if (type == PW_TYPE_INTERFACE_Node)
+        m_graph.addNode(id, value(properties, PW_KEY_MEDIA_CLASS));
+    else if (type == PW_TYPE_INTERFACE_Port)
+        m_graph.addPort(id, value(properties, PW_KEY_PORT_MONITOR) == "true");
+    else if (type == PW_TYPE_INTERFACE_Link)
+        m_graph.addLink(id, {.outputNode = idValue(properties, PW_KEY_LINK_OUTPUT_NODE),
+                             .outputPort = idValue(properties, PW_KEY_LINK_OUTPUT_PORT),
+                             .inputNode = idValue(properties, PW_KEY_LINK_INPUT_NODE)});
     else
         return;
     update();
 }
 
-void PipeWireSession::onCoreError(std::uint32_t id, int result, const char* message) {
-    if (id == PW_ID_CORE && result == -EPIPE) {
+void PipeWireSession::onRemoved(std::uint32_t id) {
+    m_graph.remove(id);
+    update();
+}
+
+void PipeWireSession::onError(std::uint32_t id, int error, const char* message) {
+    if (id == PW_ID_CORE && error == EPIPE) {
         deliver();
         return fail(Reason::noServer, "The sound server has stopped, so the capture has ended.");
     }
-    if (m_started && isRefusal(-result))
+    if (m_started && isRefusal(error))
         return fail(Reason::accessDenied, "The sound server refuses to let this program capture audio.");
-    qWarning("Sound server: object %u: %s (%s)", id, message, std::strerror(-result));
+    qWarning("Sound server: object %u: %s (%s)", id, message, std::strerror(error));
 }
 
 void PipeWireSession::update() {
@@ -214,7 +167,7 @@ bool PipeWireSession::isCapturing(const Track& track) {
     return track.feed == PipeWireGraph::Feed::right && track.stream->isStreaming();
 }
 
-void PipeWireSession::watch() {
+void PipeWireSession::onWatch() {
     if (m_ended)
         return;
     const std::int64_t now = monotonicNanoseconds();
@@ -231,7 +184,7 @@ void PipeWireSession::watch() {
 void PipeWireSession::checkDeadline(std::int64_t now) {
     if (now - m_startTime < startDeadline)
         return;
-    if (!m_registryKnown)
+    if (!m_connection.isRegistryKnown())
         return fail(Reason::noServer, "The sound server doesn't answer.");
     const auto late = std::ranges::find_if_not(m_tracks, isCapturing);
     if (late != m_tracks.end())
@@ -277,7 +230,7 @@ void PipeWireSession::fail(Reason reason, std::string message) {
 void PipeWireSession::fail(std::exception_ptr failure) {
     if (std::exchange(m_ended, true))
         return;
-    pw_main_loop_quit(m_mainLoop.get());
+    m_connection.quit();
     if (m_started)
         std::exchange(m_started, nullptr)(std::move(failure));
     else if (m_callbacks.onError)

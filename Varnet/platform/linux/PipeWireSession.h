@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Varnet/platform/AudioCapture.h"
+#include "Varnet/platform/linux/PipeWireConnection.h"
 #include "Varnet/platform/linux/PipeWireGraph.h"
 #include "Varnet/platform/linux/PipeWireStream.h"
 
@@ -12,7 +13,7 @@ namespace varnet {
 /// A stream's sound is delivered only while the graph shows the stream linked from the right kind of device, so that a
 /// microphone stream that was put on an output's monitor never brings the call's sound. The link's announcement and the
 /// buffers of that link come over the same connection in this order, hence the decision is never too late.
-class PipeWireSession {
+class PipeWireSession final : PipeWireConnection::Client {
 public:
     /// `started` is called once on the session's thread: with null when every stream runs, else with the failure.
     PipeWireSession(const std::vector<CaptureSource>& sources, AudioCapture::Callbacks callbacks,
@@ -37,10 +38,15 @@ private:
         bool noticeGiven = false;     ///< of this interruption
     };
 
-    void connect();     ///< throws CaptureUnavailable
-    void openStreams(); ///< once the registry is known
-    void update();      ///< after any change of the graph or of a stream
-    void watch();       ///< at times
+    void onWake() override { deliver(); }
+    void onWatch() override;
+    void onRegistryKnown() override; ///< opens the streams
+    void onAdded(std::uint32_t id, std::string_view type, const spa_dict& properties) override;
+    void onRemoved(std::uint32_t id) override;
+    void onError(std::uint32_t id, int error, const char* message) override;
+
+    void connect(); ///< throws CaptureUnavailable
+    void update();  ///< after any change of the graph or of a stream
     void checkDeadline(std::int64_t now);
     void mend(Track& track, std::int64_t now);
     void deliver();
@@ -48,30 +54,14 @@ private:
     void fail(std::exception_ptr failure);
     void fail(CaptureUnavailable::Reason reason, std::string message);
     static bool isCapturing(const Track& track);
-    static void destroyRegistry(pw_registry* registry) { pw_proxy_destroy(reinterpret_cast<pw_proxy*>(registry)); }
-
-    void onGlobal(std::uint32_t id, const char* type, const spa_dict* properties);
-    void onCoreError(std::uint32_t id, int result, const char* message);
 
     AudioCapture::Callbacks m_callbacks;
     std::function<void(std::exception_ptr)> m_started; ///< empty once called
     bool m_ended = false;                              ///< failed: no callback comes any more
     bool m_closing = false;                            ///< the streams are being taken down
-    bool m_registryKnown = false;
-    int m_registrySync = 0;
     std::int64_t m_startTime = 0;
     PipeWireGraph m_graph;
-
-    Handle<pw_main_loop, pw_main_loop_destroy> m_mainLoop;
-    pw_loop* m_loop;
-    spa_source* m_stopEvent; ///< the loop frees its sources
-    spa_source* m_wakeEvent;
-    spa_source* m_watchTimer;
-    Handle<pw_context, pw_context_destroy> m_context;
-    Handle<pw_core, pw_core_disconnect> m_core;
-    spa_hook m_coreListener{};
-    Handle<pw_registry, destroyRegistry> m_registry;
-    spa_hook m_registryListener{};
+    PipeWireConnection m_connection;
     std::vector<Track> m_tracks;
 };
 

@@ -33,13 +33,11 @@ pw_properties* streamProperties(CaptureSource source) {
 
 } // namespace
 
-PipeWireStream::PipeWireStream(pw_core* core, CaptureSource source, pw_loop* loop, spa_source* wake,
-                               std::function<void()> changed)
-    : m_loop(loop),
-      m_wake(wake),
+PipeWireStream::PipeWireStream(PipeWireConnection& connection, CaptureSource source, std::function<void()> changed)
+    : m_connection(connection),
       m_changed(std::move(changed)),
       m_ring(sampleCapacity, blockCapacity),
-      m_stream(pw_stream_new(core, "Capture", streamProperties(source))) {
+      m_stream(pw_stream_new(connection.core(), "Capture", streamProperties(source))) {
     static constexpr pw_stream_events events = [] {
         pw_stream_events table{};
         table.version = PW_VERSION_STREAM_EVENTS;
@@ -130,7 +128,7 @@ void PipeWireStream::capture(const pw_buffer& buffer) noexcept {
     const auto* samples = reinterpret_cast<const float*>(static_cast<const std::byte*>(data.data) + offset);
     const std::int64_t length = static_cast<std::int64_t>(frameCount) * SPA_NSEC_PER_SEC / format.sampleRate;
     m_ring.push(format, bufferTime(length), {samples, frameCount * static_cast<std::size_t>(format.channelCount)});
-    pw_loop_signal_event(m_loop, m_wake);
+    m_connection.wake();
 }
 
 std::int64_t PipeWireStream::bufferTime(std::int64_t length) const noexcept {

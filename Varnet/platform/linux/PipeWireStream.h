@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Varnet/platform/linux/CaptureRing.h"
-#include "Varnet/platform/linux/PipeWireHandles.h"
+#include "Varnet/platform/linux/PipeWireConnection.h"
 
 #include <functional>
 #include <string>
@@ -10,8 +10,8 @@ namespace varnet {
 
 /// One capture stream of a PipeWire connection: the default microphone, or what the default output plays.
 ///
-/// Made, used and destroyed on the thread of the connection's loop. The sound itself arrives on PipeWire's real-time
-/// thread, which puts it into `ring()` and signals the loop.
+/// Made, used and destroyed on the connection's thread. The sound itself arrives on PipeWire's real-time thread, which
+/// puts it into `ring()` and wakes the connection.
 ///
 /// The time of a buffer's first sample is
 ///
@@ -23,9 +23,9 @@ namespace varnet {
 /// The header metadata that other kinds of streams carry is never there for converted audio.
 class PipeWireStream {
 public:
-    /// `changed` is called on the loop's thread after the stream's state has changed. `wake` is an event source of the
-    /// loop, signalled for each block in the ring.
-    PipeWireStream(pw_core* core, CaptureSource source, pw_loop* loop, spa_source* wake, std::function<void()> changed);
+    /// `changed` is called on the connection's thread after the stream's state has changed. The connection, which must
+    /// outlive it, is woken for each block in the ring.
+    PipeWireStream(PipeWireConnection& connection, CaptureSource source, std::function<void()> changed);
     ~PipeWireStream();
     PipeWireStream(const PipeWireStream&) = delete;
     PipeWireStream& operator=(const PipeWireStream&) = delete;
@@ -51,8 +51,7 @@ private:
     void capture(const pw_buffer& buffer) noexcept;
     std::int64_t bufferTime(std::int64_t length) const noexcept;
 
-    pw_loop* m_loop;
-    spa_source* m_wake;
+    PipeWireConnection& m_connection;
     std::function<void()> m_changed;
     CaptureRing m_ring;
     std::atomic<CaptureFormat> m_format{CaptureFormat{}};

@@ -16,8 +16,7 @@ namespace {
 
 constexpr std::int64_t second = 1'000'000'000;
 constexpr std::int64_t patience = 3 * second; ///< with a sound server that takes nothing
-constexpr std::int64_t watchInterval = second / 2;
-constexpr int wakesToRest = 3; ///< of silence, until all sound before it has left the stream
+constexpr int wakesToRest = 3;                ///< of silence, until all sound before it has left the stream
 
 std::size_t frames(double seconds, std::uint32_t sampleRate) {
     return static_cast<std::size_t>(seconds * sampleRate);
@@ -46,30 +45,17 @@ std::exception_ptr refused(const std::string& reason) {
 
 } // namespace
 
-PlaybackSession::PlaybackSession(Events events) : m_events(std::move(events)) {
-    pw_init(nullptr, nullptr);
-    m_mainLoop.reset(pw_main_loop_new(nullptr));
-    VARNET_ASSERT(m_mainLoop);
-    m_loop = pw_main_loop_get_loop(m_mainLoop.get());
-    m_stopEvent = pw_loop_add_event(
-        m_loop,
-        [](void* data, std::uint64_t) { pw_main_loop_quit(static_cast<PlaybackSession*>(data)->m_mainLoop.get()); },
-        this);
-    m_wakeEvent =
-        pw_loop_add_event(m_loop, [](void* data, std::uint64_t) { static_cast<PlaybackSession*>(data)->work(); }, this);
-    m_watchTimer = pw_loop_add_timer(
-        m_loop, [](void* data, std::uint64_t) { static_cast<PlaybackSession*>(data)->watch(); }, this);
-}
+PlaybackSession::PlaybackSession(Events events) : m_events(std::move(events)), m_connection(*this) {}
 
 PlaybackSession::~PlaybackSession() = default;
 
 void PlaybackSession::run() noexcept {
-    pw_main_loop_run(m_mainLoop.get());
+    m_connection.run();
     disconnect();
 }
 
 void PlaybackSession::stop() {
-    pw_loop_signal_event(m_loop, m_stopEvent);
+    m_connection.stop();
 }
 
 void PlaybackSession::give(std::uint64_t number, std::optional<Order> order) {
@@ -80,7 +66,7 @@ void PlaybackSession::give(std::uint64_t number, std::optional<Order> order) {
         m_order = std::move(order);
         m_number = number;
     }
-    pw_loop_signal_event(m_loop, m_wakeEvent);
+    m_connection.wake();
 }
 
 double PlaybackSession::position() const {
@@ -99,7 +85,7 @@ double PlaybackSession::heardPosition() const {
     return m_run.position + static_cast<double>(heard - first) / m_run.ring->sampleRate() * m_run.rate;
 }
 
-void PlaybackSession::work() {
+void PlaybackSession::onWake() {
     if (m_brokenBy)
         finish(std::exchange(m_brokenBy, nullptr));
     std::uint64_t number = 0;
@@ -133,7 +119,7 @@ void PlaybackSession::begin(std::uint64_t number, const std::optional<Order>& or
     if (!order)
         return;
     m_reader = std::make_unique<PlaybackReader>(order->wav, order->position, order->rate);
-    if (!m_core)
+    if (!m_connection.core())
         connect();
     if (!m_stream || m_stream->ring().sampleRate() != m_reader->sampleRate())
         openStream(m_reader->sampleRate());
@@ -183,7 +169,7 @@ void PlaybackSession::rest() {
         m_stream->setActive(false);
 }
 
-void PlaybackSession::watch() {
+void PlaybackSession::onWatch() {
     if (!m_playing)
         return;
     const std::int64_t now = monotonicNanoseconds();
@@ -193,55 +179,22 @@ void PlaybackSession::watch() {
         m_lastTaken = taken;
         m_lastProgress = now;
     }
-    const bool none = m_registryKnown && m_sinks.empty();
+    const bool none = m_connection.isRegistryKnown() && m_sinks.empty();
     if (now - m_lastProgress >= patience)
         finish(none ? noSink() : noAnswer());
 }
 
 void PlaybackSession::connect() {
-    m_context = newPipeWireContext(m_loop);
-    if (!m_context)
+    switch (m_connection.connect()) {
+    case PipeWireConnection::Outcome::connected:
+        return;
+    case PipeWireConnection::Outcome::noLibrary:
         std::rethrow_exception(refused(std::strerror(errno)));
-    m_core.reset(pw_context_connect(m_context.get(), nullptr, 0));
-    if (!m_core && (errno == EACCES || errno == EPERM))
+    case PipeWireConnection::Outcome::refused:
         std::rethrow_exception(refused("the sound server refuses the connection"));
-    if (!m_core)
+    case PipeWireConnection::Outcome::noServer:
         std::rethrow_exception(noServer());
-
-    static constexpr pw_core_events coreEvents = [] {
-        pw_core_events table{};
-        table.version = PW_VERSION_CORE_EVENTS;
-        table.done = [](void* data, std::uint32_t id, int sequence) {
-            auto* session = static_cast<PlaybackSession*>(data);
-            if (id == PW_ID_CORE && sequence == session->m_registrySync)
-                session->onRegistryKnown();
-        };
-        table.error = [](void* data, std::uint32_t id, int, int result, const char*) {
-            if (id == PW_ID_CORE)
-                static_cast<PlaybackSession*>(data)->connectionLost(-result);
-        };
-        return table;
-    }();
-    static constexpr pw_registry_events registryEvents = [] {
-        pw_registry_events table{};
-        table.version = PW_VERSION_REGISTRY_EVENTS;
-        table.global = [](void* data, std::uint32_t id, std::uint32_t, const char*, std::uint32_t,
-                          const spa_dict* properties) {
-            const char* mediaClass = properties ? spa_dict_lookup(properties, PW_KEY_MEDIA_CLASS) : nullptr;
-            if (mediaClass && (!std::strcmp(mediaClass, "Audio/Sink") || !std::strcmp(mediaClass, "Audio/Duplex")))
-                static_cast<PlaybackSession*>(data)->m_sinks.insert(id);
-        };
-        table.global_remove = [](void* data, std::uint32_t id) {
-            static_cast<PlaybackSession*>(data)->m_sinks.erase(id);
-        };
-        return table;
-    }();
-    pw_core_add_listener(m_core.get(), &m_coreListener, &coreEvents, this);
-    m_registry.reset(pw_core_get_registry(m_core.get(), PW_VERSION_REGISTRY, 0));
-    pw_registry_add_listener(m_registry.get(), &m_registryListener, &registryEvents, this);
-    m_registrySync = pw_core_sync(m_core.get(), PW_ID_CORE, 0);
-    timespec interval{.tv_sec = 0, .tv_nsec = watchInterval};
-    pw_loop_update_timer(m_loop, m_watchTimer, &interval, &interval, false);
+    }
 }
 
 void PlaybackSession::openStream(std::uint32_t sampleRate) {
@@ -249,20 +202,26 @@ void PlaybackSession::openStream(std::uint32_t sampleRate) {
     m_lastTaken = 0;
     auto ring = std::make_shared<PlaybackRing>(sampleRate, frames(ringSeconds, sampleRate),
                                                frames(PlaybackReader::fadeSeconds, sampleRate));
-    m_stream = std::make_unique<PlaybackStream>(m_core.get(), std::move(ring), m_loop, m_wakeEvent,
+    m_stream = std::make_unique<PlaybackStream>(m_connection, std::move(ring),
                                                 [this](const std::string& reason) { giveUp(refused(reason)); });
     if (const int result = m_stream->connect(); result < 0)
         std::rethrow_exception(refused(std::strerror(-result)));
 }
 
 void PlaybackSession::onRegistryKnown() {
-    m_registryKnown = true;
     if (m_sinks.empty())
         giveUp(noSink());
 }
 
-void PlaybackSession::connectionLost(int error) {
-    giveUp(error == EPIPE ? noServer() : refused(std::strerror(error)));
+void PlaybackSession::onAdded(std::uint32_t id, std::string_view, const spa_dict& properties) {
+    const char* mediaClass = spa_dict_lookup(&properties, PW_KEY_MEDIA_CLASS);
+    if (mediaClass && (!std::strcmp(mediaClass, "Audio/Sink") || !std::strcmp(mediaClass, "Audio/Duplex")))
+        m_sinks.insert(id);
+}
+
+void PlaybackSession::onError(std::uint32_t id, int error, const char*) {
+    if (id == PW_ID_CORE)
+        giveUp(error == EPIPE ? noServer() : refused(std::strerror(error)));
 }
 
 /// The connection cannot be taken down in the middle of one of its events.
@@ -270,18 +229,13 @@ void PlaybackSession::giveUp(std::exception_ptr failure) {
     if (m_brokenBy)
         return;
     m_brokenBy = std::move(failure);
-    pw_loop_signal_event(m_loop, m_wakeEvent);
+    m_connection.wake();
 }
 
 void PlaybackSession::disconnect() {
-    timespec never{};
-    pw_loop_update_timer(m_loop, m_watchTimer, &never, &never, false);
     m_stream.reset();
-    m_registry.reset();
-    m_core.reset();
-    m_context.reset();
+    m_connection.disconnect();
     m_sinks.clear();
-    m_registryKnown = false;
 }
 
 /// The present order is done, or cannot be. A failure takes the connection with it: the next order tries anew.

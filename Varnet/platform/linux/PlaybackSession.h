@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Varnet/platform/linux/PipeWireHandles.h"
+#include "Varnet/platform/linux/PipeWireConnection.h"
 #include "Varnet/platform/linux/PlaybackReader.h"
 #include "Varnet/platform/linux/PlaybackStream.h"
 
@@ -18,7 +18,7 @@ namespace varnet {
 
 /// The thread of an AudioOutput, the one that calls `run`: it keeps the connection to PipeWire and reads files ahead.
 /// Only the newest order counts; each goes by its number.
-class PlaybackSession {
+class PlaybackSession final : PipeWireConnection::Client {
 public:
     struct Order {
         std::filesystem::path wav;
@@ -53,21 +53,23 @@ private:
         double position = 0, rate = 1;
     };
 
-    void work(); ///< whenever there may be something to do
+    void onWake() override; ///< there may be something to do
+    void onWatch() override;
+    void onRegistryKnown() override;
+    void onAdded(std::uint32_t id, std::string_view type, const spa_dict& properties) override;
+    void onRemoved(std::uint32_t id) override { m_sinks.erase(id); }
+    void onError(std::uint32_t id, int error, const char* message) override;
+
     void begin(std::uint64_t number, const std::optional<Order>& order);
     void fill();
     void checkEnd();
     void rest();
-    void watch();
     void connect();
     void openStream(std::uint32_t sampleRate);
     void disconnect();
     void finish(const std::exception_ptr& failure);
     void giveUp(std::exception_ptr failure);
-    void connectionLost(int error);
-    void onRegistryKnown();
     double heardPosition() const; ///< with the lock
-    static void destroyRegistry(pw_registry* registry) { pw_proxy_destroy(reinterpret_cast<pw_proxy*>(registry)); }
 
     Events m_events;
 
@@ -85,19 +87,8 @@ private:
     std::int64_t m_lastProgress = 0; ///< nanoseconds
     std::exception_ptr m_brokenBy;   ///< the connection is of no use any more
 
-    bool m_registryKnown = false;
-    int m_registrySync = 0;
     std::set<std::uint32_t> m_sinks;
-    Handle<pw_main_loop, pw_main_loop_destroy> m_mainLoop;
-    pw_loop* m_loop;
-    spa_source* m_stopEvent; ///< the loop frees its sources
-    spa_source* m_wakeEvent;
-    spa_source* m_watchTimer;
-    Handle<pw_context, pw_context_destroy> m_context;
-    Handle<pw_core, pw_core_disconnect> m_core;
-    spa_hook m_coreListener{};
-    Handle<pw_registry, destroyRegistry> m_registry;
-    spa_hook m_registryListener{};
+    PipeWireConnection m_connection;
     std::unique_ptr<PlaybackStream> m_stream;
 };
 

@@ -23,13 +23,12 @@ pw_properties* streamProperties() {
 
 } // namespace
 
-PlaybackStream::PlaybackStream(pw_core* core, std::shared_ptr<PlaybackRing> ring, pw_loop* loop, spa_source* wake,
+PlaybackStream::PlaybackStream(PipeWireConnection& connection, std::shared_ptr<PlaybackRing> ring,
                                std::function<void(std::string)> failed)
     : m_ring(std::move(ring)),
-      m_loop(loop),
-      m_wake(wake),
+      m_connection(connection),
       m_failed(std::move(failed)),
-      m_stream(pw_stream_new(core, "Playback", streamProperties())) {
+      m_stream(pw_stream_new(connection.core(), "Playback", streamProperties())) {
     static constexpr pw_stream_events events = [] {
         pw_stream_events table{};
         table.version = PW_VERSION_STREAM_EVENTS;
@@ -89,7 +88,7 @@ void PlaybackStream::onProcess(void* self) {
         buffer->size = count;
     }
     pw_stream_queue_buffer(stream.m_stream.get(), buffer);
-    pw_loop_signal_event(stream.m_loop, stream.m_wake);
+    stream.m_connection.wake();
 }
 
 /// When a frame that is queued now will be heard.

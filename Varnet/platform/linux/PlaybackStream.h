@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Varnet/platform/linux/PipeWireHandles.h"
+#include "Varnet/platform/linux/PipeWireConnection.h"
 #include "Varnet/platform/linux/PlaybackRing.h"
 
 #include <functional>
@@ -11,13 +11,13 @@ namespace varnet {
 
 /// One playback stream of a PipeWire connection, mono, to the default output.
 ///
-/// Made, used and destroyed on the thread of the connection's loop. PipeWire's real-time thread takes the sound from
-/// the ring and signals the loop.
+/// Made, used and destroyed on the connection's thread. PipeWire's real-time thread takes the sound from the ring and
+/// wakes the connection.
 class PlaybackStream {
 public:
-    /// `failed` is called on the loop's thread with PipeWire's own words. `wake` is an event source of the loop,
-    /// signalled whenever sound was taken. The stream stands still until `setActive`.
-    PlaybackStream(pw_core* core, std::shared_ptr<PlaybackRing> ring, pw_loop* loop, spa_source* wake,
+    /// `failed` is called on the connection's thread with PipeWire's own words. The connection, which must outlive it,
+    /// is woken whenever sound was taken. The stream stands still until `setActive`.
+    PlaybackStream(PipeWireConnection& connection, std::shared_ptr<PlaybackRing> ring,
                    std::function<void(std::string)> failed);
     ~PlaybackStream();
     PlaybackStream(const PlaybackStream&) = delete;
@@ -37,8 +37,7 @@ private:
     std::int64_t nextFrameTime() const noexcept;
 
     std::shared_ptr<PlaybackRing> m_ring;
-    pw_loop* m_loop;
-    spa_source* m_wake;
+    PipeWireConnection& m_connection;
     std::function<void(std::string)> m_failed;
     bool m_active = false;
     spa_hook m_listener{};
