@@ -32,10 +32,6 @@ def schedule():
     return file
 
 
-def read(file):
-    return json.loads(file.read_text(encoding="utf-8"))
-
-
 def voices(file, dialogue):
     """Which voice most of the words of each label are, by label."""
     said, heard = score.labelled_words(dialogue / "reference.json"), score.labelled_words(file)
@@ -48,7 +44,7 @@ def voices(file, dialogue):
 
 
 def check_names(file, dialogue):
-    names = read(file)["speakerNames"]
+    names = driver.read(file)["speakerNames"]
     by_label = voices(file, dialogue)
     for label, name in names.items():
         assert NAMES[by_label[label]] == name, f"{label}, the voice {by_label[label]}, is called {name}"
@@ -62,26 +58,18 @@ def main():
     program, dialogue = sys.argv[1], pathlib.Path(sys.argv[2])
     record = schedule()
     application = driver.Application(program, log=driver.data_home() / "application.log", environment=window.ENVIRONMENT)
-    driver.wait_for("the speech engine", driver.engine_ready, 60)
-    application.action("toggle-recording")
-    driver.wait_for("a live recording", lambda: read(record)["status"] == "Recording · live transcript")
-    for player in [driver.play(dialogue / "microphone.wav", "mic_feed"), driver.play(dialogue / "call.wav", "speakers")]:
-        assert player.wait(100) == 0, "pw-play failed"
-    application.action("toggle-recording")
-    driver.wait_for("the stop", lambda: read(record)["status"].startswith("Audio saved"), 60)
-    assert read(record)["status"] == "Audio saved · live transcript"
-    driver.wait_for("names", lambda: read(record).get("speakerNames"))
+    assert driver.record_dialogue(application, dialogue) == record
     print("live:", check_names(record, dialogue))
 
-    before = read(record)
+    before = driver.read(record)
     window.click("Transcribe again")
     driver.wait_for("the question", lambda: window.find("push button", "Cancel"))
     window.click("Transcribe again")
-    driver.wait_for("the new transcript", lambda: read(record)["status"] == "Transcribed", 200)
+    driver.wait_for("the new transcript", lambda: driver.read(record)["status"] == "Transcribed", 200)
     versions = list((record.parent / "history").glob("*.json"))
-    assert [read(version) for version in versions] == [before], "the earlier transcript is not the one version"
-    assert not {turn["id"] for turn in before["turns"]} & {turn["id"] for turn in read(record)["turns"]}
-    driver.wait_for("names", lambda: read(record).get("speakerNames"))
+    assert [driver.read(version) for version in versions] == [before], "the earlier transcript is not the one version"
+    assert not {turn["id"] for turn in before["turns"]} & {turn["id"] for turn in driver.read(record)["turns"]}
+    driver.wait_for("names", lambda: driver.read(record).get("speakerNames"))
     print("again:", check_names(record, dialogue))
     driver.wait_for("the names in the window",
                     lambda: any(name.startswith("You") for name in window.names("list item")))

@@ -85,10 +85,10 @@ class Application:
         return self.process.wait(seconds)
 
 
-def engine_ready():
-    """Whether the speech engine answers its health check."""
+def engine_ready(port=17863):
+    """Whether the engine answers its health check: that of speech, unless another port is given."""
     try:
-        return urllib.request.urlopen("http://127.0.0.1:17863/health", timeout=2).status == 200
+        return urllib.request.urlopen(f"http://127.0.0.1:{port}/health", timeout=2).status == 200
     except OSError:
         return False
 
@@ -96,3 +96,23 @@ def engine_ready():
 def play(file, target):
     return subprocess.Popen(["pw-play", "--target", target, str(file)], stdout=subprocess.DEVNULL,
                             stderr=subprocess.DEVNULL)
+
+
+def read(record):
+    return json.loads(record.read_text(encoding="utf-8"))
+
+
+def record_dialogue(application, dialogue):
+    """Records the dialogue on both tracks with a live transcript, as the only recording of the library, and waits until
+    who speaks is named. Gives the file of the record."""
+    status = lambda: [meeting["status"] for meeting in meetings(default_root()).values()]
+    wait_for("the speech engine", engine_ready, 60)
+    application.action("toggle-recording")
+    wait_for("a live recording", lambda: status() == ["Recording · live transcript"])
+    for player in [play(dialogue / "microphone.wav", "mic_feed"), play(dialogue / "call.wav", "speakers")]:
+        assert player.wait(100) == 0, "pw-play failed"
+    application.action("toggle-recording")
+    wait_for("the stop", lambda: status() == ["Audio saved · live transcript"], 60)
+    record, = default_root().glob("*/meeting.json")
+    wait_for("names", lambda: read(record).get("speakerNames"))
+    return record
