@@ -200,6 +200,7 @@ class Handler(http.server.BaseHTTPRequestHandler):
     protocol_version = "HTTP/1.1"
     disable_nagle_algorithm = True
     wbufsize = -1
+    has_slot = False
 
     def log_message(self, *_):
         pass
@@ -213,24 +214,25 @@ class Handler(http.server.BaseHTTPRequestHandler):
     def do_POST(self):
         body = self.rfile.read(int(self.headers.get("Content-Length") or 0))
         begun, server = time.monotonic(), self.server
-        alone, gone = server.enter(), False
+        self.has_slot = server.enter()
         try:
             number = server.note_request(self, body)
-            require(alone, "a request came before the last one was answered")
-            gone = self.reply(number, *self.checked(body))
-            if not gone:
+            require(self.has_slot, "a request came before the last one was answered")
+            if self.reply(number, *self.checked(body)):
                 server.write("timings", f"{time.monotonic() - begun:.6f}")
         except ConnectionError:
-            gone = True
+            self.leave(client_left=True)
         except Exception as error:  # also a behaviour that makes no sense
             complaint = error if isinstance(error, Complaint) else repr(error)
             server.write("log", f"complaint: {complaint}")
             self.send(400, {"error": str(complaint)})
-        finally:
-            if alone:
-                server.leave(gone)
 
     do_PUT = do_PATCH = do_DELETE = do_HEAD = do_OPTIONS = do_POST
+
+    def leave(self, client_left):
+        if self.has_slot:
+            self.has_slot = False
+            self.server.leave(client_left)
 
     def checked(self, body):
         require(self.command == "POST" and self.path == "/v1/chat/completions", f"{self.command} {self.path}")
@@ -248,7 +250,7 @@ class Handler(http.server.BaseHTTPRequestHandler):
         return name, sources
 
     def reply(self, number, name, sources):
-        """Answers as the behaviour says. True if the client was gone before."""
+        """Answers as the behaviour says. False if the client was gone before."""
         behaviour, mode, count = self.server.behaviour()
         if mode == "exit":
             os._exit(1)
@@ -256,7 +258,8 @@ class Handler(http.server.BaseHTTPRequestHandler):
             if self.client_left(behaviour["seconds"] if mode == "slow" else None):
                 self.server.write("log", f"event: the client left request {number}")
                 self.close_connection = True
-                return True
+                self.leave(client_left=True)
+                return False
         if mode == "status":
             self.send(behaviour["status"], {"error": "as asked"})
         elif mode == "redirect":
@@ -270,7 +273,7 @@ class Handler(http.server.BaseHTTPRequestHandler):
                             "created": int(time.time()), "id": f"chatcmpl-{number}", "model": "qwen3.5-4b-q4km",
                             "object": "chat.completion", "usage": {"completion_tokens": 1, "prompt_tokens": 1},
                             "timings": {"predicted_per_second": 12.5}})
-        return False
+        return True
 
     def content(self, behaviour, count, name, sources):
         if "answers" not in behaviour:
@@ -296,6 +299,7 @@ class Handler(http.server.BaseHTTPRequestHandler):
 
     def send(self, status, body, headers=()):
         data = (body if isinstance(body, str) else json.dumps(body)).encode()
+        self.leave(client_left=False)  # the next request may come as soon as the answer is out
         self.send_response(status)
         for name, value in {"Content-Type": "application/json", "Content-Length": len(data), **dict(headers)}.items():
             self.send_header(name, str(value))

@@ -1,13 +1,16 @@
+#include "Varnet/platform/FileBody.h"
 #include "Varnet/platform/LoopbackHTTP.h"
 #include "tests/support/Await.h"
 #include "tests/support/TestServer.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 namespace varnet::test {
 namespace {
 
 using namespace std::chrono_literals;
+using ::testing::HasSubstr;
+using ::testing::Not;
 
 TEST(LoopbackHTTP, AsksOnlyThisMachine) {
     const std::pair<const char*, bool> hosts[] = {
@@ -33,7 +36,7 @@ TEST(LoopbackHTTP, EveryStatusIsAReplyWithoutRedirectsAndCookies) {
     LoopbackHTTP client;
     const QByteArray headers = "Location: " + server.url(QStringLiteral("/elsewhere")).toEncoded() +
                                "\r\nSet-Cookie: a=b\r\nCache-Control: max-age=1000\r\n";
-    const std::vector<int> statuses{200, 302, 401, 503};
+    const std::vector<int> statuses{200, 302, 400, 401, 503};
     for (const int status : statuses) {
         server.answer(TestServer::response(status, "text", headers));
         EXPECT_EQ(await(client.get(server.url(QStringLiteral("/health")), 5s)), (HTTPReply{status, "text"}));
@@ -42,6 +45,27 @@ TEST(LoopbackHTTP, EveryStatusIsAReplyWithoutRedirectsAndCookies) {
     for (const TestServer::Request& request : server.requests()) {
         EXPECT_EQ(request.target, "/health");
         EXPECT_FALSE(request.headers.contains("cookie"));
+    }
+}
+
+TEST(LoopbackHTTP, WhatIsSentIsSentOnceAndToNobodyElse) {
+    TestServer server, elsewhere;
+    LoopbackHTTP client;
+    const auto post = [&] {
+        return client.post(server.url(QStringLiteral("/")), {"text/plain", "Bearer secret"},
+                           std::make_unique<FileBody>("words"), 5s);
+    };
+    server.answer(
+        TestServer::response(307, "", "Location: " + elsewhere.url(QStringLiteral("/")).toEncoded() + "\r\n"));
+    EXPECT_EQ(await(post()).status, 307);
+    server.setScript([](const auto&, QTcpSocket& socket) { socket.abort(); });
+    EXPECT_THAT(failureText(post()), AllOf(HasSubstr("did not answer"), Not(HasSubstr("secret"))));
+    EXPECT_TRUE(elsewhere.requests().empty());
+    ASSERT_EQ(server.requests().size(), 2u);
+    for (const TestServer::Request& request : server.requests()) {
+        EXPECT_EQ(request.body, "words");
+        EXPECT_EQ(request.headers.at("content-type"), "text/plain");
+        EXPECT_EQ(request.headers.at("authorization"), "Bearer secret");
     }
 }
 

@@ -1,0 +1,70 @@
+#include "tests/support/NotesServer.h"
+
+#include <QJsonDocument>
+
+#include <iterator>
+
+namespace varnet::test {
+
+namespace {
+
+void write(const std::filesystem::path& path, const std::string& text) {
+    std::ofstream(path) << text;
+}
+
+std::string read(const std::filesystem::path& path) {
+    std::ifstream file(path);
+    return {std::istreambuf_iterator(file), {}};
+}
+
+} // namespace
+
+NotesServer::NotesServer() {
+    write(keyFile(), "sesame-17\n");
+    write(m_folder / "log", "");
+    behave(R"({"mode": "recipe"})");
+    QStringList arguments{QStringLiteral(VARNET_SOURCE_DIR "/tests/support/notes_server.py"), QStringLiteral("--port"),
+                          QStringLiteral("0"), QStringLiteral("--key-file"),
+                          QString::fromStdString(keyFile().string())};
+    for (const char* file : {"behaviour", "log", "requests", "timings"})
+        arguments << QStringLiteral("--%1").arg(QLatin1String(file))
+                  << QString::fromStdString((m_folder / file).string());
+    m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    m_process.start(QStringLiteral("/usr/bin/python3"), arguments);
+    while (!m_process.canReadLine())
+        if (!m_process.waitForReadyRead(10'000))
+            throw std::runtime_error("the notes server did not start");
+    m_port = m_process.readLine().trimmed().split(' ').last();
+}
+
+NotesServer::~NotesServer() {
+    m_process.kill();
+    m_process.waitForFinished();
+}
+
+QUrl NotesServer::url(const QString& start) const {
+    return QUrl(start + QLatin1Char(':') + QString::fromLatin1(m_port));
+}
+
+void NotesServer::behave(const std::string& json) {
+    write(m_folder / "behaviour", json);
+}
+
+std::vector<QJsonObject> NotesServer::requests() const {
+    std::vector<QJsonObject> found;
+    std::ifstream file(m_folder / "requests");
+    for (std::string line; std::getline(file, line);)
+        found.push_back(QJsonDocument::fromJson(QByteArray::fromStdString(line)).object());
+    return found;
+}
+
+std::string NotesServer::log() const {
+    return read(m_folder / "log");
+}
+
+std::vector<double> NotesServer::timings() const {
+    std::ifstream file(m_folder / "timings");
+    return {std::istream_iterator<double>(file), {}};
+}
+
+} // namespace varnet::test
