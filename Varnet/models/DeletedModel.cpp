@@ -60,18 +60,14 @@ QString DeletedText::erased(Date deletedAt, QDate today) {
     }
 }
 
-DeletedModel::DeletedModel(const MeetingStore& store, QObject* parent) : QAbstractListModel(parent), m_store(store) {
+DeletedModel::DeletedModel(const MeetingStore& store, QObject* parent) : IdListModel(parent), m_store(store) {
     reload();
     connect(&store, &MeetingStore::deletedMeetingsChanged, this, &DeletedModel::reload);
     connect(&m_dayCheck, &QTimer::timeout, this, [this] {
-        if (std::exchange(m_today, QDate::currentDate()) != m_today && !empty())
-            Q_EMIT dataChanged(index(0), index(count() - 1));
+        if (std::exchange(m_today, QDate::currentDate()) != m_today)
+            allChanged();
     });
     m_dayCheck.start(dayCheckMilliseconds);
-}
-
-int DeletedModel::rowCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : count();
 }
 
 QVariant DeletedModel::data(const QModelIndex& index, int role) const {
@@ -94,7 +90,7 @@ QVariant DeletedModel::data(const QModelIndex& index, int role) const {
     case UrgentRole:
         return daysLeft(row->deletedAt, m_today) <= urgentDays;
     case SelectedRole:
-        return m_selected.contains(m_ids[index.row()]);
+        return m_selection.ids.contains(ids()[index.row()]);
     case SpokenRole:
         return QStringList{toQString(row->meeting.title), DeletedText::deleted(row->deletedAt, m_today),
                            DeletedText::erased(row->deletedAt, m_today)}
@@ -110,19 +106,19 @@ QHash<int, QByteArray> DeletedModel::roleNames() const {
 }
 
 int DeletedModel::currentRow() const {
-    return m_current ? rowOf(*m_current) : -1;
+    return rowOf(m_current);
 }
 
 QStringList DeletedModel::selectedIDs() const {
-    return texts(m_selected);
+    return texts(m_selection.ids);
 }
 
 QString DeletedModel::restoreText() const {
-    return m_selected.size() > 1 ? tr("Restore %1").arg(m_selected.size()) : tr("Restore");
+    return m_selection.ids.size() > 1 ? tr("Restore %1").arg(m_selection.ids.size()) : tr("Restore");
 }
 
 QString DeletedModel::eraseText() const {
-    return m_selected.size() > 1 ? tr("Erase %1 now").arg(m_selected.size()) : tr("Erase now");
+    return m_selection.ids.size() > 1 ? tr("Erase %1 now").arg(m_selection.ids.size()) : tr("Erase now");
 }
 
 QString DeletedModel::question() const {
@@ -139,20 +135,10 @@ QStringList DeletedModel::askedIDs() const {
 void DeletedModel::choose(int row, int modifiers) {
     if (row < 0 || row >= count())
         return;
-    const auto id = m_ids[row];
-    auto selected = m_selected;
-    if (const int anchor = m_anchor ? rowOf(*m_anchor) : -1; (modifiers & Qt::ShiftModifier) && anchor >= 0) {
-        selected = {m_ids.begin() + std::min(row, anchor), m_ids.begin() + std::max(row, anchor) + 1};
-    } else if (modifiers & Qt::ControlModifier) {
-        if (!selected.erase(id))
-            selected.insert(id);
-        m_anchor = id;
-    } else {
-        selected = {id};
-        m_anchor = id;
-    }
-    m_current = id;
-    select(std::move(selected));
+    auto selection = chosen(m_selection, row, modifiers);
+    m_selection.anchor = selection.anchor;
+    m_current = ids()[row];
+    select(std::move(selection.ids));
 }
 
 void DeletedModel::move(int rows, int modifiers) {
@@ -161,11 +147,11 @@ void DeletedModel::move(int rows, int modifiers) {
 }
 
 void DeletedModel::selectAll() {
-    select({m_ids.begin(), m_ids.end()});
+    select({ids().begin(), ids().end()});
 }
 
 void DeletedModel::askToErase() {
-    m_asked.assign(m_selected.begin(), m_selected.end());
+    m_asked.assign(m_selection.ids.begin(), m_selection.ids.end());
     Q_EMIT askingChanged();
 }
 
@@ -175,73 +161,42 @@ void DeletedModel::stopAsking() {
 }
 
 void DeletedModel::reload() {
-    std::vector<Uuid> ids;
+    std::vector<Uuid> wanted;
     for (const auto& deleted : m_store.deletedMeetings())
-        ids.push_back(deleted.meeting.id);
+        wanted.push_back(deleted.meeting.id);
     const int formerCount = count(), formerRow = currentRow();
-    moveRowsTo(ids);
+    followRows(std::move(wanted));
     if (count() != formerCount)
         Q_EMIT countChanged();
     keepSelection(formerRow);
 }
 
-/// Rows go and come one by one, so that a view keeps its place.
-void DeletedModel::moveRowsTo(const std::vector<Uuid>& ids) {
-    const std::set<Uuid> wanted(ids.begin(), ids.end());
-    for (int row = count() - 1; row >= 0; --row)
-        if (!wanted.contains(m_ids[row])) {
-            beginRemoveRows({}, row, row);
-            m_ids.erase(m_ids.begin() + row);
-            endRemoveRows();
-        }
-    const std::set<Uuid> known(m_ids.begin(), m_ids.end());
-    std::vector<Uuid> order;
-    std::ranges::copy_if(ids, std::back_inserter(order), [&](const Uuid& id) { return known.contains(id); });
-    if (order != m_ids) {
-        beginResetModel();
-        m_ids = ids;
-        endResetModel();
-        return;
-    }
-    for (int row = 0; row < static_cast<int>(ids.size()); ++row)
-        if (!known.contains(ids[row])) {
-            beginInsertRows({}, row, row);
-            m_ids.insert(m_ids.begin() + row, ids[row]);
-            endInsertRows();
-        }
-}
-
 void DeletedModel::keepSelection(int formerRow) {
     const bool stays = currentRow() >= 0;
     if (!stays)
-        m_current = m_anchor = empty() ? std::nullopt : std::optional(m_ids[std::clamp(formerRow, 0, count() - 1)]);
+        m_current = m_selection.anchor =
+            empty() ? std::nullopt : std::optional(ids()[std::clamp(formerRow, 0, count() - 1)]);
     std::set<Uuid> selected;
-    for (const auto& id : m_ids)
-        if (m_selected.contains(id))
+    for (const auto& id : ids())
+        if (m_selection.ids.contains(id))
             selected.insert(id);
-    if (selected.empty() && m_current && (!stays || !m_selected.empty()))
+    if (selected.empty() && m_current && (!stays || !m_selection.ids.empty()))
         selected = {*m_current};
     select(std::move(selected));
 }
 
 void DeletedModel::select(std::set<Uuid> ids) {
-    m_selected = std::move(ids);
-    if (!empty())
-        Q_EMIT dataChanged(index(0), index(count() - 1), {SelectedRole});
+    m_selection.ids = std::move(ids);
+    allChanged({SelectedRole});
     Q_EMIT selectionChanged();
-}
-
-int DeletedModel::rowOf(const Uuid& id) const {
-    const auto found = std::ranges::find(m_ids, id);
-    return found == m_ids.end() ? -1 : static_cast<int>(found - m_ids.begin());
 }
 
 const DeletedMeeting* DeletedModel::at(int row) const {
     const auto& deleted = m_store.deletedMeetings();
     const auto place = static_cast<std::size_t>(row);
-    if (place < deleted.size() && deleted[place].meeting.id == m_ids[place])
+    if (place < deleted.size() && deleted[place].meeting.id == ids()[place])
         return &deleted[place];
-    return m_store.deletedMeeting(m_ids[place]);
+    return m_store.deletedMeeting(ids()[place]);
 }
 
 } // namespace varnet

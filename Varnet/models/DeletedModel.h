@@ -1,17 +1,12 @@
 #pragma once
 
 #include "MeetingCore/base/Date.h"
-#include "MeetingCore/base/Uuid.h"
+#include "Varnet/models/IdListModel.h"
 
-#include <QAbstractListModel>
 #include <QDate>
 #include <QStringList>
 #include <QTimer>
 #include <QtQml/qqmlregistration.h>
-
-#include <optional>
-#include <set>
-#include <vector>
 
 namespace varnet {
 
@@ -32,7 +27,7 @@ QString erased(Date deletedAt, QDate today);
 /// The deleted meetings as rows, last deleted first, with the selection of several of them. While there are rows one is
 /// current, and at least that one is selected unless the user took it out; a selected row that goes hands both to the
 /// row that moves up. Main thread; the store must outlive it.
-class DeletedModel : public QAbstractListModel {
+class DeletedModel : public IdListModel {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Made with the window")
@@ -59,12 +54,10 @@ public:
 
     explicit DeletedModel(const MeetingStore& store, QObject* parent = nullptr);
 
-    int rowCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
     QHash<int, QByteArray> roleNames() const override;
 
-    int count() const { return static_cast<int>(m_ids.size()); }
-    bool empty() const { return m_ids.empty(); }
+    bool empty() const { return count() == 0; }
     int currentRow() const; ///< -1 without rows
     QStringList selectedIDs() const;
     QString restoreText() const; ///< "Restore", or with how many when several are selected
@@ -90,17 +83,13 @@ Q_SIGNALS:
 
 private:
     void reload();
-    void moveRowsTo(const std::vector<Uuid>& ids);
     void keepSelection(int formerRow);
     void select(std::set<Uuid> ids);
-    int rowOf(const Uuid& id) const;
     const DeletedMeeting* at(int row) const;
 
     const MeetingStore& m_store;
-    std::vector<Uuid> m_ids; ///< the rows that views know of; the store may be one change ahead
-    std::set<Uuid> m_selected;
+    Selection m_selection;
     std::optional<Uuid> m_current;
-    std::optional<Uuid> m_anchor; ///< where a selection with Shift begins
     std::vector<Uuid> m_asked;
     QDate m_today = QDate::currentDate();
     QTimer m_dayCheck;

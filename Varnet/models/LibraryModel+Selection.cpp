@@ -13,7 +13,7 @@ QString LibraryModel::summary() const {
     const QLocale locale;
     if (selectedCount() > 1)
         return tr("%1 selected").arg(locale.toString(selectedCount()));
-    if (m_applied.empty() || m_ids.empty())
+    if (m_applied.empty() || ids().empty())
         return {};
     return count() == 1 ? tr("1 match") : tr("%1 matches").arg(locale.toString(count()));
 }
@@ -29,40 +29,30 @@ int LibraryModel::currentRow() const {
 bool LibraryModel::clickRow(int row, int modifiers) {
     if (row < 0 || row >= count())
         return false;
-    const Uuid id = m_ids[row];
-    if (modifiers & Qt::ShiftModifier) {
-        const auto anchor = rowOf(m_anchor) >= 0 ? m_anchor : std::optional(id);
-        const auto [first, last] = std::minmax(rowOf(anchor), row);
-        select({m_ids.begin() + first, m_ids.begin() + last + 1}, id);
-        m_anchor = anchor;
-        return false;
-    }
-    const bool toggles = modifiers & Qt::ControlModifier;
-    auto ids = toggles ? m_store.librarySelection() : std::set<Uuid>();
-    if (ids.erase(id) == 0)
-        ids.insert(id);
-    select(ids, id);
-    m_anchor = id;
-    return !toggles;
+    const Uuid id = ids()[row];
+    const auto selection = chosen({m_store.librarySelection(), m_anchor}, row, modifiers);
+    select(selection.ids, id);
+    m_anchor = selection.anchor;
+    return !(modifiers & (Qt::ShiftModifier | Qt::ControlModifier));
 }
 
 void LibraryModel::moveBy(int rows, int modifiers) {
-    if (m_ids.empty())
+    if (ids().empty())
         return;
     const int row = std::clamp(currentRow() + rows, 0, count() - 1);
     if (modifiers & Qt::ControlModifier)
-        setCurrent(m_ids[row]);
+        setCurrent(ids()[row]);
     else
         clickRow(row, modifiers & Qt::ShiftModifier);
 }
 
 void LibraryModel::selectAll() {
-    if (!m_ids.empty())
-        select({m_ids.begin(), m_ids.end()}, currentRow() >= 0 ? *m_current : m_ids.front());
+    if (!ids().empty())
+        select({ids().begin(), ids().end()}, currentRow() >= 0 ? *m_current : ids().front());
 }
 
 void LibraryModel::selectForMenu(int row) {
-    if (row >= 0 && row < count() && !m_store.librarySelection().contains(m_ids[row]))
+    if (row >= 0 && row < count() && !m_store.librarySelection().contains(ids()[row]))
         clickRow(row, Qt::NoModifier);
 }
 
@@ -77,7 +67,7 @@ void LibraryModel::select(const std::set<Uuid>& ids, const Uuid& current) {
 /// A command must not act on what is not to be seen.
 void LibraryModel::dropHiddenFromSelection() {
     std::set<Uuid> kept;
-    std::ranges::copy_if(m_ids, std::inserter(kept, kept.end()),
+    std::ranges::copy_if(ids(), std::inserter(kept, kept.end()),
                          [this](const Uuid& id) { return m_store.librarySelection().contains(id); });
     m_store.setLibrarySelection(std::move(kept));
     if (m_store.librarySelection().empty() && rowOf(m_store.selectedID()) >= 0)

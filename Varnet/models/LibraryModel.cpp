@@ -9,7 +9,6 @@
 #include "Varnet/store/SearchIndex.h"
 
 #include <algorithm>
-#include <iterator>
 #include <utility>
 
 namespace varnet {
@@ -24,21 +23,15 @@ QString styled(const std::optional<SearchSnippet>& snippet) {
              toQString(snippet->hit).toHtmlEscaped(), toQString(snippet->after).toHtmlEscaped());
 }
 
-/// Tells whether an id is among some.
-std::function<bool(const Uuid&)> memberOf(std::vector<Uuid> ids) {
-    std::ranges::sort(ids);
-    return [ids = std::move(ids)](const Uuid& id) { return std::ranges::binary_search(ids, id); };
-}
-
 } // namespace
 
 LibraryModel::LibraryModel(MeetingStore& store, QObject* parent)
-    : QAbstractListModel(parent),
+    : IdListModel(parent),
       m_store(store),
       m_search(store.meetings(), SearchIndex::shared()),
-      m_ids(wantedRows()),
       m_current(store.selectedID()),
       m_anchor(m_current) {
+    replaceRows(wantedRows());
     connect(&store, &MeetingStore::meetingsChanged, this, &LibraryModel::followList);
     connect(&store, &MeetingStore::meetingInserted, this, &LibraryModel::followList);
     connect(&store, &MeetingStore::meetingChanged, this, &LibraryModel::meetingChanged);
@@ -69,11 +62,7 @@ bool LibraryModel::empty() const {
 }
 
 bool LibraryModel::noResults() const {
-    return m_ids.empty() && !empty();
-}
-
-int LibraryModel::rowCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : count();
+    return ids().empty() && !empty();
 }
 
 QVariant LibraryModel::data(const QModelIndex& index, int role) const {
@@ -167,7 +156,7 @@ void LibraryModel::applyQuery() {
     if (applied == m_applied)
         return;
     m_applied = std::move(applied);
-    if (auto wanted = wantedRows(); wanted == m_ids)
+    if (auto wanted = wantedRows(); wanted == ids())
         allChanged({SnippetRole});
     else
         replaceRows(std::move(wanted));
@@ -188,54 +177,11 @@ std::vector<Uuid> LibraryModel::wantedRows() {
     return ids;
 }
 
-/// Takes over the store's list row by row, so that what is on screen stays where it is.
 void LibraryModel::followList() {
     m_search.forget();
-    auto wanted = wantedRows();
-    const auto stays = memberOf(wanted), known = memberOf(m_ids);
-    std::vector<Uuid> kept, keptInOrder;
-    std::ranges::copy_if(m_ids, std::back_inserter(kept), stays);
-    std::ranges::copy_if(wanted, std::back_inserter(keptInOrder), known);
-    if (kept != keptInOrder) {
-        replaceRows(std::move(wanted));
-    } else {
-        for (int last = count() - 1; last >= 0; --last)
-            if (!stays(m_ids[last]))
-                last = removeRun(last, stays);
-        for (int row = 0; row < static_cast<int>(wanted.size()); ++row)
-            if (row >= count() || m_ids[row] != wanted[row])
-                row = insertRun(row, wanted, known);
-        allChanged({});
-    }
+    followRows(wantedRows());
+    allChanged();
     listChanged();
-}
-
-/// Removes the rows around and before one that does not stay; gives the first of them.
-int LibraryModel::removeRun(int last, const Membership& stays) {
-    int first = last;
-    while (first > 0 && !stays(m_ids[first - 1]))
-        --first;
-    beginRemoveRows({}, first, last);
-    m_ids.erase(m_ids.begin() + first, m_ids.begin() + last + 1);
-    endRemoveRows();
-    return first;
-}
-
-/// Inserts the wanted rows from one on that were not known; gives the last of them.
-int LibraryModel::insertRun(int first, const std::vector<Uuid>& wanted, const Membership& known) {
-    int last = first;
-    while (last + 1 < static_cast<int>(wanted.size()) && !known(wanted[last + 1]))
-        ++last;
-    beginInsertRows({}, first, last);
-    m_ids.insert(m_ids.begin() + first, wanted.begin() + first, wanted.begin() + last + 1);
-    endInsertRows();
-    return last;
-}
-
-void LibraryModel::replaceRows(std::vector<Uuid> wanted) {
-    beginResetModel();
-    m_ids = std::move(wanted);
-    endResetModel();
 }
 
 /// The rows are others now.
@@ -257,11 +203,6 @@ void LibraryModel::meetingChanged(const Uuid& id) {
         Q_EMIT dataChanged(index(row), index(row));
 }
 
-void LibraryModel::allChanged(const QList<int>& roles) {
-    if (count() > 0)
-        Q_EMIT dataChanged(index(0), index(count() - 1), roles);
-}
-
 /// "Today" has to become "Yesterday" in a window that stays open. Looked at in between too, because a timer stands
 /// still while the machine sleeps.
 void LibraryModel::scheduleMidnight() {
@@ -271,14 +212,9 @@ void LibraryModel::scheduleMidnight() {
     m_midnight.start(static_cast<int>(std::clamp<qint64>(now.msecsTo(midnight) + 50, 50, longest)));
 }
 
-int LibraryModel::rowOf(const std::optional<Uuid>& id) const {
-    const auto found = id ? std::ranges::find(m_ids, *id) : m_ids.end();
-    return found == m_ids.end() ? -1 : static_cast<int>(found - m_ids.begin());
-}
-
 const Meeting* LibraryModel::at(int row) const {
     const auto& meetings = m_store.meetings();
-    const auto& id = m_ids[row];
+    const auto& id = ids()[row];
     for (const auto place : {static_cast<std::size_t>(row), m_lastPlace})
         if (place < meetings.size() && meetings[place].id == id)
             return &meetings[place];

@@ -1,14 +1,12 @@
 #pragma once
 
-#include "MeetingCore/base/Uuid.h"
 #include "Varnet/async/TaskScope.h"
+#include "Varnet/models/IdListModel.h"
 #include "Varnet/store/LibrarySearch.h"
 
-#include <QAbstractListModel>
 #include <QTimer>
 #include <QtQml/qqmlregistration.h>
 
-#include <functional>
 #include <optional>
 #include <set>
 #include <vector>
@@ -21,7 +19,7 @@ class MeetingStore;
 /// title or transcript has the query's words. A row is worked out when it is looked at, so thousands of meetings cost
 /// nothing until they are on screen. The selected rows are the store's selection; hidden meetings are never selected.
 /// Main thread; the store must outlive it.
-class LibraryModel : public QAbstractListModel {
+class LibraryModel : public IdListModel {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Made with the window")
@@ -53,11 +51,9 @@ public:
 
     explicit LibraryModel(MeetingStore& store, QObject* parent = nullptr);
 
-    int rowCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
     QHash<int, QByteArray> roleNames() const override;
 
-    int count() const { return static_cast<int>(m_ids.size()); }
     bool empty() const;     ///< there are no meetings at all
     bool noResults() const; ///< there are, but none has the words of the query
 
@@ -93,23 +89,16 @@ Q_SIGNALS:
     void currentRowChanged();
 
 private:
-    using Membership = std::function<bool(const Uuid&)>;
-
     std::vector<Uuid> wantedRows();
     void applyQuery();
     void followList();
-    int removeRun(int last, const Membership& stays);
-    int insertRun(int first, const std::vector<Uuid>& wanted, const Membership& known);
-    void replaceRows(std::vector<Uuid> wanted);
     void listChanged();
     void meetingChanged(const Uuid& id);
     void dropHiddenFromSelection();
     void select(const std::set<Uuid>& ids, const Uuid& current);
     void setCurrent(const std::optional<Uuid>& id);
     void setRenaming(const std::optional<Uuid>& id);
-    void allChanged(const QList<int>& roles);
     void scheduleMidnight();
-    int rowOf(const std::optional<Uuid>& id) const;
     const Meeting* at(int row) const;
     bool startsDay(int row) const;
     static Task<> prepare(LibraryModel* self, std::stop_token stop);
@@ -118,7 +107,6 @@ private:
     LibrarySearch m_search;
     QString m_query;
     std::string m_applied;               ///< the query of the rows, in lower case
-    std::vector<Uuid> m_ids;             ///< the rows that views know of; the store may be one change ahead
     mutable std::size_t m_lastPlace = 0; ///< in the store's list, of the row that was looked at
     bool m_preparing = false, m_prepared = false;
     std::optional<Uuid> m_current, m_anchor, m_renaming;
