@@ -31,7 +31,7 @@ std::optional<std::string> EngineSupervisor::notesUnavailableReason() const {
     return std::nullopt;
 }
 
-Task<bool> EngineSupervisor::startNotes() {
+Task<bool> EngineSupervisor::startNotes(std::stop_token stop) {
     const QPointer<EngineSupervisor> self(this);
     if (m_recording || m_notes.isStarting())
         co_return false;
@@ -43,7 +43,7 @@ Task<bool> EngineSupervisor::startNotes() {
         scheduleNotesIdleStop();
         co_return true;
     }
-    if (!m_enabled || m_recording)
+    if (!m_enabled || m_recording || stop.stop_requested())
         co_return false;
     try {
         ensureKeyFile();

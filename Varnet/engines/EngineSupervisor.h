@@ -73,8 +73,9 @@ public:
 
     /// Adopts or starts the speech engine; returns when it is ready or that has failed.
     Task<> startSpeech();
-    /// Adopts or starts the notes engine; true when it is ready for use. False at once during a recording.
-    Task<bool> startNotes();
+    /// Adopts or starts the notes engine; true when it is ready for use. False at once during a recording. After
+    /// `stop` none is launched any more; one that comes up already is ended by `stopNotes`.
+    Task<bool> startNotes(std::stop_token stop = {});
     void stopNotes(); ///< ends an owned notes engine
     /// Begins the ten minutes anew after which an owned notes engine is stopped.
     void scheduleNotesIdleStop();

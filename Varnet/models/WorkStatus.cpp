@@ -1,7 +1,7 @@
 #include "Varnet/models/WorkStatus.h"
 
 #include "Varnet/models/Text.h"
-#include "Varnet/shell/ImportQueue.h"
+#include "Varnet/shell/AppCommands.h"
 #include "Varnet/store/MeetingStore.h"
 
 #include <QLocale>
@@ -10,20 +10,13 @@
 
 namespace varnet {
 
-WorkStatus::WorkStatus(const MeetingStore& store, const ImportQueue& queue, QObject* parent)
-    : QObject(parent), m_store(store), m_queue(queue) {
+WorkStatus::WorkStatus(const MeetingStore& store, AppCommands& commands, QObject* parent)
+    : QObject(parent), m_store(store), m_commands(commands) {
     connect(&store, &MeetingStore::audioWorkChanged, this, &WorkStatus::update);
-    connect(&store, &MeetingStore::recordingChanged, this, &WorkStatus::update);
-    connect(&store, &MeetingStore::busyChanged, this, &WorkStatus::update);
-    connect(&queue, &ImportQueue::waitingChanged, this, &WorkStatus::update);
-    connect(&store, &MeetingStore::meetingChanged, this, [this](Uuid id) {
-        if (m_store.audioWork() && m_store.audioWork()->meetingID == id)
-            update(); // its title
-    });
-}
-
-QString WorkStatus::shareText() const {
-    return measured() ? tr("%1 %").arg(QLocale().toString(m_view.percent)) : QString();
+    connect(&store, &MeetingStore::meetingChanged, this, &WorkStatus::update); // its title
+    connect(&commands, &AppCommands::recordChanged, this, &WorkStatus::update);
+    connect(&commands.imports(), &ImportQueue::waitingChanged, this, &WorkStatus::update);
+    connect(&commands.notes(), &NotesCoordinator::changed, this, &WorkStatus::update);
 }
 
 void WorkStatus::update() {
@@ -35,34 +28,55 @@ void WorkStatus::update() {
 }
 
 WorkStatus::View WorkStatus::view() const {
-    View view;
-    const int waiting = m_queue.waiting();
+    View view = m_store.audioWork() ? audioView() : m_commands.notes().meeting() ? notesView() : View();
+    const int waiting = m_commands.imports().waiting();
     view.filesWait = waiting > 0;
-    const auto& work = m_store.audioWork();
-    if (!work) {
-        if (view.filesWait)
-            view.text = waitingAlone();
-        return view;
-    }
-    const auto* meeting = m_store.meeting(work->meetingID);
-    const auto title = meeting ? toQString(meeting->title) : QString();
-    view.running = true;
-    view.cancelling = work->cancelling;
-    view.percent = work->converted && !work->cancelling ? static_cast<int>(*work->converted * 100) : 0;
-    view.text = work->cancelling  ? tr("Cancelling…")
-                : work->converted ? tr("Importing “%1”").arg(title)
-                : work->imports   ? tr("Transcribing “%1”").arg(title)
-                                  : tr("Transcribing “%1” again").arg(title);
-    if (view.filesWait)
+    if (view.filesWait && view.running)
         view.waitingText = tr("%1 more waiting").arg(QLocale().toString(waiting));
+    else if (view.filesWait)
+        view.text = waitingAlone();
     return view;
 }
 
+WorkStatus::View WorkStatus::audioView() const {
+    const auto& work = *m_store.audioWork();
+    const auto title = this->title(work.meetingID);
+    View view;
+    view.running = true;
+    view.cancelling = work.cancelling;
+    view.percent = work.converted && !work.cancelling ? static_cast<int>(*work.converted * 100) : 0;
+    if (view.percent > 0)
+        view.progress = tr("%1 %").arg(QLocale().toString(view.percent));
+    view.text = work.cancelling  ? tr("Cancelling…")
+                : work.converted ? tr("Importing “%1”").arg(title)
+                : work.imports   ? tr("Transcribing “%1”").arg(title)
+                                 : tr("Transcribing “%1” again").arg(title);
+    return view;
+}
+
+WorkStatus::View WorkStatus::notesView() const {
+    const auto& notes = m_commands.notes();
+    const auto& steps = m_store.notesSteps();
+    View view;
+    view.running = true;
+    view.cancelling = notes.cancelling();
+    view.percent = steps.current > 0 ? (steps.current - 1) * 100 / steps.count : 0;
+    view.progress = notes.progress();
+    view.text = tr("Writing notes for “%1”").arg(title(*notes.meeting()));
+    return view;
+}
+
+QString WorkStatus::title(const Uuid& id) const {
+    const auto* meeting = m_store.meeting(id);
+    return meeting ? toQString(meeting->title) : QString();
+}
+
 QString WorkStatus::waitingAlone() const {
-    const int waiting = m_queue.waiting();
-    const auto what = waiting == 1 ? tr("“%1”").arg(toQString(m_queue.first().filename().string()))
+    const auto& queue = m_commands.imports();
+    const int waiting = queue.waiting();
+    const auto what = waiting == 1 ? tr("“%1”").arg(toQString(queue.first().filename().string()))
                                    : tr("%1 files").arg(QLocale().toString(waiting));
-    switch (m_queue.obstacle()) {
+    switch (queue.obstacle()) {
     case ImportQueue::Obstacle::recording:
         return tr("%1 will be imported after the recording").arg(what);
     case ImportQueue::Obstacle::engine:

@@ -1,16 +1,18 @@
 #pragma once
 
+#include "MeetingCore/base/Uuid.h"
+
 #include <QObject>
 #include <QString>
 #include <QtQml/qqmlregistration.h>
 
 namespace varnet {
 
-class ImportQueue;
+class AppCommands;
 class MeetingStore;
 
-/// What the strip above the content says about saved audio on its way to a transcript, and about the files that wait.
-/// Main thread; both objects must outlive it.
+/// What the strip above the content says about saved audio on its way to a transcript, about notes that are being
+/// written, and about the files that wait. Main thread; both objects must outlive it.
 class WorkStatus : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -22,11 +24,11 @@ class WorkStatus : public QObject {
     Q_PROPERTY(bool measured READ measured NOTIFY changed)
     Q_PROPERTY(double share READ share NOTIFY changed)
     Q_PROPERTY(QString text READ text NOTIFY changed)
-    Q_PROPERTY(QString shareText READ shareText NOTIFY changed)
+    Q_PROPERTY(QString progress READ progress NOTIFY changed)
     Q_PROPERTY(QString waitingText READ waitingText NOTIFY changed)
 
 public:
-    WorkStatus(const MeetingStore& store, const ImportQueue& queue, QObject* parent = nullptr);
+    WorkStatus(const MeetingStore& store, AppCommands& commands, QObject* parent = nullptr);
 
     bool showing() const { return m_view.running || m_view.filesWait; }
     bool running() const { return m_view.running; }       ///< something can be cancelled
@@ -35,7 +37,7 @@ public:
     bool measured() const { return m_view.percent > 0; }       ///< how far it is, is known
     double share() const { return m_view.percent / 100.0; }    ///< 0 to 1, in hundredths
     QString text() const { return m_view.text; }               ///< such as "Importing “Q3 review”"
-    QString shareText() const;                                 ///< such as "45 %"; empty unless measured
+    QString progress() const { return m_view.progress; }       ///< such as "45 %" or "Generating part 2 of 5"
     QString waitingText() const { return m_view.waitingText; } ///< such as "2 more waiting"; empty for none
 
 Q_SIGNALS:
@@ -48,17 +50,21 @@ private:
         bool filesWait = false;
         int percent = 0;
         QString text;
+        QString progress;
         QString waitingText;
 
         bool operator==(const View&) const = default;
     };
 
     View view() const;
+    View audioView() const;
+    View notesView() const;
+    QString title(const Uuid& meeting) const;
     QString waitingAlone() const;
     void update();
 
     const MeetingStore& m_store;
-    const ImportQueue& m_queue;
+    AppCommands& m_commands;
     View m_view;
 };
 

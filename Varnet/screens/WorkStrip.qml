@@ -2,7 +2,8 @@ import QtQuick
 import QtQuick.Layouts
 import Varnet
 
-// Saved audio on its way to a transcript: what is being done, how far it is, what waits, and a way to call it off.
+// Saved audio on its way to a transcript, or notes that are being written: what is being done, how far it is, what waits,
+// and a way to call it off.
 Rectangle {
     id: root
 
@@ -50,14 +51,14 @@ Rectangle {
 
                 ThemedText {
                     Accessible.ignored: true
-                    text: root.work.shareText
+                    text: root.work.progress
                     type: Theme.caption
                     visible: text !== ""
                 }
             }
 
             WorkBar {
-                Accessible.description: root.work.shareText
+                Accessible.description: root.work.progress
                 Accessible.name: root.work.text
                 Layout.fillWidth: true
                 indeterminate: !root.work.measured
@@ -76,13 +77,13 @@ Rectangle {
                 enabled: !root.work.cancelling
                 text: qsTr("Cancel")
                 visible: root.work.running
-                onClicked: root.commands.cancelAudioWork()
+                onClicked: root.commands.cancelWork()
             }
 
             PlainButton {
                 text: root.work.running ? qsTr("Cancel all") : qsTr("Cancel")
                 visible: root.work.filesWait
-                onClicked: root.commands.cancelAllAudioWork()
+                onClicked: root.commands.cancelAllWork()
             }
         }
     }

@@ -32,13 +32,19 @@ AppCommands::AppCommands(MeetingStore& store, EngineSupervisor& engines, AppRout
     connect(&store, &MeetingStore::recordingChanged, this, &AppCommands::recordChanged);
     connect(&store, &MeetingStore::busyChanged, this, &AppCommands::recordChanged);
     connect(&engines, &EngineSupervisor::speechChanged, this, &AppCommands::recordChanged);
+    connect(&engines, &EngineSupervisor::restartPendingChanged, this, &AppCommands::recordChanged);
     connect(&store, &MeetingStore::selectedIDChanged, this, &AppCommands::deleteChanged);
     connect(&store, &MeetingStore::librarySelectionChanged, this, &AppCommands::deleteChanged);
     connect(&router, &AppRouter::pageChanged, this, &AppCommands::deleteChanged);
     for (const auto signal : {&MeetingStore::recordingChanged, &MeetingStore::busyChanged,
-                              &MeetingStore::selectedIDChanged, &MeetingStore::meetingsChanged})
+                              &MeetingStore::selectedIDChanged, &MeetingStore::meetingsChanged}) {
         connect(&store, signal, this, &AppCommands::transcribeAgainChanged);
+        connect(&store, signal, this, &AppCommands::notesChanged);
+    }
     connect(&store, &MeetingStore::meetingChanged, this, &AppCommands::transcribeAgainChanged);
+    connect(&store, &MeetingStore::meetingChanged, this, &AppCommands::notesChanged);
+    connect(&m_notes, &NotesCoordinator::changed, this, &AppCommands::notesChanged);
+    connect(&m_notes, &NotesCoordinator::aboutToWrite, this, &AppCommands::aboutToAct);
     connect(&store, &MeetingStore::selectedIDChanged, this, &AppCommands::dismissTranscribeAgain);
     connect(&m_undoStack, &QUndoStack::indexChanged, this, &AppCommands::undoChanged);
 }
@@ -89,6 +95,43 @@ bool AppCommands::deleteEnabled() const {
 bool AppCommands::transcribeAgainEnabled() const {
     const auto* meeting = m_store.selected();
     return meeting && !m_store.busy() && !m_store.recording() && m_store.audioURL(*meeting);
+}
+
+/// Why the notes of the selected meeting cannot be written now; empty when they can.
+QString AppCommands::notesObstacle() const {
+    const auto* meeting = m_store.selected();
+    if (!meeting || meeting->turns.empty())
+        return tr("There is no transcript to write notes from");
+    if (!m_store.writable())
+        return tr("This library cannot be changed");
+    if (m_store.recording())
+        return tr("Notes can be written after the recording");
+    if (writingNotes())
+        return tr("The notes are being written");
+    if (m_store.busy() || m_notes.meeting())
+        return tr("Notes can be written when the present work is done");
+    return {};
+}
+
+bool AppCommands::writeNotesEnabled() const {
+    return notesObstacle().isEmpty();
+}
+
+QString AppCommands::writeNotesHint() const {
+    if (const auto obstacle = notesObstacle(); !obstacle.isEmpty())
+        return obstacle;
+    return m_store.selected()->generatedNotes
+               ? tr("Drafts new notes from the transcript; the present draft is kept in the version history")
+               : tr("Drafts notes from the transcript with the model on this computer");
+}
+
+bool AppCommands::writingNotes() const {
+    const auto meeting = m_notes.meeting();
+    return meeting && meeting == m_store.selectedID();
+}
+
+QString AppCommands::notesProgress() const {
+    return writingNotes() ? m_notes.progress() : QString();
 }
 
 QString AppCommands::undoText() const {
@@ -151,6 +194,15 @@ void AppCommands::dismissTranscribeAgain() {
     m_router.setRetrying({});
 }
 
+void AppCommands::writeNotes() {
+    if (writeNotesEnabled())
+        m_notes.write(*m_store.selectedID());
+}
+
+void AppCommands::cancelNotes() {
+    m_notes.cancel();
+}
+
 void AppCommands::exportSelected(const QUrl& file) {
     Q_EMIT aboutToAct();
     m_store.exportSelected(std::filesystem::path(toUtf8(file.toLocalFile())));
@@ -179,13 +231,16 @@ void AppCommands::importFailed(const QString& reason) {
     m_store.setError(toUtf8(reason));
 }
 
-void AppCommands::cancelAudioWork() {
-    m_store.cancelAudioWork();
+void AppCommands::cancelWork() {
+    if (m_store.audioWork())
+        m_store.cancelAudioWork();
+    else
+        m_notes.cancel();
 }
 
-void AppCommands::cancelAllAudioWork() {
+void AppCommands::cancelAllWork() {
     m_imports.clear();
-    cancelAudioWork();
+    cancelWork();
 }
 
 std::set<Uuid> AppCommands::chosen() const {

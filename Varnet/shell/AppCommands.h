@@ -3,6 +3,7 @@
 #include "MeetingCore/base/Uuid.h"
 #include "Varnet/async/TaskScope.h"
 #include "Varnet/shell/ImportQueue.h"
+#include "Varnet/shell/NotesCoordinator.h"
 
 #include <QList>
 #include <QObject>
@@ -34,6 +35,10 @@ class AppCommands : public QObject {
     Q_PROPERTY(QString importFilter READ importFilter CONSTANT)
     Q_PROPERTY(bool deleteEnabled READ deleteEnabled NOTIFY deleteChanged)
     Q_PROPERTY(bool transcribeAgainEnabled READ transcribeAgainEnabled NOTIFY transcribeAgainChanged)
+    Q_PROPERTY(bool writeNotesEnabled READ writeNotesEnabled NOTIFY notesChanged)
+    Q_PROPERTY(QString writeNotesHint READ writeNotesHint NOTIFY notesChanged)
+    Q_PROPERTY(bool writingNotes READ writingNotes NOTIFY notesChanged)
+    Q_PROPERTY(QString notesProgress READ notesProgress NOTIFY notesChanged)
     Q_PROPERTY(bool canUndo READ canUndo NOTIFY undoChanged)
     Q_PROPERTY(bool canRedo READ canRedo NOTIFY undoChanged)
     Q_PROPERTY(QString undoText READ undoText NOTIFY undoChanged)
@@ -50,6 +55,10 @@ public:
     QString importFilter() const; ///< names the kinds of files that a picker shows
     bool deleteEnabled() const;   ///< there is something to delete; what stands against it is said when it is tried
     bool transcribeAgainEnabled() const; ///< the selected meeting has audio, and nothing else uses the engine
+    bool writeNotesEnabled() const;      ///< the selected meeting has a transcript, and nothing else is being done
+    QString writeNotesHint() const;      ///< what writing notes does, or why it cannot be done now
+    bool writingNotes() const;           ///< for the selected meeting, from the start of the engine on
+    QString notesProgress() const;       ///< how far the notes of the selected meeting are, in words; empty for none
     bool canUndo() const { return m_undoStack.canUndo(); }
     bool canRedo() const { return m_undoStack.canRedo(); }
     QString undoText() const; ///< such as "Undo Delete Meeting"; "Undo" while there is nothing to undo
@@ -70,6 +79,10 @@ public:
     Q_INVOKABLE void askToTranscribeAgain();
     Q_INVOKABLE void transcribeAgain();
     Q_INVOKABLE void dismissTranscribeAgain();
+    /// Has the local model write the notes of the selected meeting.
+    Q_INVOKABLE void writeNotes();
+    /// Ends the writing of notes, for whichever meeting it is.
+    Q_INVOKABLE void cancelNotes();
     /// Writes the selected meeting as Markdown.
     Q_INVOKABLE void exportSelected(const QUrl& file);
 
@@ -81,10 +94,10 @@ public:
     Q_INVOKABLE bool canImport(const QList<QUrl>& addresses) const;
     /// What picks a file could not be presented.
     Q_INVOKABLE void importFailed(const QString& reason);
-    /// Ends the import or the transcription that runs.
-    Q_INVOKABLE void cancelAudioWork();
+    /// Ends the import or the transcription that runs, or the writing of notes.
+    Q_INVOKABLE void cancelWork();
     /// The same, and forgets the files that wait.
-    Q_INVOKABLE void cancelAllAudioWork();
+    Q_INVOKABLE void cancelAllWork();
 
     /// On the library page deletes the selected rows; on a meeting's page that meeting, and then shows the library.
     Q_INVOKABLE void deleteSelected();
@@ -98,11 +111,13 @@ public:
     Q_INVOKABLE void dismissUndo();
 
     ImportQueue& imports() { return m_imports; }
+    const NotesCoordinator& notes() const { return m_notes; }
 
 Q_SIGNALS:
     void recordChanged();
     void deleteChanged();
     void transcribeAgainChanged();
+    void notesChanged();
     void undoChanged();
     /// A command looks at meetings or changes them now: a title, a turn or notes that are being edited must be handed
     /// in before this returns.
@@ -110,12 +125,14 @@ Q_SIGNALS:
 
 private:
     std::set<Uuid> chosen() const;
+    QString notesObstacle() const;
 
     MeetingStore& m_store;
     EngineSupervisor& m_engines;
     AppRouter& m_router;
     QUndoStack m_undoStack;
     ImportQueue m_imports{m_store, m_engines, m_router};
+    NotesCoordinator m_notes{m_store, m_engines};
     TaskScope m_tasks{"Commands"};
 };
 

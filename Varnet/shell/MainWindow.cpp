@@ -55,7 +55,7 @@ MainWindow::MainWindow(VarnetApp& app, std::unique_ptr<QQmlApplicationEngine> sc
       m_toast(app.store()),
       m_sidebar(app.store(), app.engines(), m_clock),
       m_banner(app.store()),
-      m_work(app.store(), app.commands().imports()),
+      m_work(app.store(), app.commands()),
       m_engine(screens ? std::move(screens) : loadScreens()) {
     connect(&app.delegate(), &MeetingAppDelegate::askingToSaveChanged, this, [this] {
         if (m_app.delegate().askingToSave())
