@@ -1,7 +1,6 @@
 #include "MeetingCore/notes/DraftBuilder.h"
 
 #include "MeetingCore/base/Assert.h"
-#include "MeetingCore/notes/NoteGrounding.h"
 
 #include <utility>
 
@@ -12,31 +11,33 @@ namespace {
 constexpr int reach = 3;
 constexpr int maxRun = 4;
 
-bool belongsTo(NotesPass pass, NoteItem::Kind kind) {
-    return (kind == NoteItem::Kind::action) == (pass == NotesPass::actions);
+bool belongsTo(NotesPass pass, const NoteItem& item) {
+    return (item.kind == NoteItem::Kind::action) == (pass == NotesPass::actions);
 }
 
 } // namespace
 
 DraftBuilder::DraftBuilder(const Meeting& meeting)
     : m_sources(NoteGrounding::sources(meeting)),
-      m_chunks(NoteGrounding::chunks(m_sources, chunkLimit)),
-      m_hash(NoteGrounding::hash(m_sources)) {}
+      m_index(m_sources),
+      m_encoded(NoteGrounding::encoded(m_sources, chunkLimit)) {
+    if (m_sources.empty())
+        throw NotesFailure(NotesFailure::Kind::emptyTranscript);
+}
 
 DraftBuilder::Step DraftBuilder::step(std::size_t index) const {
     VARNET_ASSERT(index < stepCount());
-    return {index % 2 == 0 ? NotesPass::actions : NotesPass::context, m_chunks[index / 2]};
+    return {index % 2 == 0 ? NotesPass::actions : NotesPass::context, m_encoded.chunks[index / 2]};
 }
 
 std::vector<std::string> DraftBuilder::take(NotesPass pass, NoteResponse answer) {
-    std::vector<std::string> failures;
+    std::erase_if(answer.items, [pass](const NoteItem& item) { return !belongsTo(pass, item); });
     auto items = NoteGrounding::normalizeMissingAssignments(std::move(answer.items));
-    items = NoteGrounding::repairEvidence(std::move(items), m_sources, reach, maxRun);
+    items = NoteGrounding::repairEvidence(std::move(items), m_index, reach, maxRun);
+    std::vector<std::string> failures;
     for (NoteItem& item : items) {
-        if (!belongsTo(pass, item.kind))
-            continue;
         try {
-            NoteGrounding::validate({&item, 1}, m_sources);
+            NoteGrounding::validate({&item, 1}, m_index);
         } catch (const NotesFailure& failure) {
             if (!m_firstFailure)
                 m_firstFailure = failure;
@@ -56,10 +57,10 @@ GeneratedNotes DraftBuilder::finish(std::string model, Date createdAt) && {
     GeneratedNotes draft;
     draft.items = std::move(m_items);
     draft.sources = std::move(m_sources);
-    draft.transcriptHash = std::move(m_hash);
+    draft.transcriptHash = std::move(m_encoded.hash);
     draft.model = std::move(model);
     draft.createdAt = createdAt;
-    draft.chunks = static_cast<std::int64_t>(m_chunks.size());
+    draft.chunks = static_cast<std::int64_t>(m_encoded.chunks.size());
     draft.droppedItems = m_dropped;
     return draft;
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "MeetingCore/notes/IndexedSources.h"
+#include "MeetingCore/notes/NoteGrounding.h"
 #include "MeetingCore/notes/NotesFailure.h"
 #include "MeetingCore/records/GeneratedNotes.h"
 #include "MeetingCore/records/Meeting.h"
@@ -34,9 +36,11 @@ public:
 
     /// Throws NotesFailure (emptyTranscript) for a meeting without words, JsonFailure for times that cannot be stored.
     explicit DraftBuilder(const Meeting& meeting);
+    DraftBuilder(DraftBuilder&&) = default; // a copy's index would refer to the original's sources
+    DraftBuilder& operator=(DraftBuilder&&) = default;
 
     /// Two to each group of sources, which come in order: its actions first.
-    std::size_t stepCount() const { return 2 * m_chunks.size(); }
+    std::size_t stepCount() const { return 2 * m_encoded.chunks.size(); }
     Step step(std::size_t index) const;
 
     /// Takes over the points of an answer that belong to the pass and are carried by their quotes; a point that is
@@ -48,8 +52,8 @@ public:
 
 private:
     std::vector<NoteSource> m_sources;
-    std::vector<std::vector<NoteSource>> m_chunks;
-    std::string m_hash;
+    IndexedSources m_index;
+    NoteGrounding::Encoded m_encoded;
     std::vector<NoteItem> m_items;
     std::unordered_set<std::string> m_ids;
     std::optional<NotesFailure> m_firstFailure;

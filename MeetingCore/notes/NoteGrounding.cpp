@@ -5,14 +5,10 @@
 #include "MeetingCore/base/Text.h"
 #include "MeetingCore/records/MeetingJson.h"
 
-#include <unicode/regex.h>
-#include <unicode/uchar.h>
-
 #include <algorithm>
 #include <array>
-#include <memory>
 #include <optional>
-#include <unordered_map>
+#include <utility>
 
 namespace varnet::NoteGrounding {
 
@@ -23,65 +19,64 @@ constexpr std::size_t maximumSourceBytes = 1800;
 constexpr std::array<std::string_view, 8> placeholders{"not specified", "not stated", "unknown", "unassigned",
                                                        "unspecified",   "none",       "n/a",     "null"};
 
-using SourcesByID = std::unordered_map<std::string_view, const NoteSource*>;
-
-icu::UnicodeString utf16(const std::string& text) {
-    return icu::UnicodeString::fromUTF8(text);
+/// Whether all white space inside of the text is single blanks, as in nearly every text of a transcript. No may mean
+/// that the text has to be looked at more closely. Both ends are other characters.
+bool isPlain(std::string_view text) {
+    const auto* bytes = reinterpret_cast<const unsigned char*>(text.data());
+    bool odd = false;
+    for (std::size_t i = 0; i + 2 < text.size(); ++i) { // vectorised, and so without short cuts
+        const unsigned char byte = bytes[i], next = bytes[i + 1], last = bytes[i + 2];
+        odd |= (next < ' ') | ((byte == ' ') & (next == ' '));
+        // U+0085 and U+00A0, U+1680, U+2000 to U+205F, U+3000
+        odd |= ((byte == 0xC2) & ((next == 0x85) | (next == 0xA0))) | ((byte == 0xE1) & (next == 0x9A)) |
+               ((byte == 0xE2) & ((last <= 0x8A) | (last >= 0x9F))) | ((byte == 0xE3) & (next == 0x80));
+    }
+    return !odd;
 }
 
-/// Whether the character belongs to [\p{L}\p{N}] where case does not matter: those classes, and the iota subscript,
-/// which is a mark that has the letter iota as its upper case.
-bool isLetterOrNumber(UChar32 character) {
-    constexpr UChar32 iotaSubscript = 0x345;
-    return (U_GET_GC_MASK(character) & (U_GC_L_MASK | U_GC_N_MASK)) != 0 || character == iotaSubscript;
-}
+/// SHA-256 of an array in JSON that comes in parts, each an array itself. An array is its elements, a comma between any
+/// two of them, and its brackets.
+class ArrayHash {
+public:
+    ArrayHash() { m_hash.add("["); }
 
-/// Whether a speaker of these words takes something on.
-bool isCommitment(const std::string& words) {
-    static const std::unique_ptr<const icu::RegexPattern> pattern = [] {
-        UErrorCode status = U_ZERO_ERROR;
-        std::unique_ptr<const icu::RegexPattern> compiled(icu::RegexPattern::compile(
-            icu::UnicodeString::fromUTF8(R"((?i)(?<![\p{L}\p{N}])I(?: will\b|['’]ll\b| am going to\b|['’]m going to\b)"
-                                         R"(| commit to\b| take responsibility\b))"),
-            0, status));
-        VARNET_ASSERT(U_SUCCESS(status));
-        return compiled;
-    }();
-    UErrorCode status = U_ZERO_ERROR;
-    const icu::UnicodeString input = utf16(words);
-    const std::unique_ptr<icu::RegexMatcher> matcher(pattern->matcher(input, status));
-    VARNET_ASSERT(U_SUCCESS(status));
-    const bool found = matcher->find(status);
-    VARNET_ASSERT(U_SUCCESS(status));
-    return found;
-}
+    void add(std::string_view part) {
+        if (!std::exchange(m_empty, false))
+            m_hash.add(",");
+        m_hash.add(part.substr(1, part.size() - brackets));
+    }
+
+    std::string finish() {
+        m_hash.add("]");
+        return m_hash.finish();
+    }
+
+    static constexpr std::size_t brackets = 2;
+
+private:
+    Sha256 m_hash;
+    bool m_empty = true;
+};
 
 void removePlaceholder(std::optional<std::string>& assignment) {
     if (assignment && std::ranges::find(placeholders, lowerCased(normalized(*assignment))) != placeholders.end())
         assignment.reset();
 }
 
-SourcesByID indexed(std::span<const NoteSource> sources) {
-    SourcesByID byID;
-    for (const NoteSource& source : sources)
-        VARNET_ASSERT(byID.emplace(source.id, &source).second);
-    return byID;
-}
-
-void requireQuote(const NoteEvidence& evidence, const SourcesByID& byID) {
-    const auto source = byID.find(evidence.source);
+void requireQuote(const NoteEvidence& evidence, const IndexedSources& sources) {
+    const NoteSource* source = sources.find(evidence.source);
     const std::string quote = normalized(evidence.quote);
-    if (source == byID.end() || quote.empty() || normalized(source->second->text).find(quote) == std::string::npos)
+    if (!source || quote.empty() || normalized(source->text).find(quote) == std::string::npos)
         throw NotesFailure(NotesFailure::Kind::invalidEvidence, "quote does not match " + evidence.source);
 }
 
 /// Whether a quote names the owner, or the owner says in it that they will do it.
-bool isOwnerSupported(const NoteItem& item, const SourcesByID& byID) {
+bool isOwnerSupported(const NoteItem& item, const IndexedSources& sources) {
     const std::string owner = normalized(*item.owner);
     return !owner.empty() && std::ranges::any_of(item.evidence, [&](const NoteEvidence& evidence) {
         return containsPhrase(evidence.quote, owner) ||
-               (equalIgnoringCase(normalized(byID.at(evidence.source)->speaker), owner) &&
-                isCommitment(normalized(evidence.quote)));
+               (equalIgnoringCase(normalized(sources.find(evidence.source)->speaker), owner) &&
+                isCommitment(evidence.quote));
     });
 }
 
@@ -91,16 +86,16 @@ bool isDueSupported(const NoteItem& item) {
     });
 }
 
-void validateItem(const NoteItem& item, const SourcesByID& byID) {
+void validateItem(const NoteItem& item, const IndexedSources& sources) {
     if (isBlank(item.text) || item.evidence.empty())
         throw NotesFailure(NotesFailure::Kind::invalidEvidence, "missing claim or citation");
     for (const NoteEvidence& evidence : item.evidence)
-        requireQuote(evidence, byID);
+        requireQuote(evidence, sources);
 
     const bool isAction = item.kind == NoteItem::Kind::action;
     if (!isAction && (item.owner || item.due))
         throw NotesFailure(NotesFailure::Kind::unsupportedAssignment, item.text);
-    if (item.owner && !isOwnerSupported(item, byID))
+    if (item.owner && !isOwnerSupported(item, sources))
         throw NotesFailure(NotesFailure::Kind::unsupportedAssignment, *item.owner);
     if (item.due && !isDueSupported(item))
         throw NotesFailure(NotesFailure::Kind::unsupportedAssignment, *item.due);
@@ -133,51 +128,56 @@ std::vector<std::vector<NoteSource>> chunks(std::span<const NoteSource> sources,
     if (sources.empty())
         throw NotesFailure(NotesFailure::Kind::emptyTranscript);
     std::vector<std::vector<NoteSource>> groups;
-    // An array is its elements, a comma between any two of them, and its brackets.
-    constexpr std::size_t brackets = 2;
-    std::size_t size = 0;
-    for (const NoteSource& source : sources) {
-        const std::size_t alone = encodeSources({&source, 1}).size();
-        const std::size_t extended = size + alone - brackets + 1;
-        const bool opens = groups.empty() || extended > limit;
-        size = opens ? alone : extended;
-        if (opens)
-            groups.emplace_back();
-        groups.back().push_back(source);
-    }
+    for (const auto chunk : encoded(sources, limit).chunks)
+        groups.emplace_back(chunk.begin(), chunk.end());
     return groups;
 }
 
 std::string hash(std::span<const NoteSource> sources) {
     // In parts, so that a long transcript does not stand in memory once more.
     constexpr std::size_t partCount = 32;
-    Sha256 digest;
-    digest.add("[");
-    for (std::size_t begin = 0; begin < sources.size(); begin += partCount) {
-        const std::string part = encodeSources(sources.subspan(begin, std::min(partCount, sources.size() - begin)));
-        if (begin > 0)
-            digest.add(",");
-        digest.add(std::string_view(part).substr(1, part.size() - 2)); // without the brackets
+    ArrayHash whole;
+    for (std::size_t begin = 0; begin < sources.size(); begin += partCount)
+        whole.add(encodeSources(sources.subspan(begin, std::min(partCount, sources.size() - begin))));
+    return whole.finish();
+}
+
+Encoded encoded(std::span<const NoteSource> sources, std::size_t limit) {
+    Encoded result;
+    ArrayHash whole;
+    std::size_t size = 0; // of the last group's array
+    for (const NoteSource& source : sources) {
+        const std::string alone = encodeSources({&source, 1});
+        whole.add(alone);
+        const std::size_t extended = size + alone.size() - ArrayHash::brackets + 1;
+        if (result.chunks.empty() || extended > limit) {
+            result.chunks.emplace_back(&source, 1);
+            size = alone.size();
+        } else {
+            result.chunks.back() = {result.chunks.back().data(), result.chunks.back().size() + 1};
+            size = extended;
+        }
     }
-    digest.add("]");
-    return digest.finish();
+    result.hash = whole.finish();
+    return result;
 }
 
 std::string normalized(std::string_view text) {
+    while (const std::size_t length = leadingWhiteSpace(text))
+        text.remove_prefix(length);
+    while (const std::size_t length = trailingWhiteSpace(text))
+        text.remove_suffix(length);
+    if (isPlain(text))
+        return std::string(text);
     std::string result;
     result.reserve(text.size());
     while (!text.empty()) {
-        if (const std::size_t space = leadingWhiteSpace(text)) {
-            text.remove_prefix(space);
-            continue;
-        }
-        std::size_t length = 1;
-        while (length < text.size() && leadingWhiteSpace(text.substr(length)) == 0)
-            ++length;
-        if (!result.empty())
+        const std::size_t space = leadingWhiteSpace(text);
+        if (space == 0)
+            result += text.front();
+        else if (result.back() != ' ')
             result += ' ';
-        result += text.substr(0, length);
-        text.remove_prefix(length);
+        text.remove_prefix(std::max<std::size_t>(space, 1));
     }
     return result;
 }
@@ -191,30 +191,12 @@ std::vector<NoteItem> normalizeMissingAssignments(std::vector<NoteItem> items) {
 }
 
 void validate(std::span<const NoteItem> items, std::span<const NoteSource> sources) {
-    const SourcesByID byID = indexed(sources);
-    for (const NoteItem& item : items)
-        validateItem(item, byID);
+    validate(items, IndexedSources(sources));
 }
 
-bool containsPhrase(std::string_view text, std::string_view phrase) {
-    const icu::UnicodeString input = utf16(normalized(text));
-    // Only the phrase is compiled: the classes around it would take a thousand times as long. A start has one match at
-    // most, so that one between the wrong neighbours means the next start.
-    UErrorCode status = U_ZERO_ERROR;
-    icu::RegexMatcher matcher(utf16(normalized(phrase)), input, UREGEX_LITERAL | UREGEX_CASE_INSENSITIVE, status);
-    std::int32_t from = 0;
-    while (matcher.find(from, status)) {
-        const std::int32_t begin = matcher.start(status);
-        const std::int32_t end = matcher.end(status);
-        if ((begin == 0 || !isLetterOrNumber(input.char32At(begin - 1))) &&
-            (end == input.length() || !isLetterOrNumber(input.char32At(end))))
-            return true;
-        if (begin == input.length())
-            break;
-        from = input.moveIndex32(begin, 1);
-    }
-    VARNET_ASSERT(U_SUCCESS(status));
-    return false;
+void validate(std::span<const NoteItem> items, const IndexedSources& sources) {
+    for (const NoteItem& item : items)
+        validateItem(item, sources);
 }
 
 } // namespace varnet::NoteGrounding

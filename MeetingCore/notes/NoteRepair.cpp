@@ -74,51 +74,66 @@ std::string_view withoutBlanks(std::string_view text) {
     return text;
 }
 
-/// The quote cut where one source ends and the next begins, if it stands in the run and each of them has a part of it;
-/// else nothing. `texts` are those of the run, normalized.
-std::vector<NoteEvidence> cutAlong(std::span<const NoteSource> run, std::span<const std::string> texts,
-                                   std::string_view quote) {
-    std::string joined;
-    for (const std::string& text : texts) {
-        if (&text != &texts.front())
-            joined += ' ';
-        joined += text;
+/// Neighbouring sources with their normalized texts in a row, a blank between any two of them.
+class Window {
+public:
+    explicit Window(std::span<const NoteSource> sources) : m_sources(sources) {
+        for (const NoteSource& source : sources) {
+            m_begins.push_back(m_joined.size());
+            m_joined.append(NoteGrounding::normalized(source.text)) += ' ';
+        }
+        m_begins.push_back(m_joined.size());
     }
-    const std::size_t begin = joined.find(quote);
-    if (begin == std::string::npos)
-        return {};
-    const std::size_t end = begin + quote.size();
-    std::vector<NoteEvidence> parts;
-    std::size_t textBegin = 0;
-    for (std::size_t i = 0; i < run.size(); ++i) {
-        const std::size_t textEnd = textBegin + texts[i].size();
-        const std::size_t from = std::max(begin, textBegin);
-        const std::size_t to = std::min(end, textEnd);
-        if (from < to)
-            if (const auto part = withoutBlanks(std::string_view(joined).substr(from, to - from)); !part.empty())
-                parts.push_back({run[i].id, std::string(part)});
-        textBegin = textEnd + 1;
+
+    std::size_t size() const { return m_sources.size(); }
+    bool contains(std::string_view quote) const { return m_joined.find(quote) != std::string::npos; }
+
+    /// The quote cut where one source ends and the next begins, if it stands in the run of so many sources and each of
+    /// them has a part of it; else nothing.
+    std::vector<NoteEvidence> cut(std::string_view quote, std::size_t start, std::size_t length) const {
+        const std::size_t found = run(start, length).find(quote);
+        if (found == std::string_view::npos)
+            return {};
+        const std::size_t begin = m_begins[start] + found;
+        const std::size_t end = begin + quote.size();
+        std::vector<NoteEvidence> parts;
+        for (std::size_t i = start; i < start + length; ++i) {
+            const std::size_t from = std::max(begin, m_begins[i]);
+            const std::size_t to = std::min(end, m_begins[i + 1] - 1);
+            if (from < to)
+                if (const auto part = withoutBlanks(std::string_view(m_joined).substr(from, to - from)); !part.empty())
+                    parts.push_back({m_sources[i].id, std::string(part)});
+        }
+        if (parts.size() != length)
+            parts.clear();
+        return parts;
     }
-    if (parts.size() != run.size())
-        parts.clear();
-    return parts;
-}
+
+private:
+    std::string_view run(std::size_t start, std::size_t length) const {
+        const std::size_t begin = m_begins[start];
+        return std::string_view(m_joined).substr(begin, m_begins[start + length] - 1 - begin);
+    }
+
+    std::span<const NoteSource> m_sources;
+    std::string m_joined;
+    std::vector<std::size_t> m_begins; ///< of each text, and where one more would begin
+};
 
 /// Looks for the quote in the runs that begin near the named source: the shortest run first, then the nearest.
 std::vector<NoteEvidence> searchNearby(std::string_view quote, std::size_t named, std::span<const NoteSource> sources,
                                        std::size_t reach, std::size_t maxRun) {
     const std::size_t first = named - std::min(reach, named);
     const std::size_t last = named + std::min(reach, sources.size() - 1 - named);
-    const auto window = sources.subspan(first, std::min(last - first + maxRun, sources.size() - first));
-    std::vector<std::string> texts;
-    for (const NoteSource& source : window)
-        texts.push_back(normalized(source.text));
+    const Window window(sources.subspan(first, std::min(last - first + maxRun, sources.size() - first)));
+    if (!window.contains(quote)) // and so none of its runs does
+        return {};
 
     for (std::size_t length = 1; length <= std::min(maxRun, window.size()); ++length) {
         const auto at = [&](std::size_t start) -> std::vector<NoteEvidence> {
             if (start + length > window.size())
                 return {};
-            return cutAlong(window.subspan(start, length), std::span(texts).subspan(start, length), quote);
+            return window.cut(quote, start, length);
         };
         const std::size_t middle = named - first;
         for (std::size_t distance = 0; distance <= std::max(middle, last - named); ++distance) {
@@ -133,21 +148,19 @@ std::vector<NoteEvidence> searchNearby(std::string_view quote, std::size_t named
     return {};
 }
 
-std::vector<NoteEvidence> repaired(const NoteEvidence& evidence, std::span<const NoteSource> sources, int reach,
-                                   int maxRun) {
+std::vector<NoteEvidence> repaired(const NoteEvidence& evidence, const IndexedSources& sources, int reach, int maxRun) {
     const std::string quote = normalized(withoutLabel(evidence.quote));
-    const auto named = std::ranges::find(sources, evidence.source, &NoteSource::id);
-    if (evidence.source.empty() || quote.empty() || named == sources.end())
+    const auto named = sources.position(evidence.source);
+    if (evidence.source.empty() || quote.empty() || !named)
         return {evidence};
-    if (normalized(named->text).find(quote) != std::string::npos)
+    const auto all = sources.all();
+    if (normalized(all[*named].text).find(quote) != std::string::npos)
         return {{evidence.source, quote}};
     if (reach < 0 || maxRun < 1)
         return {evidence};
     // No more than there are, so that sums stay small.
-    const std::size_t count = sources.size();
-    auto parts = searchNearby(quote, static_cast<std::size_t>(named - sources.begin()), sources,
-                              std::min(count, static_cast<std::size_t>(reach)),
-                              std::min(count, static_cast<std::size_t>(maxRun)));
+    auto parts = searchNearby(quote, *named, all, std::min(all.size(), static_cast<std::size_t>(reach)),
+                              std::min(all.size(), static_cast<std::size_t>(maxRun)));
     if (parts.empty())
         return {evidence};
     return parts;
@@ -156,6 +169,11 @@ std::vector<NoteEvidence> repaired(const NoteEvidence& evidence, std::span<const
 } // namespace
 
 std::vector<NoteItem> repairEvidence(std::vector<NoteItem> items, std::span<const NoteSource> sources, int reach,
+                                     int maxRun) {
+    return repairEvidence(std::move(items), IndexedSources(sources), reach, maxRun);
+}
+
+std::vector<NoteItem> repairEvidence(std::vector<NoteItem> items, const IndexedSources& sources, int reach,
                                      int maxRun) {
     for (NoteItem& item : items) {
         std::vector<NoteEvidence> evidence;
