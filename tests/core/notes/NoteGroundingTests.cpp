@@ -2,6 +2,11 @@
 #include "MeetingCore/records/MeetingJson.h"
 
 #include <gtest/gtest.h>
+#include <unicode/regex.h>
+#include <unicode/uchar.h>
+
+#include <memory>
+#include <random>
 
 using namespace varnet;
 
@@ -21,6 +26,29 @@ std::vector<NoteSource> spoken(const std::vector<std::string>& texts) {
 
 TranscriptTurn turn(double start, const std::string& speaker, const std::string& text) {
     return {.id = {{7}}, .start = start, .end = start + 1, .speaker = speaker, .originalText = text, .editedText = {}};
+}
+
+/// Whether ICU finds the pattern.
+bool matches(const icu::RegexPattern& pattern, const std::string& text) {
+    UErrorCode status = U_ZERO_ERROR;
+    const auto input = icu::UnicodeString::fromUTF8(text);
+    const std::unique_ptr<icu::RegexMatcher> matcher(pattern.matcher(input, status));
+    return matcher->find(status) && U_SUCCESS(status);
+}
+
+std::unique_ptr<icu::RegexPattern> compiled(const std::string& pattern) {
+    UErrorCode status = U_ZERO_ERROR;
+    return std::unique_ptr<icu::RegexPattern>(
+        icu::RegexPattern::compile(icu::UnicodeString::fromUTF8(pattern), UREGEX_CASE_INSENSITIVE, status));
+}
+
+/// One to nine of the pieces in a row, the same in every run.
+std::string drawn(std::span<const std::string_view> pieces) {
+    static std::mt19937 random(3);
+    std::string text;
+    for (auto count = 1 + random() % 9; count > 0; --count)
+        text += pieces[random() % pieces.size()];
+    return text;
 }
 
 /// The sentence that the check gives, or nothing.
@@ -88,6 +116,66 @@ TEST(NoteGrounding, PhrasesStandWholeInAnyCase) {
     };
     for (const auto& row : rows)
         EXPECT_EQ(NoteGrounding::containsPhrase(row.text, row.phrase), row.expected) << row.text << " / " << row.phrase;
+}
+
+TEST(NoteGrounding, PhrasesAreFoundWhereICUFindsThem) {
+    static constexpr std::string_view pieces[] = {"ana", "ANA", "n", "K", "\u212A", "s", "\u017F", "ß",      "ﬁ",  "fi",
+                                                  "é",   " ",   "_", "5", ".",      "’", "\u0301", "\u0345", "日", "İ"};
+    for (const std::string phrase : {"ana", "k", "ss", "fi", "na n", "_", "5.", "é", "ana’", "i"}) {
+        const auto pattern = compiled("(?<![\\p{L}\\p{N}])\\Q" + phrase + "\\E(?![\\p{L}\\p{N}])");
+        for (int i = 0; i < 1'000; ++i) {
+            const std::string text = drawn(pieces);
+            ASSERT_EQ(NoteGrounding::containsPhrase(text, phrase), matches(*pattern, NoteGrounding::normalized(text)))
+                << text << " / " << phrase;
+        }
+    }
+}
+
+TEST(NoteGrounding, CommitmentsAreFoundWhereICUFindsThem) {
+    static constexpr std::string_view pieces[] = {"I",
+                                                  "i",
+                                                  "I",
+                                                  "ı",
+                                                  "İ",
+                                                  " ",
+                                                  " will",
+                                                  " WILL",
+                                                  "'ll",
+                                                  "’LL",
+                                                  " am going to",
+                                                  "'m going to",
+                                                  "’m going to",
+                                                  " commit to",
+                                                  " take responsibility",
+                                                  " ta\u212Ae re\u017Fponsibility",
+                                                  "x",
+                                                  "5",
+                                                  "_",
+                                                  ".",
+                                                  "é",
+                                                  "\u0301",
+                                                  "\u200D"};
+    const auto pattern = compiled(R"((?<![\p{L}\p{N}])I(?: will\b|['’]ll\b| am going to\b|['’]m going to\b)"
+                                  R"(| commit to\b| take responsibility\b))");
+    int found = 0;
+    for (int i = 0; i < 20'000; ++i) {
+        const std::string text = drawn(pieces);
+        const bool expected = matches(*pattern, NoteGrounding::normalized(text));
+        found += expected;
+        ASSERT_EQ(NoteGrounding::isCommitment(text), expected) << text;
+    }
+    EXPECT_GT(found, 1'000);
+}
+
+TEST(NoteGrounding, AnyWhiteSpaceCountsAsOneBlank) {
+    for (UChar32 character = 1; character < 0x11000; ++character) {
+        if (U_IS_SURROGATE(character))
+            continue;
+        std::string c;
+        icu::UnicodeString(character).toUTF8String(c);
+        const std::string text = c + "a" + c + "b c" + c + c + "d" + c;
+        ASSERT_EQ(NoteGrounding::normalized(text), u_isUWhiteSpace(character) ? "a b c d" : text) << character;
+    }
 }
 
 TEST(NoteGrounding, QuotesMoveToTheirWords) {

@@ -1,0 +1,145 @@
+#include "MeetingCore/base/Json.h"
+#include "MeetingCore/notes/DraftBuilder.h"
+
+#include <gtest/gtest.h>
+
+using namespace varnet;
+
+namespace {
+
+using Kind = NoteItem::Kind;
+
+/// S1 to S8: S4 and S5 are one turn, as are S6 and S7. S7 opens the second group of sources.
+Meeting planning() {
+    const std::string longTurn = std::string(1782, 'x') + " we cut the budget by half"; // by half: S5
+    Meeting meeting;
+    meeting.speakerNames.emplace()["Speaker 1"] = "Ana";
+    for (const auto& [speaker, text] :
+         {std::pair{"Speaker 1", std::string("We ship on Friday unless the audit fails.")},
+          {"Ben", "I'll send\nthe deck"},
+          {"Speaker 1", "to the board by Monday. Someone books the room."},
+          {"Ben", longTurn},
+          {"Ben", std::string(3600, 'y')},
+          {"Ben", "So we ship on Friday."}})
+        meeting.turns.push_back({.id = {{1}}, .speaker = speaker, .originalText = text, .editedText = {}});
+    return meeting;
+}
+
+std::string unproven(const std::string& source) {
+    return "Generated notes failed the source check: quote does not match " + source + ". The previous draft was kept.";
+}
+
+} // namespace
+
+TEST(DraftBuilder, EachGroupIsAskedForActionsFirst) {
+    const DraftBuilder builder(planning());
+    std::string steps;
+    for (std::size_t index = 0; index < builder.stepCount(); ++index) {
+        const auto [pass, sources] = builder.step(index);
+        steps +=
+            (pass == NotesPass::actions ? "actions " : "context ") + sources.front().id + "-" + sources.back().id + ' ';
+    }
+    EXPECT_EQ(steps, "actions S1-S6 context S1-S6 actions S7-S8 context S7-S8 ");
+    EXPECT_THROW(DraftBuilder{Meeting{}}, NotesFailure);
+}
+
+TEST(DraftBuilder, WhatStandsIsWhatTheTranscriptCarries) {
+    const std::vector<NoteItem> actions{
+        {Kind::action, "Send the deck", "Ben", "by Monday", {{"S2", "I'll send  the deck to the board by Monday"}}},
+        {Kind::action, "Book the room", "not specified", "N/A", {{"S3", "S3: “Someone books the room.”"}}},
+        {Kind::summary, "Of another pass, and untrue", {}, {}, {{"S1", "never said"}}},
+        {Kind::action, "Book the room", "Ana", {}, {{"S3", "Someone books the room."}}},
+    };
+    const std::vector<NoteItem> context{
+        {Kind::decision, "True", {}, {}, {{"S1", "unless the audit fails"}}},
+        {Kind::decision, "Altered", {}, {}, {{"S1", "we ship on Friday"}}},
+        {Kind::decision, "Misattributed", {}, {}, {{"S4", "We ship on Friday"}}},
+        {Kind::decision, "Too far off", {}, {}, {{"S5", "We ship on Friday"}}},
+        {Kind::decision, "Within a turn", {}, {}, {{"S5", "we cut the budget by half"}}},
+        {Kind::summary, "Invented", {}, {}, {{"S1", "We ship on Friday"}, {"S2", "the deck is ready"}}},
+        {Kind::summary, "True", "Ana", {}, {{"S1", "We ship on Friday"}}},
+        {Kind::summary, "Unknown source", {}, {}, {{"S99", "We ship on Friday"}}},
+    };
+    // The same point again, from the other group, and the same words as another kind of point.
+    const std::vector<NoteItem> again{{Kind::decision, "True", {}, {}, {{"S8", "So we ship on Friday."}}},
+                                      {Kind::summary, "True", {}, {}, {{"S8", "So we ship on Friday."}}}};
+
+    DraftBuilder builder(planning());
+    EXPECT_EQ(builder.take(NotesPass::actions, {actions}),
+              (std::vector<std::string>{
+                  "The model assigned an unsupported owner or date: Ana. The previous draft was kept."}));
+    EXPECT_EQ(
+        builder.take(NotesPass::context, {context}),
+        (std::vector<std::string>{unproven("S1"), unproven("S5"), unproven("S2"),
+                                  "The model assigned an unsupported owner or date: True. The previous draft was kept.",
+                                  unproven("S99")}));
+    EXPECT_EQ(builder.take(NotesPass::actions, {}), std::vector<std::string>{});
+    EXPECT_EQ(builder.take(NotesPass::context, {again}), std::vector<std::string>{});
+    const GeneratedNotes draft = std::move(builder).finish("a model", Date{5});
+
+    std::string items;
+    for (const NoteItem& item : draft.items) {
+        items += item.id();
+        for (const NoteEvidence& evidence : item.evidence)
+            items += " [" + evidence.source + ": " + evidence.quote + "]";
+        items += '\n';
+    }
+    EXPECT_EQ(items, "action|Send the deck|Ben|by Monday [S2: I'll send the deck] [S3: to the board by Monday]\n"
+                     "action|Book the room|| [S3: Someone books the room.]\n"
+                     "decision|True|| [S1: unless the audit fails]\n"
+                     "decision|Misattributed|| [S1: We ship on Friday]\n"
+                     "decision|Within a turn|| [S4: we cut the budget] [S5: by half]\n"
+                     "summary|True|| [S8: So we ship on Friday.]\n");
+    EXPECT_EQ(draft.droppedItems, 6);
+    EXPECT_EQ(draft.chunks, 2);
+    EXPECT_EQ(draft.sources.size(), 8U);
+    EXPECT_EQ(draft.transcriptHash, "ff62159a3ddb3b3c2371a889d48c8db9645e62169134baafbcbcf6aeac81003e");
+    EXPECT_EQ(draft.model, "a model");
+    EXPECT_EQ(draft.createdAt, Date{5});
+    EXPECT_EQ(draft.promptVersion, "grounded-notes-v7-repaired-quotes");
+}
+
+TEST(DraftBuilder, ARunOfWhichNothingStandsFailsAsItsFirstPoint) {
+    DraftBuilder builder(planning());
+    builder.take(NotesPass::actions, {{{Kind::action, "Pay", {}, "tomorrow", {{"S1", "We ship"}}}}});
+    builder.take(NotesPass::context, {{{Kind::summary, "Paid", {}, {}, {{"S1", "paid"}}}}});
+    try {
+        std::move(builder).finish("a model", Date{});
+        ADD_FAILURE();
+    } catch (const NotesFailure& failure) {
+        EXPECT_STREQ(failure.what(),
+                     "The model assigned an unsupported owner or date: tomorrow. The previous draft was kept.");
+        EXPECT_EQ(failure.kind(), NotesFailure::Kind::unsupportedAssignment);
+    }
+}
+
+TEST(DraftBuilder, ARunThatProposesNothingIsAnEmptyDraft) {
+    DraftBuilder builder(planning());
+    // Of the wrong kind, and so not looked at.
+    builder.take(NotesPass::actions, {{{Kind::summary, "Paid", {}, {}, {{"S1", "paid"}}}}});
+    const GeneratedNotes draft = std::move(builder).finish("a model", Date{});
+    EXPECT_EQ(draft.items, std::vector<NoteItem>{});
+    EXPECT_EQ(draft.droppedItems, 0);
+}
+
+TEST(NoteResponse, TheAnswerHasExactlyItsShape) {
+    EXPECT_EQ(NoteResponse::decode(R"( {"items":[{"kind":"action","text":"Pay","due":null,"evidence":)"
+                                   R"([{"source":"S1","quote":"pay"}]}]} )"),
+              (NoteResponse{{{Kind::action, "Pay", {}, {}, {{"S1", "pay"}}}}}));
+    for (const std::string_view wrong : {
+             "",
+             "{}",
+             R"({"items":null})",
+             R"({"items":[]} and more)",
+             R"({"items":[]}{"items":[]})",
+             R"([{"items":[]}])",
+             R"({"items":[{"kind":"risk","text":"","evidence":[]}]})",
+             R"({"items":[{"kind":"action","evidence":[]}]})",
+             R"({"items":[{"kind":"action","text":""}]})",
+             R"({"items":[{"kind":"action","text":1,"evidence":[]}]})",
+             R"({"items":[{"kind":"action","text":"","owner":["Ana"],"evidence":[]}]})",
+             R"({"items":[{"kind":"action","text":"","evidence":[{"source":"S1"}]}]})",
+             R"({"items":[{"kind":"action","text":"","evid)",
+         })
+        EXPECT_THROW(NoteResponse::decode(wrong), JsonFailure) << wrong;
+}
