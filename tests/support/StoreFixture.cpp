@@ -94,7 +94,8 @@ void StoreFixture::openStore() {
     parts.makeCapture = [this] { return sound.makeCapture(); };
     parts.makeLiveSpeech = [this](const QUrl&) { return LiveSpeech::make(engine.makeSocket()); };
     parts.inhibitSleep = [this](const QString&) { return inhibitSleep(&sleepInhibitors); };
-    parts.speechURL = parts.notesURL = health.url(QString());
+    parts.speechURL = health.url(QString());
+    parts.notesURL = notesURL.isEmpty() ? parts.speechURL : notesURL;
     m_store.reset();
     m_store = std::make_unique<MeetingStore>(root, parts);
     QObject::connect(m_store.get(), &MeetingStore::meetingChanged, m_store.get(), [this](Uuid id) {

@@ -56,6 +56,7 @@ protected:
     FakeSpeechEngine engine = FakeSpeechEngine::cooperative(); ///< what the next session talks to
     FakeSoundServer sound;
     TestServer health; ///< answers that the speech engine is there
+    QUrl notesURL;     ///< of the notes engine, from the next opening on; empty: the same answers for it
     TemporaryFolder folder;
     std::filesystem::path root = folder / "meetings";
     MeetingRepository repository{root};
