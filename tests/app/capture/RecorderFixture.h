@@ -42,12 +42,8 @@ protected:
     bool waitForHeard(std::size_t frames) {
         return eventually([&] { return heardFrames() >= frames; });
     }
-    bool waitForError() {
-        return eventually([&] {
-            const std::lock_guard lock(mutex);
-            return !errors.empty();
-        });
-    }
+    bool waitForError() { return waitForAny(errors); }
+    bool waitForLevels() { return waitForAny(levels); }
     std::vector<std::int16_t> samples(const char* name) { return wavSamples(folder / name); }
 
     TemporaryFolder folder;
@@ -62,6 +58,12 @@ protected:
     std::vector<std::pair<float, std::optional<float>>> levels;
 
 private:
+    bool waitForAny(const auto& list) {
+        return eventually([&] {
+            const std::lock_guard lock(mutex);
+            return !list.empty();
+        });
+    }
     template <class List, class... Values>
     void keep(List& list, Values&&... values) {
         const std::lock_guard lock(mutex);

@@ -127,6 +127,18 @@ TEST_F(SystemAudioRecorderTest, LeavesNothingWhenTheCaptureIsNotAvailable) {
     }
 }
 
+TEST_F(SystemAudioRecorderTest, TellsWhatWasHeardDuringTheStartOnceItCannotBeUndone) {
+    capture->beforeStartEnds = [this] {
+        clock.setSeconds(1);
+        deliver(microphone, 0, 8'000);
+        EXPECT_TRUE(waitForLevels());
+        EXPECT_EQ(heardFrames(), 0U);
+    };
+    start();
+    EXPECT_EQ(stop(), "");
+    EXPECT_EQ(heardFrames(), 16'000U);
+}
+
 TEST_F(SystemAudioRecorderTest, UndoesAStartDuringWhichTheCaptureFailed) {
     capture->beforeStartEnds = [this] { capture->deliver(microphone, 9.0, std::vector<float>(160), format); };
     EXPECT_EQ(startFailure(), "Audio capture failed while starting. Check recording permissions and audio devices.");

@@ -61,6 +61,20 @@ TEST(Transcript, ChangesTouchOnlyTheRowsThatDiffer) {
     EXPECT_EQ(reset.count(), 0);
 }
 
+TEST_F(Page, NotesThatAreBeingTypedAreNotReplaced) {
+    const RecordingClock clock(store());
+    const Uuid id = store().create("Planning").id;
+    MeetingPage page(store(), clock);
+    const QSignalSpy replaced(&page, &MeetingPage::notesReplaced);
+    page.typeNotes("mine");
+    store().setNotes("restored", id);
+    EXPECT_EQ(replaced.count(), 0) << "what is being typed stays";
+    EXPECT_TRUE(eventually([&] { return store().meeting(id)->notes == "mine"; }));
+    EXPECT_EQ(replaced.count(), 0) << "their own echo is no news";
+    store().setNotes("restored again", id);
+    EXPECT_EQ(replaced.count(), 1);
+}
+
 TEST_F(Page, ShowsTheLiveMeetingAsItIsHeard) {
     const RecordingClock clock(store());
     MeetingPage page(store(), clock);

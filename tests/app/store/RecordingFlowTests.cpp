@@ -83,6 +83,8 @@ TEST_F(RecordingFlow, WithoutTheCallTheMicrophoneIsRecorded) {
     start(CaptureMode::meeting);
     settle();
     ASSERT_TRUE(store().recording()) << "the failure of the capture that was given up must not end this one";
+    sound.captures.front()->callbacks.onNotice("Late words of the capture that was given up.");
+    settle();
     EXPECT_EQ(store().error(), microphoneOnly);
     EXPECT_EQ(store().levels().call(), std::nullopt);
     EXPECT_EQ(filesOnDisk(), (Strings{"capture-diagnostics.json", "meeting.json", "microphone.wav"}));
