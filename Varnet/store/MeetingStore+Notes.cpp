@@ -45,8 +45,8 @@ void MeetingStore::generateNotes(std::optional<Uuid> meetingID) {
     assign(m_busy, true, &MeetingStore::busyChanged);
     setError({});
     assign(m_notesTask, task, &MeetingStore::notesTaskChanged);
-    assign(m_notesMeetingID, drafted.id, &MeetingStore::notesMeetingIDChanged);
     setNotesProgress("Starting local notes model…", {});
+    assign(m_notesMeetingID, drafted.id, &MeetingStore::notesMeetingIDChanged);
     m_tasks->spawn(draftNotes(std::move(drafted), task.get_token()));
 }
 
