@@ -22,7 +22,7 @@ class LoopbackHTTP;
 struct NotesClient {
     /// What the user sees of a run while it lasts. Each may be empty. Main thread.
     using Progress = std::function<void(int step, int stepCount)>;     ///< before each request, from 1
-    using InspectOutput = std::function<void(std::string_view bytes)>; ///< the model's answer as it came
+    using InspectOutput = std::function<void(std::string_view bytes)>; ///< what the model wrote, as it came
     using Dropped = std::function<void(const std::string& reason)>;    ///< why a point was removed
 
     /// The first part of what the model is told.

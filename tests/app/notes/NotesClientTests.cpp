@@ -133,6 +133,9 @@ TEST_F(NotesClientTest, NoDraftIsLeftWhenNothingStands) {
     EXPECT_EQ(failureText(generate()),
               "Generated notes failed the source check: quote does not match S1. The previous draft was kept.");
     EXPECT_EQ(removed.size(), 3u); // the second is for actions only
+    meeting = spoken({{"Ana", " \n"}});
+    EXPECT_EQ(failureText(generate()), "A timestamped transcript is needed before generating notes.");
+    EXPECT_EQ(server.requests().size(), 2u);
     EXPECT_EQ(server.log(), "");
 }
 
