@@ -6,6 +6,7 @@
 
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 namespace varnet {
@@ -33,18 +34,37 @@ QString task(const NoteItem& item) {
     return parts.join(QStringLiteral(" · "));
 }
 
-DraftQuote quote(const NoteEvidence& evidence, const NoteSource* source) {
-    const auto speaker = source ? toQString(source->speaker) : DraftModel::tr("Unknown");
-    const auto clock = toQString(Meeting::timestamp(source ? source->start : 0));
-    const auto words = DraftModel::tr("“%1”").arg(toQString(evidence.quote));
-    return {.words = words,
-            .origin = QStringLiteral("%1 · %2").arg(speaker, clock),
-            .spoken = DraftModel::tr("Quote, %1, %2: %3").arg(speaker, clock, words)};
+/// A failure as the reason of a removal: the draft that was kept then is not the one that is shown now.
+QString reason(const std::string& failure) {
+    auto text = toQString(failure);
+    const QLatin1String tail(" The previous draft was kept.");
+    return text.endsWith(tail) ? text.chopped(tail.size()) : text;
 }
 
 } // namespace
 
-std::vector<DraftModel::Row> DraftModel::rows(const GeneratedNotes& draft) {
+DraftModel::Row DraftModel::quote(const NoteEvidence& evidence, const NoteSource* source, bool there) {
+    const auto speaker = source ? toQString(source->speaker) : tr("Unknown");
+    const auto clock = toQString(Meeting::timestamp(source ? source->start : 0));
+    const auto words = tr("“%1”").arg(toQString(evidence.quote));
+    Row row{.quote = true,
+            .words = words,
+            .detail = QStringLiteral("%1 · %2").arg(speaker, clock),
+            .clock = clock,
+            .turn = there ? toQString(source->turnID.text()) : QString(),
+            .spoken = tr("Quote, %1, %2: %3").arg(speaker, clock, words)};
+    if (!there) {
+        row.detail = tr("%1 · no longer in the transcript").arg(row.detail);
+        row.spoken = tr("%1, no longer in the transcript").arg(row.spoken);
+    }
+    return row;
+}
+
+std::vector<DraftModel::Row> DraftModel::rows(const Meeting& meeting) {
+    const auto& draft = *meeting.generatedNotes;
+    std::unordered_set<Uuid> turns;
+    for (const auto& turn : meeting.turns)
+        turns.insert(turn.id);
     std::unordered_map<std::string_view, const NoteSource*> sources;
     for (const auto& source : draft.sources)
         sources.try_emplace(source.id, &source);
@@ -54,29 +74,55 @@ std::vector<DraftModel::Row> DraftModel::rows(const GeneratedNotes& draft) {
         for (const auto& item : draft.items) {
             if (item.kind != kind)
                 continue;
-            auto& row = rows.emplace_back(Row{std::exchange(title, {}), toQString(item.text), task(item), {}});
+            Row point{.heading = std::exchange(title, {}), .words = toQString(item.text), .detail = task(item)};
+            point.spoken =
+                point.detail.isEmpty() ? point.words : QStringLiteral("%1, %2").arg(point.words, point.detail);
+            rows.push_back(std::move(point));
             for (const auto& evidence : item.evidence) {
-                const auto source = sources.find(evidence.source);
-                row.quotes.push_back(quote(evidence, source == sources.end() ? nullptr : source->second));
+                const auto found = sources.find(evidence.source);
+                const auto* source = found == sources.end() ? nullptr : found->second;
+                rows.push_back(quote(evidence, source, source && turns.contains(source->turnID)));
             }
         }
     }
     return rows;
 }
 
-void DraftModel::show(const GeneratedNotes* draft, bool outdated) {
-    m_present = draft != nullptr;
-    m_outdated = outdated;
+void DraftModel::show(const Meeting* meeting, bool outdated, const std::vector<std::string>& removed) {
+    const auto* draft = meeting && meeting->generatedNotes ? &*meeting->generatedNotes : nullptr;
+    const auto before = std::exchange(m_draft, {});
+    if (draft)
+        m_draft.emplace(meeting->id, draft->createdAt);
+    m_outdated = draft && outdated;
     m_removed = draft ? draft->droppedItems.value_or(0) : 0;
     m_origin = draft ? tr("Drafted by %1 · %2").arg(toQString(draft->model), MeetingText::dayAndTime(draft->createdAt))
                      : QString();
-    auto shown = draft ? rows(*draft) : std::vector<Row>();
-    if (shown != m_rows) {
-        beginResetModel();
-        m_rows = std::move(shown);
-        endResetModel();
-    }
+    m_reasons.clear();
+    if (m_removed > 0)
+        for (const auto& failure : removed)
+            m_reasons << reason(failure);
+    updateTo(draft ? rows(*meeting) : std::vector<Row>(), m_draft == before);
     Q_EMIT changed();
+}
+
+void DraftModel::updateTo(std::vector<Row> rows, bool sameDraft) {
+    if (rows == m_rows)
+        return;
+    if (!sameDraft || rows.size() != m_rows.size()) {
+        beginResetModel();
+        m_rows = std::move(rows);
+        endResetModel();
+        return;
+    }
+    for (int place = 0; place < rowCount(); ++place)
+        if (m_rows[place] != rows[place]) {
+            m_rows[place] = std::move(rows[place]);
+            Q_EMIT dataChanged(index(place), index(place));
+        }
+}
+
+QString DraftModel::writeTitle() const {
+    return present() ? tr("Write notes again") : tr("Write notes");
 }
 
 QString DraftModel::outdatedText() const {
@@ -91,7 +137,7 @@ QString DraftModel::removedText() const {
 }
 
 QString DraftModel::emptyText() const {
-    return m_present && m_rows.empty() ? tr("No supported summary items were generated.") : QString();
+    return present() && m_rows.empty() ? tr("No supported summary items were generated.") : QString();
 }
 
 int DraftModel::rowCount(const QModelIndex& parent) const {
@@ -105,30 +151,27 @@ QVariant DraftModel::data(const QModelIndex& index, int role) const {
     switch (role) {
     case HeadingRole:
         return row.heading;
+    case QuoteRole:
+        return row.quote;
     case Qt::DisplayRole:
     case WordsRole:
         return row.words;
-    case TaskRole:
-        return row.task;
+    case DetailRole:
+        return row.detail;
+    case ClockRole:
+        return row.clock;
+    case TurnRole:
+        return row.turn;
     case SpokenRole:
-        return row.task.isEmpty() ? row.words : QStringLiteral("%1, %2").arg(row.words, row.task);
-    case QuotesRole: {
-        QVariantList quotes;
-        for (const auto& quote : row.quotes)
-            quotes << QVariant::fromValue(quote);
-        return quotes;
-    }
+        return row.spoken;
     default:
         return {};
     }
 }
 
 QHash<int, QByteArray> DraftModel::roleNames() const {
-    return {{HeadingRole, "heading"},
-            {WordsRole, "words"},
-            {TaskRole, "task"},
-            {SpokenRole, "spoken"},
-            {QuotesRole, "quotes"}};
+    return {{HeadingRole, "heading"}, {QuoteRole, "quote"}, {WordsRole, "words"},  {DetailRole, "detail"},
+            {ClockRole, "clock"},     {TurnRole, "turn"},   {SpokenRole, "spoken"}};
 }
 
 } // namespace varnet

@@ -55,6 +55,7 @@ MeetingPage::MeetingPage(MeetingStore& store, const RecordingClock& clock, QObje
         if (!work || work->meetingID == m_shown)
             Q_EMIT changed();
     });
+    connect(&store, &MeetingStore::notesMeetingIDChanged, this, &MeetingPage::changed);
     connect(&store, &MeetingStore::partialChanged, this, &MeetingPage::showPartial);
     connect(&store, &MeetingStore::partialTurnsChanged, this, &MeetingPage::showPartial);
     connect(&store.levels(), &CaptureLevels::changed, this, &MeetingPage::levelsChanged);
@@ -212,6 +213,13 @@ void MeetingPage::nameSpeaker(const QString& label, const QString& name) {
         m_store.nameSpeaker(toUtf8(label), toUtf8(name), *m_shown);
 }
 
+void MeetingPage::showTurn(const QString& turn) {
+    const auto id = Uuid::parse(toUtf8(turn));
+    const int row = id ? m_turns.rowOf(*id) : -1;
+    if (row >= 0)
+        Q_EMIT turnAsked(row);
+}
+
 void MeetingPage::typeNotes(const QString& notes) {
     m_typedNotes = toUtf8(notes);
     if (!m_notesTimer.isActive())
@@ -266,8 +274,10 @@ void MeetingPage::refresh() {
         m_turns.show(*meeting, meeting->turns, m_hues);
     else
         m_turns.clear();
-    const bool drafted = meeting && meeting->generatedNotes;
-    m_draft.show(drafted ? &*meeting->generatedNotes : nullptr, drafted && StalenessCache::shared().isStale(*meeting));
+    if (meeting && meeting->generatedNotes)
+        m_draft.show(meeting, StalenessCache::shared().isStale(*meeting), m_store.removedPoints(*meeting));
+    else
+        m_draft.show(nullptr);
     showNotes(meeting);
     Q_EMIT changed();
 }

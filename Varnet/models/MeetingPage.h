@@ -90,6 +90,8 @@ public:
     Q_INVOKABLE void setBack(const QString& turn);
     /// Names a speaker everywhere in the meeting; a blank name gives the label back.
     Q_INVOKABLE void nameSpeaker(const QString& label, const QString& name);
+    /// Asks for that turn to be shown; nothing if the transcript has it no more.
+    Q_INVOKABLE void showTurn(const QString& turn);
     /// The user's notes are these now. They are stored within half a second, or by `handIn`.
     Q_INVOKABLE void typeNotes(const QString& notes);
 
@@ -102,6 +104,7 @@ Q_SIGNALS:
     void aboutToLeave();
     /// Other notes than those that were typed here are there to be shown.
     void notesReplaced();
+    void turnAsked(int row); ///< that turn is to be shown
     void clockChanged();
     void levelsChanged();
     void callMissingChanged();

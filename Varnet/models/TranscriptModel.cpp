@@ -56,6 +56,11 @@ std::string TranscriptModel::words(int row) const {
     return toUtf8(m_rows[row].words);
 }
 
+int TranscriptModel::rowOf(const Uuid& turn) const {
+    const auto found = std::ranges::find(m_rows, turn, &Row::turn);
+    return found == m_rows.end() ? -1 : static_cast<int>(found - m_rows.begin());
+}
+
 int TranscriptModel::rowCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : count();
 }

@@ -65,6 +65,9 @@ public:
     /// What a row shows, as UTF-8.
     std::string words(int row) const;
 
+    /// The row of that turn; -1 if there is none.
+    int rowOf(const Uuid& turn) const;
+
     int count() const { return static_cast<int>(m_rows.size()); }
     int rowCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;

@@ -2,54 +2,67 @@ import QtQuick
 import QtQuick.Controls.Basic
 import Varnet
 
-// The stored draft, to be read. Arrows go from point to point.
-ListView {
+// The draft: what is to be said about it, its points, and their quotes. Arrows go through points and quotes, Enter goes
+// to the turn of a quote, Ctrl+Enter plays from there.
+ReadingList {
     id: root
 
-    required property DraftModel draft
+    required property AppCommands commands
+    required property MeetingPage page
+    required property AudioPlayback playback
+    readonly property DraftRow current: currentItem as DraftRow
+
+    // What stands above the rows has become longer by so much: what is being read stays where it is.
+    function grow(by) {
+        if (count === 0)
+            positionViewAtBeginning()
+        else if (contentY < 0)
+            contentY -= by
+    }
+
+    function play(turn) {
+        if (turn !== "" && playback.present && playback.enabled)
+            playback.playTurn(turn)
+    }
 
     Accessible.name: qsTr("Draft")
-    Accessible.role: Accessible.List
-    activeFocusOnTab: true
-    bottomMargin: 8 * Theme.unit
-    boundsBehavior: Flickable.StopAtBounds
-    clip: true
-    highlightMoveDuration: 0
-    leftMargin: 2 * Theme.unit
-    model: draft
+    model: page.draft
+
+    Keys.enabled: count > 0
+    Keys.onPressed: event => {
+        const enter = [Qt.Key_Return, Qt.Key_Enter, Qt.Key_Space].includes(event.key) && current.quote
+        event.accepted = stepped(event.key) || enter
+        if (enter && event.modifiers & Qt.ControlModifier)
+            play(current.turn)
+        else if (enter)
+            page.showTurn(current.turn)
+    }
 
     ScrollBar.vertical: ScrollBar {}
-    delegate: DraftPoint {
-        width: ListView.view.width - 6 * Theme.unit
-    }
-    header: Column {
-        bottomPadding: 2 * Theme.unit
-        spacing: 2 * Theme.unit
+    delegate: DraftRow {
+        required property int index
+
+        current: ListView.isCurrentItem
+        playable: root.playback.present && root.playback.enabled && turn !== ""
         width: ListView.view.width - 6 * Theme.unit
 
-        onHeightChanged: Qt.callLater(root.positionViewAtBeginning)
-
-        ThemedText {
-            color: Theme.faint
-            text: root.draft.origin
-            type: Theme.caption
-            width: parent.width
-            wrapMode: Text.Wrap
+        onChosen: root.choose(index)
+        onPlayAsked: root.play(turn)
+        onTurnAsked: {
+            root.choose(index)
+            root.page.showTurn(turn)
         }
+    }
+    header: DraftHead {
+        property real former: 0
 
-        Repeater {
-            model: [root.draft.outdatedText, root.draft.removedText, root.draft.emptyText]
+        commands: root.commands
+        page: root.page
+        width: ListView.view.width - 6 * Theme.unit
 
-            ThemedText {
-                required property string modelData
-                required property int index
-
-                color: index === 0 ? Theme.amber : Theme.secondary
-                text: modelData
-                visible: text !== ""
-                width: parent.width
-                wrapMode: Text.Wrap
-            }
+        onHeightChanged: {
+            Qt.callLater(root.grow, height - former)
+            former = height
         }
     }
 }

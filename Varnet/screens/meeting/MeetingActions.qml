@@ -8,9 +8,19 @@ Row {
 
     required property AppCommands commands
     required property AppRouter router
+    required property DraftModel draft
     required property real room
 
     spacing: 2 * Theme.unit
+
+    Action {
+        id: writing
+
+        enabled: root.commands.writeNotesEnabled
+        shortcut: "Ctrl+Shift+N"
+        text: root.draft.writeTitle
+        onTriggered: root.commands.writeNotes()
+    }
 
     Action {
         id: exporting
@@ -49,6 +59,11 @@ Row {
         spacing: 2 * Theme.unit
         visible: root.room >= implicitWidth
 
+        WriteNotesButton {
+            commands: root.commands
+            draft: root.draft
+        }
+
         Repeater {
             model: [exporting, history, transcribing, deleting]
 
@@ -69,6 +84,10 @@ Row {
         ThemedMenu {
             id: menu
 
+            ThemedMenuItem {
+                action: writing
+                keys: "Ctrl+Shift+N"
+            }
             ThemedMenuItem {
                 action: exporting
                 keys: "Ctrl+Shift+E"

@@ -33,6 +33,15 @@ FocusScope {
         onActivated: tabs.step(1)
     }
 
+    Connections {
+        function onTurnAsked(row) {
+            tabs.currentIndex = 0
+            Qt.callLater(transcript.point, row) // once it has its place
+        }
+
+        target: root.page
+    }
+
     ColumnLayout {
         id: content
 
@@ -77,6 +86,7 @@ FocusScope {
                 anchors.right: parent.right
                 anchors.verticalCenter: parent.verticalCenter
                 commands: root.commands
+                draft: root.page.draft
                 room: parent.width - tabs.width - 8 * Theme.unit
                 router: root.router
             }
@@ -104,8 +114,10 @@ FocusScope {
             }
 
             NotesView {
+                commands: root.commands
                 focus: visible
                 page: root.page
+                playback: root.playback
             }
         }
     }

@@ -1,40 +1,37 @@
 import QtQuick
-import QtQuick.Layouts
 import Varnet
 
-// The user's own notes, and beside them the draft if there is one; one above the other where it is narrow.
+// The user's own notes and beside them the draft; one above the other where it is narrow. While a meeting is recorded
+// its notes have all the room.
 FocusScope {
     id: root
 
+    required property AppCommands commands
     required property MeetingPage page
+    required property AudioPlayback playback
+    readonly property bool drafts: page.draft.present || !page.live
     readonly property bool wide: width >= 44 * Theme.body.lineHeight
 
-    GridLayout {
-        anchors.fill: parent
-        anchors.topMargin: 4 * Theme.unit
-        columnSpacing: 6 * Theme.unit
-        columns: root.wide ? 2 : 1
-        rowSpacing: 4 * Theme.unit
+    OwnNotes {
+        id: own
 
-        OwnNotes {
-            Layout.bottomMargin: root.wide || !draft.visible ? 6 * Theme.unit : 0
-            Layout.fillHeight: true
-            Layout.fillWidth: true
-            Layout.preferredHeight: 1
-            Layout.preferredWidth: 1
-            focus: true
-            page: root.page
-        }
+        focus: true
+        height: root.drafts && !root.wide ? (root.height - y) * 0.4 : root.height - y - 6 * Theme.unit
+        page: root.page
+        width: root.drafts && root.wide ? (root.width - 6 * Theme.unit) / 2 : root.width
+        y: 4 * Theme.unit
+    }
 
-        DraftView {
-            id: draft
-
-            Layout.fillHeight: true
-            Layout.fillWidth: true
-            Layout.preferredHeight: 1
-            Layout.preferredWidth: 1
-            draft: root.page.draft
-            visible: root.page.draft.present
-        }
+    DraftView {
+        anchors.bottom: parent.bottom
+        anchors.left: root.wide ? own.right : parent.left
+        anchors.leftMargin: root.wide ? 6 * Theme.unit : 0
+        anchors.right: parent.right
+        anchors.top: root.wide ? own.top : own.bottom
+        anchors.topMargin: root.wide ? 0 : 4 * Theme.unit
+        commands: root.commands
+        page: root.page
+        playback: root.playback
+        visible: root.drafts
     }
 }

@@ -17,6 +17,11 @@ FocusScope {
         findBar.begin()
     }
 
+    function point(row) {
+        list.point(row)
+        following = caughtUp()
+    }
+
     // Whether the place to follow is in view.
     function caughtUp() {
         if (page.live)
@@ -100,28 +105,13 @@ FocusScope {
         }
     }
 
-    Column {
+    EmptyTranscript {
         anchors.horizontalCenter: parent.horizontalCenter
-        spacing: 4 * Theme.unit
+        commands: root.commands
+        page: root.page
         visible: list.count === 0 && root.page.partialTurns.count === 0 && root.page.partialText === "" && root.page.importedText === ""
         width: Math.min(120 * Theme.unit, parent.width)
         y: parent.height / 3
-
-        ThemedText {
-            color: Theme.faint
-            horizontalAlignment: Text.AlignHCenter
-            text: root.page.emptyText
-            type: Theme.reading
-            width: parent.width
-            wrapMode: Text.Wrap
-        }
-
-        PlainButton {
-            anchors.horizontalCenter: parent.horizontalCenter
-            text: qsTr("Transcribe saved audio")
-            visible: root.commands.transcribeAgainEnabled
-            onClicked: root.commands.askToTranscribeAgain()
-        }
     }
 
     Pill {

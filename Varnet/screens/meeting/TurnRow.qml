@@ -20,6 +20,7 @@ Item {
     property bool current: false
     property bool playable: false // the recording can be played from here
     property bool playing: false
+    property bool pointed: false // it was gone to a moment ago
     readonly property bool narrow: width < 24 * Theme.body.lineHeight // the words stand below their speaker
     property Component editor: null // stands in place of the words while they are edited
 
@@ -45,6 +46,14 @@ Item {
         color: root.playing ? Theme.selection : hover.hovered || root.activeFocus ? Theme.raised : "transparent"
         radius: Theme.controlRadius
         visible: !root.tentative && !editing.active
+    }
+
+    Loader {
+        active: root.pointed
+        anchors.fill: parent
+        anchors.leftMargin: -2 * Theme.unit
+        anchors.rightMargin: -2 * Theme.unit
+        sourceComponent: TurnFlash {}
     }
 
     Rectangle {

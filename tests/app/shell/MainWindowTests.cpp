@@ -64,12 +64,15 @@ protected:
         settle();
     }
 
-    /// Ten seconds of silence with turns at 0 and 3 s.
+    /// Ten seconds of silence with turns at 0 and 3 s, and a draft that quotes the second.
     void openMeetingWithAudio() {
         auto meeting = Meeting::make("With audio");
         meeting.source = MeetingSource();
         meeting.turns = {{Uuid::random(), 0, 3, "Speaker 1", "Hello", {}},
                          {Uuid::random(), 3, 6, "Speaker 2", "Oh, hello", {}}};
+        auto& draft = meeting.generatedNotes.emplace();
+        draft.sources = {{"S1", meeting.turns[1].id, 3, 6, "Mara", "Oh, hello"}};
+        draft.items = {{NoteItem::Kind::summary, "They greet each other", {}, {}, {{"S1", "hello"}}}};
         meeting.audioFilename = "imported.wav";
         const auto directory = MeetingRepository(folder / "meetings").directory(meeting.id);
         std::filesystem::create_directories(directory);
@@ -334,6 +337,30 @@ TEST_F(Window, NotesAreStoredAsTypedAndRestoredOnesShowUp) {
     EXPECT_EQ(notes->property("text"), "") << "nothing of the other meeting can be brought here";
     app->delegate().closing();
     EXPECT_EQ(store.meeting(second)->notes, "");
+}
+
+TEST_F(Window, AQuoteLeadsToItsTurnAndBackAndPlaysInPlace) {
+    openMeetingWithAudio();
+    press(Qt::Key_Tab, Qt::ControlModifier);
+    control("Draft")->forceActiveFocus();
+    press(Qt::Key_Down);
+    const auto focused = [&] { return QAccessible::queryAccessibleInterface(frame->window()->activeFocusItem()); };
+    EXPECT_EQ(focused()->text(QAccessible::Name), "Quote, Mara, 00:03: “hello”");
+    EXPECT_EQ(focused()->role(), QAccessible::Button);
+
+    auto* playback = frame->window()->property("playback").value<AudioPlayback*>();
+    press(Qt::Key_Return, Qt::ControlModifier);
+    EXPECT_GE(playback->position(), 3);
+    EXPECT_TRUE(control("Draft")->isVisible());
+    playback->pause();
+    playback->seek(0);
+
+    press(Qt::Key_Return);
+    EXPECT_EQ(focused()->text(QAccessible::Name), "Speaker 2, 00:03: Oh, hello");
+    EXPECT_EQ(control("Turns")->property("currentIndex"), 1);
+    press(Qt::Key_Tab, Qt::ControlModifier);
+    EXPECT_EQ(focused()->text(QAccessible::Name), "Quote, Mara, 00:03: “hello”") << "the place in the draft is kept";
+    EXPECT_EQ(warnings.join('\n').toStdString(), "");
 }
 
 TEST_F(Window, ImportsFilesThatAreDroppedOnIt) {
