@@ -26,8 +26,8 @@ void requireThisMachine(const QUrl& url) {
         throw Failure("Notes generation currently requires a local loopback model server.");
 }
 
-bool isControl(char c) {
-    return (c >= 0 && c < ' ') || c == '\x7f';
+bool isControl(unsigned char byte) {
+    return byte < 0x20 || byte == 0x7F;
 }
 
 /// The secret that the engine asks for. Empty when the file holds none that can stand in a header; the engine says
