@@ -88,7 +88,9 @@ Task<HTTPReply> completed(QPointer<QNetworkReply> reply, Patience patience, std:
         throw transportFailure(url, QStringLiteral("it sent more than %1 bytes.").arg(limit));
     const int status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
     if (!isComplete(*reply) || status == 0)
-        throw transportFailure(url, reply->errorString());
+        throw transportFailure(url, reply->error() == QNetworkReply::NoError
+                                        ? QStringLiteral("it closed the connection.") // for which Qt has no words
+                                        : reply->errorString());
     co_return HTTPReply{status, reply->readAll().toStdString()};
 }
 
