@@ -112,7 +112,7 @@ private:
             if (index % 20 == 9)
                 quote = "nobody has said anything of the kind in this whole meeting";
             else
-                quote.front() = static_cast<char>(quote.front() ^ ' '); // the other case
+                *std::ranges::find_if(quote, [](unsigned char c) { return std::isalpha(c); }) ^= ' '; // the other case
             addInvented(at, quote);
             break;
         default:

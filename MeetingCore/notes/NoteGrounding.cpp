@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <optional>
 #include <utility>
 
@@ -66,7 +67,7 @@ void removePlaceholder(std::optional<std::string>& assignment) {
 void requireQuote(const NoteEvidence& evidence, const IndexedSources& sources) {
     const NoteSource* source = sources.find(evidence.source);
     const std::string quote = normalized(evidence.quote);
-    if (!source || quote.empty() || normalized(source->text).find(quote) == std::string::npos)
+    if (!source || quote.empty() || placeOf(normalized(source->text), quote) == std::string::npos)
         throw NotesFailure(NotesFailure::Kind::invalidEvidence, "quote does not match " + evidence.source);
 }
 
@@ -180,6 +181,11 @@ std::string normalized(std::string_view text) {
         text.remove_prefix(std::max<std::size_t>(space, 1));
     }
     return result;
+}
+
+std::size_t placeOf(std::string_view text, std::string_view part) {
+    const void* found = memmem(text.data(), text.size(), part.data(), part.size());
+    return found ? static_cast<std::size_t>(static_cast<const char*>(found) - text.data()) : std::string_view::npos;
 }
 
 std::vector<NoteItem> normalizeMissingAssignments(std::vector<NoteItem> items) {

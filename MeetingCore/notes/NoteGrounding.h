@@ -13,6 +13,9 @@
 
 /// The rules by which drafted points are tied to the words of a transcript. The model only proposes: a point stands if
 /// its quotes stand in the transcript, literally but for white space. Pure functions; any thread.
+///
+/// Whoever checks points one by one makes the index of the sources once. The ids of sources that are looked up differ,
+/// or the program ends.
 namespace varnet::NoteGrounding {
 
 /// The transcript as numbered sources of at most 1800 bytes; a longer turn gives several. A piece is cut between
@@ -32,10 +35,15 @@ struct Encoded {
     std::vector<std::span<const NoteSource>> chunks; ///< parts of the sources; none without sources
     std::string hash;
 };
+/// Throws JsonFailure for times that cannot be stored.
 Encoded encoded(std::span<const NoteSource> sources, std::size_t limit);
 
 /// The text with every run of white space as one blank and none at its ends.
 std::string normalized(std::string_view text);
+
+/// Where the part first stands in the text, letter for letter; npos where it does not. The time grows with the lengths
+/// alone, whatever stands in them.
+std::size_t placeOf(std::string_view text, std::string_view part);
 
 /// Owners and deadlines that only say that there is none become absent.
 std::vector<NoteItem> normalizeMissingAssignments(std::vector<NoteItem> items);
@@ -49,7 +57,7 @@ std::vector<NoteItem> repairEvidence(std::vector<NoteItem> items, const IndexedS
 /// Throws NotesFailure for the first point that is not carried by its quotes: each quote stands in its source letter
 /// for letter, only an action has an owner or a deadline, and the deadline stands in a quote. An owner stands in a
 /// quote too, or is the speaker of one that says "I will" or the like; the names are then compared by Unicode's full
-/// case folding. Blank owners and deadlines are not carried. The ids of the sources differ, or the program ends.
+/// case folding. Blank owners and deadlines are not carried.
 void validate(std::span<const NoteItem> items, std::span<const NoteSource> sources);
 void validate(std::span<const NoteItem> items, const IndexedSources& sources);
 

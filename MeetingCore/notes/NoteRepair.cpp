@@ -80,18 +80,18 @@ public:
     explicit Window(std::span<const NoteSource> sources) : m_sources(sources) {
         for (const NoteSource& source : sources) {
             m_begins.push_back(m_joined.size());
-            m_joined.append(NoteGrounding::normalized(source.text)) += ' ';
+            m_joined.append(normalized(source.text)) += ' ';
         }
         m_begins.push_back(m_joined.size());
     }
 
     std::size_t size() const { return m_sources.size(); }
-    bool contains(std::string_view quote) const { return m_joined.find(quote) != std::string::npos; }
+    bool contains(std::string_view quote) const { return placeOf(m_joined, quote) != std::string::npos; }
 
     /// The quote cut where one source ends and the next begins, if it stands in the run of so many sources and each of
     /// them has a part of it; else nothing.
     std::vector<NoteEvidence> cut(std::string_view quote, std::size_t start, std::size_t length) const {
-        const std::size_t found = run(start, length).find(quote);
+        const std::size_t found = placeOf(run(start, length), quote);
         if (found == std::string_view::npos)
             return {};
         const std::size_t begin = m_begins[start] + found;
@@ -154,7 +154,7 @@ std::vector<NoteEvidence> repaired(const NoteEvidence& evidence, const IndexedSo
     if (evidence.source.empty() || quote.empty() || !named)
         return {evidence};
     const auto all = sources.all();
-    if (normalized(all[*named].text).find(quote) != std::string::npos)
+    if (placeOf(normalized(all[*named].text), quote) != std::string::npos)
         return {{evidence.source, quote}};
     if (reach < 0 || maxRun < 1)
         return {evidence};

@@ -101,17 +101,11 @@ TEST(NoteGrounding, PhrasesStandWholeInAnyCase) {
     } rows[] = {
         {"Anatoly", "Ana", false},
         {"Anatoly, then ANA", "Ana", true}, // the first match has the wrong neighbour
-        {"aaa aa", "aa", true},
         {"by\u00A0 Friday.", "by friday", true},
         {"5Ana", "Ana", false},
-        {"_Ana_", "Ana", true},
-        {"Ana\u0301", "Ana", true},  // a mark is no letter
-        {"Ana\u0345", "Ana", false}, // but this one is caselessly iota
         {"in der STRASSE", "Straße", true},
-        {"STRASSE", "Stras", false},
         {"Maß", "mas", false}, // half a character
         {"a.b (c)", "A.B (C)", true},
-        {"日本 ana", "ana", true},
         {"日本ana", "ana", false},
     };
     for (const auto& row : rows)
@@ -121,7 +115,7 @@ TEST(NoteGrounding, PhrasesStandWholeInAnyCase) {
 TEST(NoteGrounding, PhrasesAreFoundWhereICUFindsThem) {
     static constexpr std::string_view pieces[] = {"ana", "ANA", "n", "K", "\u212A", "s", "\u017F", "ß",      "ﬁ",  "fi",
                                                   "é",   " ",   "_", "5", ".",      "’", "\u0301", "\u0345", "日", "İ"};
-    for (const std::string phrase : {"ana", "k", "ss", "fi", "na n", "_", "5.", "é", "ana’", "i"}) {
+    for (const std::string phrase : {"ana", "k", "s", "ss", "fi", "na n", "_", "5.", "é", "ana’", "i"}) {
         const auto pattern = compiled("(?<![\\p{L}\\p{N}])\\Q" + phrase + "\\E(?![\\p{L}\\p{N}])");
         for (int i = 0; i < 1'000; ++i) {
             const std::string text = drawn(pieces);
