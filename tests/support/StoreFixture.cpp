@@ -1,48 +1,8 @@
 #include "tests/support/StoreFixture.h"
 
-#include "Varnet/platform/Clock.h"
-
-#include <thread>
-
 namespace varnet::test {
 
 namespace {
-
-/// Runs the work on a thread that is not the main one, as a sound server calls back.
-template <class Work>
-void elsewhere(Work work) {
-    std::thread(work).join();
-}
-
-class FakeCapture final : public AudioCapture {
-public:
-    explicit FakeCapture(FakeSoundServer& server) : m_server(server) {}
-    ~FakeCapture() override { m_capture->running = false; }
-
-    Task<> start(std::vector<CaptureSource> sources, Callbacks callbacks) override {
-        *m_capture = {std::move(sources), std::move(callbacks)};
-        return run(&m_server, m_capture);
-    }
-    Task<> stop() override {
-        m_capture->running = false;
-        co_return;
-    }
-
-private:
-    static Task<> run(FakeSoundServer* server, std::shared_ptr<FakeSoundServer::Capture> capture) {
-        server->captures.push_back(capture);
-        co_await server->startsPass.wait();
-        const auto failure = capture->sources.size() > 1 ? server->callFailure : server->microphoneFailure;
-        if (failure && server->failuresAreReportedToo)
-            elsewhere([&] { capture->callbacks.onError(failure); });
-        if (failure)
-            std::rethrow_exception(failure);
-        capture->running = true;
-    }
-
-    FakeSoundServer& m_server;
-    std::shared_ptr<FakeSoundServer::Capture> m_capture = std::make_shared<FakeSoundServer::Capture>();
-};
 
 struct FakeSleepInhibitor : SleepInhibitor {
     explicit FakeSleepInhibitor(int* held) : m_held(held) { ++*m_held; }
@@ -56,28 +16,6 @@ Task<std::unique_ptr<SleepInhibitor>> inhibitSleep(int* held) {
 }
 
 } // namespace
-
-std::unique_ptr<AudioCapture> FakeSoundServer::makeCapture() {
-    return std::make_unique<FakeCapture>(*this);
-}
-
-void FakeSoundServer::deliver(CaptureSource source, std::size_t frameCount) {
-    const std::vector<float> samples(frameCount, 0.25F);
-    CaptureBuffer buffer;
-    buffer.source = source;
-    buffer.format = {16000, 1};
-    buffer.samples = samples;
-    buffer.time = monotonicNanoseconds();
-    elsewhere([&] { captures.back()->callbacks.onBuffer(buffer); });
-}
-
-void FakeSoundServer::fail(const std::string& message) {
-    elsewhere([&] { captures.back()->callbacks.onError(std::make_exception_ptr(Failure(message))); });
-}
-
-void FakeSoundServer::notify(const std::string& notice) {
-    elsewhere([&] { captures.back()->callbacks.onNotice(notice); });
-}
 
 StoreFixture::StoreFixture() {
     health.answer(TestServer::response(200, "ok"));

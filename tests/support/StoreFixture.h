@@ -1,11 +1,10 @@
 #pragma once
 
 #include "MeetingCore/records/MeetingRepository.h"
-#include "Varnet/async/Event.h"
-#include "Varnet/platform/AudioCapture.h"
 #include "Varnet/platform/SleepInhibitor.h"
 #include "Varnet/store/MeetingStore.h"
 #include "tests/support/Await.h"
+#include "tests/support/FakeSoundServer.h"
 #include "tests/support/FakeSpeechSocket.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/TestServer.h"
@@ -13,29 +12,6 @@
 #include <gtest/gtest.h>
 
 namespace varnet::test {
-
-/// A sound server by script: which captures come up, and what they deliver. Main thread.
-struct FakeSoundServer {
-    struct Capture {
-        std::vector<CaptureSource> sources;
-        AudioCapture::Callbacks callbacks;
-        bool running = false;
-    };
-
-    std::exception_ptr callFailure;                 ///< a capture of both sources does not start
-    std::exception_ptr microphoneFailure;           ///< a capture of the microphone alone does not start
-    bool failuresAreReportedToo = false;            ///< such a start also reports its failure through onError
-    Event startsPass;                               ///< a start waits for it; set at first
-    std::vector<std::shared_ptr<Capture>> captures; ///< in the order of their starts
-
-    FakeSoundServer() { startsPass.set(); }
-    std::unique_ptr<AudioCapture> makeCapture();
-
-    /// Delivers `frameCount` frames of 16 kHz mono from the newest capture, the first of them captured now.
-    void deliver(CaptureSource source, std::size_t frameCount);
-    void fail(const std::string& message);
-    void notify(const std::string& notice);
-};
 
 /// A store on a folder of its own, with a scripted sound server and speech engine.
 class StoreFixture : public ::testing::Test {

@@ -18,7 +18,7 @@ protected:
 
 TEST_F(AudioRecorderTest, WritesTheMicrophoneAndTellsWhatItWrote) {
     start();
-    EXPECT_EQ(capture->startedSources, std::vector{microphone});
+    EXPECT_EQ(sound.captures.back()->sources, std::vector{microphone});
     for (int i = 0; i < 10; ++i)
         deliver(0.1 * i, 1'600);
     EXPECT_EQ(stop(), "");
@@ -35,7 +35,7 @@ TEST_F(AudioRecorderTest, FillsAGapWithSilenceWhileItLasts) {
     start();
     deliver(0.0, 8'000);
     clock.setSeconds(60); // filled up to half a second behind the clock
-    capture->deliver(microphone, 60, {}, format);
+    deliver(60, 0);
     ASSERT_TRUE(waitForHeard(59 * 16'000 + 8'000));
     deliver(60.0, 8'000);
     EXPECT_EQ(stop(), "");
@@ -51,7 +51,7 @@ TEST_F(AudioRecorderTest, DropsOnlyWhatComesBeforeTheStartOrBehindTheSilence) {
     start();
     deliver(-0.05, 1'600); // half of it lies before the start
     clock.setSeconds(2.0);
-    capture->deliver(microphone, 2.0, {}, format);
+    deliver(2.0, 0);
     ASSERT_TRUE(waitForHeard(24'000)); // filled to 1.5 s
     deliver(1.4, 3'200);
     EXPECT_EQ(stop(), "");
@@ -72,11 +72,11 @@ TEST_F(AudioRecorderTest, EndsAtTheFirstFailureAndSaysItAgainAtTheStop) {
         ASSERT_TRUE(waitForError());
     }
     deliver(0.2, 1'600);
-    capture->fail(std::make_exception_ptr(std::runtime_error("later")));
+    sound.fail("later");
     EXPECT_EQ(stop(), errors[0]);
     EXPECT_EQ(errors.size(), 1U);
     EXPECT_EQ(heardFrames(), before);
-    EXPECT_FALSE(capture->running);
+    EXPECT_FALSE(sound.captures.back()->running);
     EXPECT_EQ(stop(), "");
 }
 

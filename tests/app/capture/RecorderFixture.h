@@ -2,7 +2,7 @@
 
 #include "Varnet/capture/RecorderCallbacks.h"
 #include "tests/support/Await.h"
-#include "tests/support/FakeAudioCapture.h"
+#include "tests/support/FakeSoundServer.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/WavFile.h"
 
@@ -12,19 +12,12 @@
 
 namespace varnet::test {
 
-/// A recorder of the given type on a fake capture and a clock that the test turns. Audio is 16 kHz mono, so that input
-/// and output frames are the same.
+/// A recorder of the given type on a fake sound server and a clock that the test turns. Audio is 16 kHz mono, so that
+/// input and output frames are the same.
 template <class Recorder>
 class RecorderFixture : public ::testing::Test {
 protected:
-    static constexpr CaptureFormat format{16'000, 1};
-
-    explicit RecorderFixture(const char* file) : m_file(file) {
-        auto owned = std::make_unique<FakeAudioCapture>();
-        capture = owned.get();
-        capture->origin = FakeClock::start;
-        recorder = std::make_unique<Recorder>(std::move(owned), clock.reader());
-    }
+    explicit RecorderFixture(const char* file) : m_file(file) {}
 
     /// What the start and the stop fail with; empty if they do not.
     std::string startFailure() { return failureText(recorder->start(folder / m_file, callbacks())); }
@@ -32,7 +25,7 @@ protected:
     void start() { ASSERT_EQ(startFailure(), ""); }
 
     void deliver(CaptureSource source, double seconds, std::size_t count, float value = 0.5F) {
-        capture->deliver(source, seconds, std::vector<float>(count, value), format);
+        sound.deliver(source, count, FakeClock::at(seconds), value);
     }
 
     std::size_t heardFrames() {
@@ -48,8 +41,8 @@ protected:
 
     TemporaryFolder folder;
     FakeClock clock;
-    FakeAudioCapture* capture = nullptr;
-    std::unique_ptr<Recorder> recorder;
+    FakeSoundServer sound;
+    std::unique_ptr<Recorder> recorder = std::make_unique<Recorder>(sound.makeCapture(), clock.reader());
 
     std::mutex mutex;
     std::vector<std::byte> heard;

@@ -24,11 +24,11 @@ constexpr const char* noMicrophone =
 
 TEST_F(SystemAudioRecorderTest, AlignsBothTracksWhateverTheOrderOfDelivery) {
     start();
-    EXPECT_EQ(capture->startedSources, (std::vector{microphone, system}));
+    EXPECT_EQ(sound.captures.back()->sources, (std::vector{microphone, system}));
     clock.setSeconds(1.5);
     deliver(system, 1.0, 1'600, 0.25F);
     deliver(microphone, 1.0, 1'600);
-    capture->notify("The microphone is silent.");
+    sound.notify("The microphone is silent.");
     EXPECT_EQ(stop(), "");
     const auto microphoneTrack = samples("microphone.wav");
     const auto systemTrack = samples("system.wav");
@@ -53,7 +53,7 @@ TEST_F(SystemAudioRecorderTest, KeepsTheTailOfASourceThatStopsAndItsPlaceWhenItC
         deliver(source, 0, 8'000);
     for (const double now : {0.85, 1.3, 2.0, 2.5}) { // a tick sees that nothing comes, and then reads on
         clock.setSeconds(now);
-        capture->deliver(system, now, {}, format); // wakes the queue
+        deliver(system, now, 0); // wakes the queue
         const auto due = static_cast<std::size_t>(SystemAudioRecorder::dueFrames(std::llround(now * 1e9)));
         ASSERT_TRUE(waitForHeard(due));
     }
@@ -80,7 +80,7 @@ TEST_F(SystemAudioRecorderTest, FailsOnceOnAnImpossibleTimestamp) {
     deliver(microphone, 3.5, 160); // 2.5 s ahead
     deliver(microphone, 3.6, 160);
     ASSERT_TRUE(waitForError());
-    capture->fail(std::make_exception_ptr(std::runtime_error("later")));
+    sound.fail("later");
     EXPECT_EQ(stop(), streamStopped);
     EXPECT_EQ(errors.size(), 1U);
     EXPECT_TRUE(diagnostics()["capture_failed"].toBool());
@@ -105,7 +105,7 @@ TEST_F(SystemAudioRecorderTest, ClosesTheFilesWhateverFails) {
     start();
     deliver(microphone, 0.0, 1'600);
     clock.setSeconds(0.2);
-    capture->stopFailure = std::make_exception_ptr(std::runtime_error("The stream would not stop."));
+    sound.stopFailure = std::make_exception_ptr(Failure("The stream would not stop."));
     std::filesystem::create_directories(folder / "capture-diagnostics.json" / "in the way");
     EXPECT_NE(stop().find("capture-diagnostics.json"), std::string::npos) << "the files' failure before the stream's";
     for (const char* name : {"meeting.wav", "microphone.wav", "system.wav"})
@@ -120,7 +120,7 @@ TEST_F(SystemAudioRecorderTest, LeavesNothingWhenTheCaptureIsNotAvailable) {
         {Reason::streamFailed, "as the platform says"},
     };
     for (const auto& [reason, text] : rows) {
-        capture->startFailure = std::make_exception_ptr(CaptureUnavailable(reason, "as the platform says"));
+        sound.callFailure = std::make_exception_ptr(CaptureUnavailable(reason, "as the platform says"));
         EXPECT_EQ(startFailure(), text);
         EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
         EXPECT_EQ(stop(), "");
@@ -128,7 +128,7 @@ TEST_F(SystemAudioRecorderTest, LeavesNothingWhenTheCaptureIsNotAvailable) {
 }
 
 TEST_F(SystemAudioRecorderTest, TellsWhatWasHeardDuringTheStartOnceItCannotBeUndone) {
-    capture->beforeStartEnds = [this] {
+    sound.duringStart = [this] {
         clock.setSeconds(1);
         deliver(microphone, 0, 8'000);
         EXPECT_TRUE(waitForLevels());
@@ -140,9 +140,9 @@ TEST_F(SystemAudioRecorderTest, TellsWhatWasHeardDuringTheStartOnceItCannotBeUnd
 }
 
 TEST_F(SystemAudioRecorderTest, UndoesAStartDuringWhichTheCaptureFailed) {
-    capture->beforeStartEnds = [this] { capture->deliver(microphone, 9.0, std::vector<float>(160), format); };
+    sound.duringStart = [this] { deliver(microphone, 9.0, 160); };
     EXPECT_EQ(startFailure(), "Audio capture failed while starting. Check recording permissions and audio devices.");
-    EXPECT_FALSE(capture->running);
+    EXPECT_FALSE(sound.captures.back()->running);
     EXPECT_EQ(samples("meeting.wav").size(), 0U);
 }
 
