@@ -1,3 +1,4 @@
+#include "MeetingCore/audio/DurableWAV.h"
 #include "MeetingCore/base/AtomicFile.h"
 #include "MeetingCore/records/MeetingHistory.h"
 #include "MeetingCore/records/MeetingRepository.h"
@@ -231,4 +232,15 @@ TEST_F(Crash, InErasingLeavesTheWholeMeetingOrNone) {
     };
     killEverywhere([&] { repository().eraseDeleted(old.id); }, erased,
                    [&] { repository().moveToDeleted(old.id, earlier); });
+}
+
+TEST_F(Crash, InCreatingARecordingLeavesNoFileWithoutAHeader) {
+    const fs::path recording = folder / "meeting.wav";
+    const auto created = [&] {
+        if (!fs::exists(recording))
+            return false;
+        DurableWAV::repair(recording); // refuses a file without its header
+        return true;
+    };
+    killEverywhere([&] { DurableWAV file(recording); }, created, [&] { fs::remove(recording); });
 }
