@@ -75,7 +75,7 @@ Column {
         Column {
             id: content
 
-            width: parent.width - x - (play.visible ? play.width : 0)
+            width: parent.width - x - (root.playable ? play.width : 0)
             x: root.quote ? 3 * Theme.unit : 0
             y: Theme.unit
 

@@ -26,9 +26,10 @@ ReadingList {
     }
 
     Accessible.name: qsTr("Draft")
+    activeFocusOnTab: count > 0
     model: page.draft
 
-    Keys.enabled: count > 0
+    Keys.enabled: current !== null
     Keys.onPressed: event => {
         const enter = [Qt.Key_Return, Qt.Key_Enter, Qt.Key_Space].includes(event.key) && current.quote
         event.accepted = stepped(event.key) || enter
@@ -36,6 +37,16 @@ ReadingList {
             play(current.turn)
         else if (enter)
             page.showTurn(current.turn)
+    }
+
+    // Another draft is read from its beginning.
+    Connections {
+        function onModelReset() {
+            root.currentIndex = 0
+            Qt.callLater(root.positionViewAtBeginning)
+        }
+
+        target: root.page.draft
     }
 
     ScrollBar.vertical: ScrollBar {}

@@ -16,7 +16,7 @@ Row {
     Action {
         id: writing
 
-        enabled: root.commands.writeNotesEnabled
+        enabled: root.visible && root.commands.writeNotesEnabled
         shortcut: "Ctrl+Shift+N"
         text: root.draft.writeTitle
         onTriggered: root.commands.writeNotes()
