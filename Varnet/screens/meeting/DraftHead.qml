@@ -27,6 +27,8 @@ Column {
     }
 
     ThemedText {
+        Accessible.name: text
+        Accessible.role: Accessible.StaticText
         color: Theme.faint
         text: root.draft.origin
         type: Theme.caption

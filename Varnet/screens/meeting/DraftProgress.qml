@@ -40,6 +40,8 @@ Rectangle {
             }
 
             ThemedText {
+                Accessible.name: text
+                Accessible.role: Accessible.StaticText
                 Layout.fillWidth: true
                 color: Theme.secondary
                 text: root.draft.present ? qsTr("The draft below is kept until the new one is there.") : qsTr("You can go on working. The draft will stand here.")

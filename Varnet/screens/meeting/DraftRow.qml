@@ -29,6 +29,7 @@ Column {
     topPadding: quote ? 0 : 2 * Theme.unit
 
     ThemedText {
+        Accessible.name: text
         Accessible.role: Accessible.Heading
         bottomPadding: Theme.unit
         text: root.heading

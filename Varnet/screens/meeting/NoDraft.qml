@@ -12,6 +12,7 @@ Column {
     spacing: 2 * Theme.unit
 
     ThemedText {
+        Accessible.name: text
         Accessible.role: Accessible.Heading
         text: qsTr("No draft yet")
         type: Theme.heading

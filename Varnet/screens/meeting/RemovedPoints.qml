@@ -23,6 +23,8 @@ Column {
         width: root.width
 
         ThemedText {
+            Accessible.name: text
+            Accessible.role: Accessible.StaticText
             color: Theme.secondary
             text: root.draft.removedText
             width: Math.min(implicitWidth, root.width)
