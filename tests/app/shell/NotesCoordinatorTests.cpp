@@ -112,6 +112,7 @@ TEST_F(NotesCoordinatorTest, AStartOfTheEngineEndsAsItShould) {
          [&] {
              ASSERT_TRUE(begun());
              commands->cancelNotes();
+             EXPECT_EQ(engines->notes(), EngineState::stopped());
          },
          1, nullptr},
         {"the meeting goes", "touch notes.up; exec sleep 1000",
