@@ -32,9 +32,12 @@ def find(role, name=None):
         return []  # the window changed meanwhile
 
 
-def names(role):
-    """The names of everything of that role that can be seen, such as "list item"."""
-    return [node.get_name() for node in find(role)]
+def names(role, state=None):
+    """The names of everything of that role that can be seen, such as "list item", and is in that state."""
+    try:
+        return [node.get_name() for node in find(role) if state is None or node.get_state_set().contains(state)]
+    except GLib.Error:
+        return []
 
 
 def written(name):
@@ -42,12 +45,17 @@ def written(name):
     return [Atspi.Text.get_text(node, 0, Atspi.Text.get_character_count(node)) for node in find("text", name)]
 
 
-def click(name, role="push button"):
+def description(role, name):
+    """What is said about the control of that name beyond it."""
+    return find(role, name)[-1].get_description()
+
+
+def click(name, role="push button", times=1):
     """Clicks the last control of that name with the mouse, once it can be seen: the one on top."""
     driver.wait_for(f"the {role} '{name}'", lambda: find(role, name))
     place = Atspi.Component.get_extents(find(role, name)[-1], Atspi.CoordType.SCREEN)
     middle = (place.x + place.width // 2, place.y + place.height // 2)
-    subprocess.run(["xdotool", "mousemove", *map(str, middle), "click", "1"], check=True)
+    subprocess.run(["xdotool", "mousemove", *map(str, middle), "click", "--repeat", str(times), "--delay", "50", "1"], check=True)
 
 
 def take_focus(process):
