@@ -30,8 +30,10 @@ Rectangle {
             Layout.fillWidth: true
             spacing: Theme.unit
 
-            RowLayout {
-                spacing: 3 * Theme.unit
+            GridLayout {
+                columnSpacing: 3 * Theme.unit
+                columns: row.columns === 1 ? 1 : 3
+                rowSpacing: 0
 
                 ThemedText {
                     Accessible.name: text
@@ -43,6 +45,7 @@ Rectangle {
                 ThemedText {
                     Accessible.name: text
                     Accessible.role: Accessible.StaticText
+                    Layout.maximumWidth: parent.width
                     color: Theme.secondary
                     text: root.work.waitingText
                     type: Theme.caption
@@ -51,6 +54,7 @@ Rectangle {
 
                 ThemedText {
                     Accessible.ignored: true
+                    Layout.maximumWidth: parent.width
                     text: root.work.progress
                     type: Theme.caption
                     visible: text !== ""
