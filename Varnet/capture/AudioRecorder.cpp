@@ -2,9 +2,6 @@
 
 #include "MeetingCore/audio/Levels.h"
 #include "MeetingCore/base/Failures.h"
-#include "Varnet/capture/AudioFailure.h"
-
-#include <QDebug>
 
 #include <algorithm>
 #include <chrono>
@@ -35,77 +32,37 @@ constexpr std::int64_t silenceFrames = 16'000; ///< written at once, however lon
 } // namespace
 
 AudioRecorder::AudioRecorder(std::unique_ptr<AudioCapture> capture, Clock clock)
-    : m_clock(std::move(clock)), m_queue("varnet.audio", m_clock), m_capture(std::move(capture)) {}
-
-AudioRecorder::~AudioRecorder() {
-    m_capture.reset();
-    m_queue.post([this] {
-        try {
-            if (beginStop())
-                finish();
-        } catch (const std::exception& failure) {
-            qWarning("Ending an unstopped recording: %s", failure.what());
-        }
-    });
-}
+    : m_clock(clock), m_run(*this, std::move(capture), "varnet.audio", std::move(clock)) {}
 
 Task<> AudioRecorder::start(std::filesystem::path file, RecorderCallbacks callbacks) {
     m_callbacks = std::move(callbacks);
-    co_await m_queue.run([this, file] { open(file); });
-    std::exception_ptr failure;
-    bool unavailable = false;
-    try {
-        AudioCapture::Callbacks capture;
-        capture.onBuffer = [this](const CaptureBuffer& buffer) { deliver(buffer); };
-        capture.onError = [this](const std::exception_ptr& error) {
-            m_queue.post([this, error] {
-                if (!m_stopping)
-                    fail(error);
-            });
-        };
-        capture.onNotice = m_callbacks.onNotice;
-        co_await m_capture->start({CaptureSource::microphone}, std::move(capture));
-        co_await m_queue.run([this] {
-            if (m_failure)
-                std::rethrow_exception(m_failure);
-        });
-        co_return;
-    } catch (const CaptureUnavailable& reason) {
-        failure = startFailure(reason);
-        unavailable = true;
-    } catch (...) {
-        failure = std::current_exception();
-    }
-    try {
-        co_await stop();
-    } catch (const std::exception& second) {
-        qWarning("Undoing the start of a recording: %s", second.what());
-    }
-    std::error_code ignored;
-    if (unavailable)
-        std::filesystem::remove(file, ignored);
-    std::rethrow_exception(failure);
+    return m_run.start({CaptureSource::microphone}, [this, file] { open(file); }, m_callbacks.onNotice);
+}
+
+void AudioRecorder::started() {
+    if (m_failure)
+        std::rethrow_exception(m_failure);
 }
 
 void AudioRecorder::open(const std::filesystem::path& path) {
     m_file = std::make_unique<DurableWAV>(path);
+    m_path = path;
     m_failure = nullptr;
-    m_stopping = false;
     m_origin = m_clock();
     m_converter.emplace(m_origin);
-    m_queue.startTimer(tickPeriod, tickPeriod, [this] { tick(); });
+    m_run.queue().startTimer(tickPeriod, tickPeriod, [this] { tick(); });
 }
 
 void AudioRecorder::deliver(const CaptureBuffer& buffer) {
     try {
         // Posted under the lock, so that no tick takes the converter's rest before what came ahead of it.
         const std::lock_guard lock(m_converterMutex);
-        m_queue.post([this, placed = m_converter->convert(buffer, m_clock())]() mutable {
+        m_run.queue().post([this, placed = m_converter->convert(buffer, m_clock())]() mutable {
             for (PlacedSamples& next : placed)
                 gather(std::move(next));
         });
     } catch (...) {
-        m_queue.post([this, failure = std::current_exception()] { fail(failure); });
+        m_run.queue().post([this, failure = std::current_exception()] { fail(failure); });
     }
 }
 
@@ -198,31 +155,7 @@ void AudioRecorder::fail(const std::exception_ptr& failure) {
         m_callbacks.onError(failure);
 }
 
-Task<> AudioRecorder::stop() {
-    bool begun = false;
-    co_await m_queue.run([this, &begun] { begun = beginStop(); });
-    if (!begun)
-        co_return;
-    std::exception_ptr captureFailure;
-    try {
-        co_await m_capture->stop();
-    } catch (...) {
-        captureFailure = std::current_exception();
-    }
-    co_await m_queue.run([this] { finish(); });
-    if (captureFailure)
-        std::rethrow_exception(captureFailure);
-}
-
-bool AudioRecorder::beginStop() {
-    if (!m_file || m_stopping)
-        return false;
-    m_stopping = true;
-    m_queue.stopTimer();
-    return true;
-}
-
-void AudioRecorder::finish() {
+void AudioRecorder::finish(std::int64_t) {
     takeRest([](SourceConverter& converter) { return converter.finish(); });
     writeBlock();
     try {
@@ -235,6 +168,14 @@ void AudioRecorder::finish() {
     m_callbacks = {};
     if (m_failure)
         std::rethrow_exception(m_failure);
+}
+
+/// Nothing was captured, so nothing is left lying about.
+void AudioRecorder::abandon() {
+    m_file.reset();
+    m_callbacks = {};
+    std::error_code ignored;
+    std::filesystem::remove(m_path, ignored);
 }
 
 } // namespace varnet

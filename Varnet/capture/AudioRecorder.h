@@ -2,7 +2,7 @@
 
 #include "MeetingCore/audio/DurableWAV.h"
 #include "Varnet/capture/RecorderCallbacks.h"
-#include "Varnet/capture/SerialQueue.h"
+#include "Varnet/capture/RecorderRun.h"
 #include "Varnet/capture/SourceConverter.h"
 
 #include <cstdint>
@@ -21,16 +21,13 @@ namespace varnet {
 /// becomes silence at its own place, in the file and for `onPCM` alike, while it lasts.
 ///
 /// One object serves one recording. `start` and `stop` belong to the main thread; the object lives until both have
-/// returned.
-class AudioRecorder {
+/// returned. Its destructor ends a recording that was not stopped; the audio is kept.
+class AudioRecorder final : RecorderRun::Recorder {
 public:
     using Clock = SerialQueue::Clock;
 
     /// `clock` is the one that the capture's buffers are stamped with.
     explicit AudioRecorder(std::unique_ptr<AudioCapture> capture, Clock clock = monotonicNanoseconds);
-
-    /// Ends a recording that was not stopped; its audio is kept.
-    ~AudioRecorder();
 
     /// Throws AudioFailure, SpeechFailure, CaptureUnavailable or FileFailure, with nothing running. When the capture
     /// is not available no file remains.
@@ -38,11 +35,11 @@ public:
 
     /// Writes what was heard until now, closes the file whatever fails, and throws the first failure of the recording.
     /// Does nothing when nothing runs, or when it has been called already.
-    Task<> stop();
+    Task<> stop() { return m_run.stop(); }
 
 private:
     // On the delivery thread.
-    void deliver(const CaptureBuffer& buffer);
+    void deliver(const CaptureBuffer& buffer) override;
 
     // On the queue.
     void open(const std::filesystem::path& path);
@@ -52,9 +49,10 @@ private:
     void append(std::span<const std::byte> pcm);
     std::int64_t writtenFrames() const;
     void tick();
-    void fail(const std::exception_ptr& failure);
-    bool beginStop();
-    void finish();
+    void started() override;
+    void fail(const std::exception_ptr& failure) override;
+    void finish(std::int64_t stopTime) override;
+    void abandon() override;
 
     template <class Take>
     void takeRest(Take take);
@@ -68,13 +66,11 @@ private:
 
     // Of the queue only.
     PlacedSamples m_block; ///< converted and not yet written
+    std::filesystem::path m_path;
     std::unique_ptr<DurableWAV> m_file;
     std::exception_ptr m_failure; ///< the first one; nothing is written after it
-    bool m_stopping = false;
 
-    // The capture ends first, then the queue does what it has been given.
-    SerialQueue m_queue;
-    std::unique_ptr<AudioCapture> m_capture;
+    RecorderRun m_run;
 };
 
 } // namespace varnet

@@ -3,9 +3,7 @@
 #include "MeetingCore/audio/Levels.h"
 #include "MeetingCore/base/AtomicFile.h"
 #include "MeetingCore/base/Failures.h"
-#include "Varnet/capture/AudioFailure.h"
 
-#include <QDebug>
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -47,19 +45,7 @@ void keepFirst(std::exception_ptr& failure, Step step) {
 } // namespace
 
 SystemAudioRecorder::SystemAudioRecorder(std::unique_ptr<AudioCapture> capture, Clock clock)
-    : m_clock(std::move(clock)), m_queue("varnet.system-capture", m_clock), m_capture(std::move(capture)) {}
-
-SystemAudioRecorder::~SystemAudioRecorder() {
-    m_capture.reset();
-    m_queue.post([this] {
-        try {
-            if (beginStop())
-                finish();
-        } catch (const std::exception& failure) {
-            qWarning("Ending an unstopped recording: %s", failure.what());
-        }
-    });
-}
+    : m_clock(clock), m_run(*this, std::move(capture), "varnet.system-capture", std::move(clock)) {}
 
 std::int64_t SystemAudioRecorder::dueFrames(std::int64_t elapsed) {
     return wholeFrames(elapsed - playoutDelay.count()) / blockFrames * blockFrames;
@@ -67,44 +53,17 @@ std::int64_t SystemAudioRecorder::dueFrames(std::int64_t elapsed) {
 
 Task<> SystemAudioRecorder::start(std::filesystem::path mixedFile, RecorderCallbacks callbacks) {
     m_callbacks = std::move(callbacks);
-    co_await m_queue.run([this, mixedFile] { open(mixedFile); });
-    std::exception_ptr failure;
-    bool unavailable = false;
-    try {
-        AudioCapture::Callbacks capture;
-        capture.onBuffer = [this](const CaptureBuffer& buffer) { deliver(buffer); };
-        capture.onError = [this](const std::exception_ptr& error) {
-            m_queue.post([this, error] {
-                if (!m_stopping)
-                    fail(error);
-            });
-        };
-        capture.onNotice = m_callbacks.onNotice;
-        co_await m_capture->start({allCaptureSources.begin(), allCaptureSources.end()}, std::move(capture));
-        co_await m_queue.run([this] {
-            if (m_failed)
-                throw SpeechFailure(
-                    "Audio capture failed while starting. Check recording permissions and audio devices.");
-            m_started = true;
-            for (auto& mix : std::exchange(m_unsent, {}))
-                m_callbacks.onPCM(std::move(mix));
-        });
-        co_return;
-    } catch (const CaptureUnavailable& reason) {
-        failure = startFailure(reason);
-        unavailable = true;
-    } catch (...) {
-        failure = std::current_exception();
-    }
-    try {
-        if (unavailable)
-            co_await m_queue.run([this] { abandon(); });
-        else
-            co_await stop();
-    } catch (const std::exception& second) {
-        qWarning("Undoing the start of a recording: %s", second.what());
-    }
-    std::rethrow_exception(failure);
+    return m_run.start(
+        {allCaptureSources.begin(), allCaptureSources.end()}, [this, mixedFile] { open(mixedFile); },
+        m_callbacks.onNotice);
+}
+
+void SystemAudioRecorder::started() {
+    if (m_failed)
+        throw SpeechFailure("Audio capture failed while starting. Check recording permissions and audio devices.");
+    m_started = true;
+    for (auto& mix : std::exchange(m_unsent, {}))
+        m_callbacks.onPCM(std::move(mix));
 }
 
 void SystemAudioRecorder::open(const std::filesystem::path& mixedFile) {
@@ -116,11 +75,11 @@ void SystemAudioRecorder::open(const std::filesystem::path& mixedFile) {
     m_files = std::move(files);
     m_mixedFile = mixedFile;
     m_timeline = std::make_unique<AudioTimeline>(timelineCapacity);
-    m_stopping = m_failed = false;
+    m_failed = false;
     m_origin = m_clock();
     for (const CaptureSource source : allCaptureSources)
         m_converters.insert_or_assign(source, SourceConverter(m_origin));
-    m_queue.startTimer(playoutDelay, tickPeriod, [this] { tick(); });
+    m_run.queue().startTimer(playoutDelay, tickPeriod, [this] { tick(); });
 }
 
 void SystemAudioRecorder::deliver(const CaptureBuffer& buffer) {
@@ -130,9 +89,9 @@ void SystemAudioRecorder::deliver(const CaptureBuffer& buffer) {
             const std::lock_guard lock(m_converterMutex);
             placed = m_converters.at(buffer.source).convert(buffer, m_clock());
         }
-        m_queue.post([this, source = buffer.source, placed = std::move(placed)] { place(source, placed); });
+        m_run.queue().post([this, source = buffer.source, placed = std::move(placed)] { place(source, placed); });
     } catch (...) {
-        m_queue.post([this, failure = std::current_exception()] { fail(failure); });
+        m_run.queue().post([this, failure = std::current_exception()] { fail(failure); });
     }
 }
 
@@ -157,7 +116,7 @@ void SystemAudioRecorder::placeRests(Take take) {
 }
 
 void SystemAudioRecorder::tick() {
-    if (m_failed || m_stopping)
+    if (m_failed)
         return;
     try {
         const std::int64_t now = m_clock();
@@ -190,41 +149,16 @@ void SystemAudioRecorder::fail(const std::exception_ptr& failure) {
     if (m_failed || m_files.empty())
         return;
     m_failed = true;
-    m_queue.stopTimer();
+    m_run.queue().stopTimer();
     if (m_callbacks.onError)
         m_callbacks.onError(failure);
 }
 
-Task<> SystemAudioRecorder::stop() {
-    bool begun = false;
-    co_await m_queue.run([this, &begun] { begun = beginStop(); });
-    if (!begun)
-        co_return;
-    std::exception_ptr captureFailure;
-    try {
-        co_await m_capture->stop();
-    } catch (...) {
-        captureFailure = std::current_exception();
-    }
-    co_await m_queue.run([this] { finish(); });
-    if (captureFailure)
-        std::rethrow_exception(captureFailure);
-}
-
-bool SystemAudioRecorder::beginStop() {
-    if (m_files.empty() || m_stopping)
-        return false;
-    m_stopping = true;
-    m_queue.stopTimer();
-    m_finalFrame = wholeFrames(m_clock() - m_origin);
-    return true;
-}
-
-void SystemAudioRecorder::finish() {
+void SystemAudioRecorder::finish(std::int64_t stopTime) {
     std::exception_ptr failure;
     if (!m_failed) {
         keepFirst(failure, [this] { placeRests([](SourceConverter& converter) { return converter.finish(); }); });
-        keepFirst(failure, [this] { flush(m_finalFrame); });
+        keepFirst(failure, [&] { flush(wholeFrames(stopTime - m_origin)); });
     }
     for (const auto& [key, file] : m_files)
         keepFirst(failure, [&file] { file->close(); });
@@ -241,7 +175,6 @@ void SystemAudioRecorder::finish() {
 
 /// Nothing was captured, so nothing is left lying about.
 void SystemAudioRecorder::abandon() {
-    m_queue.stopTimer();
     m_files.clear();
     m_callbacks = {};
     std::error_code ignored;

@@ -3,7 +3,7 @@
 #include "MeetingCore/audio/AudioTimeline.h"
 #include "MeetingCore/audio/DurableWAV.h"
 #include "Varnet/capture/RecorderCallbacks.h"
-#include "Varnet/capture/SerialQueue.h"
+#include "Varnet/capture/RecorderRun.h"
 #include "Varnet/capture/SourceConverter.h"
 
 #include <array>
@@ -24,16 +24,13 @@ namespace varnet {
 /// "capture-diagnostics.json" is added at the end.
 ///
 /// One object serves one recording. `start` and `stop` belong to the main thread; the object lives until both have
-/// returned.
-class SystemAudioRecorder {
+/// returned. Its destructor ends a recording that was not stopped; the audio is kept.
+class SystemAudioRecorder final : RecorderRun::Recorder {
 public:
     using Clock = SerialQueue::Clock;
 
     /// `clock` is the one that the capture's buffers are stamped with.
     explicit SystemAudioRecorder(std::unique_ptr<AudioCapture> capture, Clock clock = monotonicNanoseconds);
-
-    /// Ends a recording that was not stopped; its audio is kept.
-    ~SystemAudioRecorder();
 
     /// Throws AudioFailure, SpeechFailure, CaptureUnavailable or FileFailure, with nothing running. When the capture
     /// is not available no file remains.
@@ -41,14 +38,14 @@ public:
 
     /// Writes what was heard until now, closes all files whatever fails, and throws the first failure. Does nothing
     /// when nothing runs, or when it has been called already.
-    Task<> stop();
+    Task<> stop() { return m_run.stop(); }
 
     /// How many frames are read out when `elapsed` nanoseconds have passed since the origin: whole blocks only.
     static std::int64_t dueFrames(std::int64_t elapsed);
 
 private:
     // On the delivery thread.
-    void deliver(const CaptureBuffer& buffer);
+    void deliver(const CaptureBuffer& buffer) override;
 
     // On the queue.
     void open(const std::filesystem::path& mixedFile);
@@ -56,10 +53,10 @@ private:
     void tick();
     void flush(std::int64_t until);
     void writeBlock(const AudioBlock& block);
-    void fail(const std::exception_ptr& failure);
-    bool beginStop();
-    void finish();
-    void abandon();
+    void started() override;
+    void fail(const std::exception_ptr& failure) override;
+    void finish(std::int64_t stopTime) override;
+    void abandon() override;
     void writeDiagnostics() const;
 
     template <class Take>
@@ -77,15 +74,11 @@ private:
     std::map<std::string, std::unique_ptr<DurableWAV>> m_files; ///< "mixed", "microphone", "system"; empty when idle
     std::filesystem::path m_mixedFile;
     std::map<CaptureSource, std::int64_t> m_received; ///< buffers placed
-    std::int64_t m_finalFrame = 0;
-    bool m_stopping = false;
     bool m_failed = false;
     bool m_started = false;                       ///< the capture runs: nothing will be undone
     std::vector<std::vector<std::byte>> m_unsent; ///< blocks of the mix from before that; at most a few seconds
 
-    // The capture ends first, then the queue does what it has been given.
-    SerialQueue m_queue;
-    std::unique_ptr<AudioCapture> m_capture;
+    RecorderRun m_run;
 };
 
 } // namespace varnet
