@@ -24,9 +24,8 @@ public:
         return run(&m_server, m_capture);
     }
     Task<> stop() override {
-        m_capture->running = false;
-        if (m_server.stopFailure)
-            std::rethrow_exception(m_server.stopFailure);
+        if (std::exchange(m_capture->running, false) && m_server.stopFailure)
+            fail(m_server, *m_capture, m_server.stopFailure);
         co_return;
     }
 
@@ -37,11 +36,15 @@ private:
             server->duringStart();
         co_await server->startsPass.wait();
         const auto failure = capture->sources.size() > 1 ? server->callFailure : server->microphoneFailure;
-        if (failure && server->failuresAreReportedToo)
-            elsewhere([&] { capture->callbacks.onError(failure); });
         if (failure)
-            std::rethrow_exception(failure);
+            fail(*server, *capture, failure);
         capture->running = true;
+    }
+    [[noreturn]] static void fail(FakeSoundServer& server, FakeSoundServer::Capture& capture,
+                                  const std::exception_ptr& failure) {
+        if (server.failuresAreReportedToo)
+            elsewhere([&] { capture.callbacks.onError(failure); });
+        std::rethrow_exception(failure);
     }
 
     FakeSoundServer& m_server;

@@ -19,7 +19,7 @@ struct FakeSoundServer {
     std::exception_ptr callFailure;                 ///< a capture of both sources does not start
     std::exception_ptr microphoneFailure;           ///< a capture of the microphone alone does not start
     std::exception_ptr stopFailure;                 ///< a capture does not stop as it should
-    bool failuresAreReportedToo = false;            ///< such a start also reports its failure through onError
+    bool failuresAreReportedToo = false;            ///< such a start or stop also reports its failure through onError
     std::function<void()> duringStart;              ///< called within a start
     Event startsPass;                               ///< a start waits for it; set at first
     std::vector<std::shared_ptr<Capture>> captures; ///< in the order of their starts

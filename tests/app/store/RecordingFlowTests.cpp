@@ -128,6 +128,7 @@ TEST_F(RecordingFlow, AFailedStartLeavesTheStoreReadyForTheNext) {
         EXPECT_EQ(store().error(), "Microphone access is needed to record. Enable Zelvik in System Settings → Privacy "
                                    "& Security → Microphone.");
         EXPECT_EQ(statusesOnDisk, (Strings{"Preparing microphone", "Recording did not start"}));
+        EXPECT_EQ(filesOnDisk(), Strings{"meeting.json"});
         EXPECT_EQ(engine.closeCode(), 1001);
     }
     sound.microphoneFailure = nullptr;
