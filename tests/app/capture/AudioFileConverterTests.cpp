@@ -3,6 +3,7 @@
 #include "Varnet/capture/AudioFileConverter.h"
 #include "tests/support/FileSizeLimit.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/Thrown.h"
 #include "tests/support/TreeSnapshot.h"
 #include "tests/support/WavFile.h"
 
@@ -51,14 +52,9 @@ protected:
 
     /// Converts into target.wav; what it fails with, or nothing.
     std::string failure(const fs::path& source, const std::function<void(double)>& onProgress = {},
-                        std::stop_token stop = {}) {
+                        const std::stop_token& stop = {}) {
         fs::remove(target);
-        try {
-            convertFile(folder / source, target, onProgress, std::move(stop));
-            return "";
-        } catch (const std::exception& error) {
-            return error.what();
-        }
+        return test::sentenceThrown([&] { convertFile(folder / source, target, onProgress, stop); });
     }
 
     test::TemporaryFolder folder;
@@ -242,12 +238,8 @@ TEST_F(AudioFileConverterTest, EndsInTheMiddleWithoutTouchingTheOriginal) {
         EXPECT_EQ(failure("long.wav"), "“target.wav” could not be written: File too large.");
     }
     EXPECT_EQ(fs::file_size(folder / "long.wav"), size);
-    try {
-        convertFile(folder / "long.wav", folder / "long.wav");
-        ADD_FAILURE() << "took the source as target";
-    } catch (const FileFailure& failure) {
-        EXPECT_STREQ(failure.what(), "“long.wav” could not be written: File exists.");
-    }
+    EXPECT_EQ(test::sentenceThrown([&] { convertFile(folder / "long.wav", folder / "long.wav"); }),
+              "“long.wav” could not be written: File exists.");
     EXPECT_EQ(fs::file_size(folder / "long.wav"), size);
     EXPECT_EQ(failure("long.wav", [&](double) { fs::resize_file(folder / "long.wav", size / 2); }), notConverted);
 

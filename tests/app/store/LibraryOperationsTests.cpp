@@ -1,6 +1,7 @@
 #include "MeetingCore/base/AtomicFile.h"
 #include "MeetingCore/records/MeetingStatus.h"
 #include "tests/support/StoreFixture.h"
+#include "tests/support/Thrown.h"
 
 #include <QUndoStack>
 
@@ -162,15 +163,10 @@ TEST_F(LibraryOperations, AVersionComesBackButNeverOverPendingEdits) {
     repository.archiveBeforeTranscription(*store().meeting(id));
     store().setNotes("new", id);
     const auto entry = await(store().history(id)).entries.at(0);
-    const auto restore = [&]() -> std::string {
-        try {
-            store().restoreHistory(
-                entry, {.personalNotes = true},
-                {MeetingRestoration::revision(*store().meeting(id)), MeetingRestoration::revision(entry.meeting)});
-            return {};
-        } catch (const Failure& failure) {
-            return failure.what();
-        }
+    const auto restore = [&] {
+        const MeetingRevisions revisions{MeetingRestoration::revision(*store().meeting(id)),
+                                         MeetingRestoration::revision(entry.meeting)};
+        return sentenceThrown([&] { store().restoreHistory(entry, {.personalNotes = true}, revisions); });
     };
     EXPECT_EQ(restore(), "");
     EXPECT_EQ(store().meeting(id)->notes + "," + onDisk(id).notes, "old,old");

@@ -1,4 +1,5 @@
 #include "MeetingCore/audio/AudioTimeline.h"
+#include "tests/support/Thrown.h"
 
 #include <gtest/gtest.h>
 
@@ -11,15 +12,6 @@ using enum CaptureSource;
 using Samples = std::vector<float>;
 
 constexpr std::int64_t largest = std::numeric_limits<std::int64_t>::max();
-
-std::optional<TimelineFailure::Kind> failure(const std::function<void()>& call) {
-    try {
-        call();
-    } catch (const TimelineFailure& thrown) {
-        return thrown.kind();
-    }
-    return std::nullopt;
-}
 
 Samples microphoneTrack(const std::vector<AudioBlock>& blocks) {
     Samples track;
@@ -35,7 +27,8 @@ TEST(AudioTimeline, HandsOutSilenceInWholeBlocksAndARest) {
     EXPECT_EQ(blocks[1].system, Samples(4));
     EXPECT_EQ(blocks[2].microphone, Samples(2));
     EXPECT_TRUE(timeline.drain(-7, 4).empty());
-    EXPECT_EQ(failure([&] { timeline.drain(21, 4); }), TimelineFailure::Kind::exceededCapacity);
+    EXPECT_EQ(test::kindThrown<TimelineFailure>([&] { timeline.drain(21, 4); }),
+              TimelineFailure::Kind::exceededCapacity);
 }
 
 TEST(AudioTimeline, DropsAndCountsOnlyWhatComesBehindTheReadPosition) {
@@ -65,7 +58,9 @@ TEST(AudioTimeline, RefusesWholeBuffersAndStaysUnchanged) {
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
         AudioTimeline timeline(10);
-        EXPECT_EQ(failure([&] { timeline.append(Samples(row.count, 0.5F), microphone, row.frame); }), row.expected);
+        EXPECT_EQ(test::kindThrown<TimelineFailure>(
+                      [&] { timeline.append(Samples(row.count, 0.5F), microphone, row.frame); }),
+                  row.expected);
         if (row.expected)
             EXPECT_EQ(microphoneTrack(timeline.drain(10, 10)), Samples(10));
     }

@@ -2,6 +2,7 @@
 #include "MeetingCore/base/Failures.h"
 #include "tests/support/FileSizeLimit.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/Thrown.h"
 #include "tests/support/WavFile.h"
 
 #include <gtest/gtest.h>
@@ -19,12 +20,7 @@ struct DurableWAVTest : ::testing::Test {
     void write(const std::string& bytes) const { std::ofstream(path, std::ios::binary) << bytes; }
     std::uint32_t declared() const { return test::declaredBytes(path); }
     std::optional<Kind> repairFailure() const {
-        try {
-            DurableWAV::repair(path);
-        } catch (const FileFailure& thrown) {
-            return thrown.kind();
-        }
-        return std::nullopt;
+        return test::kindThrown<FileFailure>([this] { DurableWAV::repair(path); });
     }
 
     test::TemporaryFolder folder;
@@ -71,17 +67,11 @@ TEST_F(DurableWAVTest, ClosesWithTheExactLengthAndTakesNothingAfterwards) {
 
 TEST_F(DurableWAVTest, PassesAWriteErrorOnAndKeepsWhatIsWritten) {
     DurableWAV file(path);
-    int error = 0;
     {
         const test::FileSizeLimit diskFull(1'100); // 1,000 bytes fit, of the next 100 only 56 do
         file.append(silence(1'000));
-        try {
-            file.append(silence(100));
-        } catch (const FileFailure& thrown) {
-            error = thrown.error();
-        }
+        EXPECT_EQ(test::thrown<FileFailure>([&] { file.append(silence(100)); }).value().error(), EFBIG);
     }
-    EXPECT_EQ(error, EFBIG);
     EXPECT_EQ(file.bytes(), 1'000U);
     file.close();
     EXPECT_EQ(declared(), 1'000U);

@@ -2,12 +2,14 @@
 #include "MeetingCore/base/Failures.h"
 #include "tests/support/FileSizeLimit.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/Thrown.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
 #include <cerrno>
+#include <functional>
 
 namespace fs = std::filesystem;
 using namespace varnet;
@@ -25,15 +27,8 @@ std::size_t entriesIn(const fs::path& folder) {
     return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder), fs::directory_iterator()));
 }
 
-/// The failure of a call that must fail.
-template <class Call>
-FileFailure failureOf(Call call) {
-    try {
-        call();
-    } catch (const FileFailure& failure) {
-        return failure;
-    }
-    throw std::logic_error("did not fail");
+int errorOf(const std::function<void()>& call) {
+    return test::thrown<FileFailure>(call).value().error();
 }
 
 } // namespace
@@ -58,14 +53,14 @@ TEST(AtomicFile, FailedWriteLeavesTheOldFileAndNothingElse) {
     writeFileAtomically(file, "old");
     {
         const test::FileSizeLimit diskFull(4096);
-        EXPECT_EQ(failureOf([&] { writeFileAtomically(file, std::string(10000, 'x')); }).error(), EFBIG);
+        EXPECT_EQ(errorOf([&] { writeFileAtomically(file, std::string(10000, 'x')); }), EFBIG);
     }
     EXPECT_EQ(readFile(file), "old");
     EXPECT_EQ(entriesIn(folder.path()), 1u);
 
     fs::create_directory(folder / "taken");
-    EXPECT_EQ(failureOf([&] { writeFileAtomically(folder / "taken", "x"); }).error(), EISDIR);
-    EXPECT_EQ(failureOf([&] { writeFileAtomically(folder / "absent" / "a", "x"); }).error(), ENOENT);
+    EXPECT_EQ(errorOf([&] { writeFileAtomically(folder / "taken", "x"); }), EISDIR);
+    EXPECT_EQ(errorOf([&] { writeFileAtomically(folder / "absent" / "a", "x"); }), ENOENT);
     EXPECT_EQ(entriesIn(folder.path()), 2u);
 }
 
@@ -76,11 +71,11 @@ TEST(AtomicFile, RefusesWhatIsNotARegularFileOfReasonableSize) {
     writeFileAtomically(folder / "five", "12345");
     fs::create_symlink(folder / "five", folder / "link");
 
-    EXPECT_EQ(failureOf([&] { readFile(folder / "pipe"); }).kind(), Kind::fileReadCorruptFile);
-    EXPECT_EQ(failureOf([&] { readFile("/dev/zero"); }).kind(), Kind::fileReadCorruptFile);
-    EXPECT_EQ(failureOf([&] { readFile(folder / "absent"); }).kind(), Kind::fileReadNoSuchFile);
-    EXPECT_EQ(failureOf([&] { readFile(folder.path()); }).error(), EISDIR);
-    EXPECT_EQ(failureOf([&] { readFile(folder / "loop"); }).error(), ELOOP);
-    EXPECT_EQ(failureOf([&] { readFile(folder / "five", 4); }).error(), EFBIG);
+    EXPECT_EQ(test::kindThrown<FileFailure>([&] { readFile(folder / "pipe"); }), Kind::fileReadCorruptFile);
+    EXPECT_EQ(test::kindThrown<FileFailure>([&] { readFile("/dev/zero"); }), Kind::fileReadCorruptFile);
+    EXPECT_EQ(test::kindThrown<FileFailure>([&] { readFile(folder / "absent"); }), Kind::fileReadNoSuchFile);
+    EXPECT_EQ(errorOf([&] { readFile(folder.path()); }), EISDIR);
+    EXPECT_EQ(errorOf([&] { readFile(folder / "loop"); }), ELOOP);
+    EXPECT_EQ(errorOf([&] { readFile(folder / "five", 4); }), EFBIG);
     EXPECT_EQ(readFile(folder / "link", 5), "12345");
 }

@@ -5,6 +5,7 @@
 #include "MeetingCore/records/MeetingJson.h"
 #include "MeetingCore/records/MeetingRepository.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/Thrown.h"
 #include "tests/support/TreeSnapshot.h"
 
 #include <gmock/gmock.h>
@@ -46,12 +47,8 @@ protected:
     /// What a restore that must fail says; "" if it does not, or if it changed anything.
     std::string refusal(MeetingRestoreOptions options = {.personalNotes = true}) {
         const auto before = test::treeOf(folder.path());
-        std::string sentence;
-        try {
-            repository.restore(entry, options, expected.value_or(revisions()));
-        } catch (const Failure& failure) {
-            sentence = failure.what();
-        }
+        const auto sentence =
+            test::sentenceThrown([&] { repository.restore(entry, options, expected.value_or(revisions())); });
         return test::treeOf(folder.path()) == before ? sentence : "";
     }
 

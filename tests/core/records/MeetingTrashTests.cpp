@@ -6,6 +6,7 @@
 #include "MeetingCore/records/MeetingTrash.h"
 #include "tests/support/FileSizeLimit.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/Thrown.h"
 #include "tests/support/TreeSnapshot.h"
 
 #include <gmock/gmock.h>
@@ -41,12 +42,7 @@ protected:
     /// Whether the call fails with that kind and moves nothing.
     bool refuses(Kind kind, const std::function<void()>& call) const {
         const auto before = test::treeOf(folder.path());
-        try {
-            call();
-        } catch (const MeetingTrashError& failure) {
-            return failure.kind() == kind && test::treeOf(folder.path()) == before;
-        }
-        return false;
+        return test::kindThrown<MeetingTrashError>(call) == kind && test::treeOf(folder.path()) == before;
     }
 
     test::TemporaryFolder folder;
