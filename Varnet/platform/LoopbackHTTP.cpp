@@ -31,6 +31,11 @@ bool isComplete(const QNetworkReply& reply) {
     return error == QNetworkReply::NoError || ofStatus;
 }
 
+/// Whether the server closed the connection, for which Qt has no words or, as nothing is sent twice, the wrong ones.
+bool isCutOff(const QNetworkReply& reply) {
+    return reply.error() == QNetworkReply::NoError || reply.error() == QNetworkReply::ContentReSendError;
+}
+
 Failure transportFailure(const QUrl& url, const QString& reason) {
     return Failure(QStringLiteral("%1 did not answer: %2").arg(url.toDisplayString(), reason).toStdString());
 }
@@ -88,9 +93,8 @@ Task<HTTPReply> completed(QPointer<QNetworkReply> reply, Patience patience, std:
         throw transportFailure(url, QStringLiteral("it sent more than %1 bytes.").arg(limit));
     const int status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
     if (!isComplete(*reply) || status == 0)
-        throw transportFailure(url, reply->error() == QNetworkReply::NoError
-                                        ? QStringLiteral("it closed the connection.") // for which Qt has no words
-                                        : reply->errorString());
+        throw transportFailure(url,
+                               isCutOff(*reply) ? QStringLiteral("it closed the connection.") : reply->errorString());
     co_return HTTPReply{status, reply->readAll().toStdString()};
 }
 

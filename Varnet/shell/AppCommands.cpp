@@ -130,10 +130,6 @@ bool AppCommands::writingNotes() const {
     return meeting && meeting == m_store.selectedID();
 }
 
-QString AppCommands::notesProgress() const {
-    return writingNotes() ? m_notes.progress() : QString();
-}
-
 QString AppCommands::undoText() const {
     return withAction(tr("Undo"), m_undoStack.undoText());
 }
@@ -197,10 +193,6 @@ void AppCommands::dismissTranscribeAgain() {
 void AppCommands::writeNotes() {
     if (writeNotesEnabled())
         m_notes.write(*m_store.selectedID());
-}
-
-void AppCommands::cancelNotes() {
-    m_notes.cancel();
 }
 
 void AppCommands::exportSelected(const QUrl& file) {

@@ -38,7 +38,6 @@ class AppCommands : public QObject {
     Q_PROPERTY(bool writeNotesEnabled READ writeNotesEnabled NOTIFY notesChanged)
     Q_PROPERTY(QString writeNotesHint READ writeNotesHint NOTIFY notesChanged)
     Q_PROPERTY(bool writingNotes READ writingNotes NOTIFY notesChanged)
-    Q_PROPERTY(QString notesProgress READ notesProgress NOTIFY notesChanged)
     Q_PROPERTY(bool canUndo READ canUndo NOTIFY undoChanged)
     Q_PROPERTY(bool canRedo READ canRedo NOTIFY undoChanged)
     Q_PROPERTY(QString undoText READ undoText NOTIFY undoChanged)
@@ -58,7 +57,6 @@ public:
     bool writeNotesEnabled() const;      ///< the selected meeting has a transcript, and nothing else is being done
     QString writeNotesHint() const;      ///< what writing notes does, or why it cannot be done now
     bool writingNotes() const;           ///< for the selected meeting, from the start of the engine on
-    QString notesProgress() const;       ///< how far the notes of the selected meeting are, in words; empty for none
     bool canUndo() const { return m_undoStack.canUndo(); }
     bool canRedo() const { return m_undoStack.canRedo(); }
     QString undoText() const; ///< such as "Undo Delete Meeting"; "Undo" while there is nothing to undo
@@ -81,8 +79,6 @@ public:
     Q_INVOKABLE void dismissTranscribeAgain();
     /// Has the local model write the notes of the selected meeting.
     Q_INVOKABLE void writeNotes();
-    /// Ends the writing of notes, for whichever meeting it is.
-    Q_INVOKABLE void cancelNotes();
     /// Writes the selected meeting as Markdown.
     Q_INVOKABLE void exportSelected(const QUrl& file);
 

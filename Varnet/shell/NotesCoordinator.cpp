@@ -69,15 +69,16 @@ Task<> NotesCoordinator::startEngine(std::stop_token stop) {
 }
 
 void NotesCoordinator::engineStarted(bool ready) {
-    if (m_store.busy() || m_store.recording()) {
+    if (!ready) {
+        if (m_engines.notesModel().kind != NotesModelState::Kind::failed)
+            m_store.setError("The notes model didn't start. Check Settings › Engines.");
+    } else if (m_store.busy() || m_store.recording()) {
         m_store.setError("The notes were not written, because other work had begun by then. Write them when that is "
                          "done.");
-    } else if (ready) {
+    } else if (m_store.meeting(
+                   m_start->meeting)) { // the store would take the selected one in place of one that is gone
         Q_EMIT aboutToWrite();
-        if (m_store.meeting(m_start->meeting)) // the store would take the selected one in its place
-            m_store.generateNotes(m_start->meeting);
-    } else if (m_engines.notesModel().kind != NotesModelState::Kind::failed) {
-        m_store.setError("The notes model didn't start. Check Settings › Engines.");
+        m_store.generateNotes(m_start->meeting);
     }
 }
 

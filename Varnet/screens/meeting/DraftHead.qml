@@ -12,11 +12,24 @@ Column {
     bottomPadding: 2 * Theme.unit
     spacing: 2 * Theme.unit
 
-    DraftProgress {
-        commands: root.commands
-        draft: root.draft
+    ThemedText {
+        Accessible.name: text
+        Accessible.role: Accessible.Heading
+        text: qsTr("Notes are being written")
+        type: Theme.heading
         visible: root.commands.writingNotes
         width: root.width
+        wrapMode: Text.Wrap
+    }
+
+    ThemedText {
+        Accessible.name: text
+        Accessible.role: Accessible.StaticText
+        color: Theme.secondary
+        text: root.draft.present ? qsTr("The draft below is kept until the new one is there.") : qsTr("You can go on working. The draft will stand here.")
+        visible: root.commands.writingNotes
+        width: root.width
+        wrapMode: Text.Wrap
     }
 
     NoDraft {

@@ -69,7 +69,7 @@ TEST_F(NotesCoordinatorTest, TwoClicksGiveOneEngineAndOneRunThatKeepsItFromIdlin
     commands->writeNotes();
     EXPECT_FALSE(commands->writeNotesEnabled());
     EXPECT_TRUE(commands->writingNotes());
-    EXPECT_EQ(commands->notesProgress(), "Starting the notes engine…");
+    EXPECT_EQ(work.progress(), "Starting the notes engine…");
     EXPECT_EQ(toUtf8(work.text()), "Writing notes for “" + store->selected()->title + "”");
     EXPECT_FALSE(work.measured());
     store->setSelectedID(store->meetings().back().id);
@@ -107,11 +107,11 @@ TEST_F(NotesCoordinatorTest, AStartOfTheEngineEndsAsItShould) {
     } rows[] = {
         {"no engine", nullptr, nothing, 0, notStarted},
         {"it dies", "exit 3", nothing, 1, notStarted},
-        {"cancelled before it runs", "exec sleep 1000", [this] { commands->cancelNotes(); }, 0, nullptr},
+        {"cancelled before it runs", "exec sleep 1000", [this] { commands->cancelWork(); }, 0, nullptr},
         {"cancelled", "exec sleep 1000",
          [&] {
              ASSERT_TRUE(begun());
-             commands->cancelNotes();
+             commands->cancelWork();
              EXPECT_EQ(engines->notes(), EngineState::stopped());
          },
          1, nullptr},
