@@ -135,7 +135,7 @@ struct CaptureRecording : testing::Test {
 
 TEST_F(CaptureRecording, ToneIsUnbroken) {
     constexpr int seconds = 60;
-    const Duet duet(tone(1'000, seconds + 1.5, 0.5f)); // first, for a graph that stays as it is
+    const Duet duet(tone(1'000, seconds + 1.5, 0.5f, 48'000)); // first, for a graph that stays as it is
     record();
     listen(std::chrono::seconds(seconds + 2));
     await(recorder.stop());
@@ -199,7 +199,7 @@ TEST_F(CaptureRecording, PauseOfTheServerIsSilenceAtItsOwnPlaceAndNothingShifts)
 }
 
 TEST_F(CaptureRecording, EndOfTheServerLeavesWholeFiles) {
-    const Duet duet(tone(1'000, 5, 0.5f));
+    const Duet duet(tone(1'000, 5, 0.5f, 48'000));
     record();
     listen(2s);
     kill(server(), SIGKILL);
@@ -212,7 +212,7 @@ TEST_F(CaptureRecording, EndOfTheServerLeavesWholeFiles) {
     EXPECT_THAT(errors, testing::ElementsAre("The sound server has stopped, so the capture has ended."));
     expectEqualLengths(1s);
     const std::vector<float> call = track("system.wav");
-    EXPECT_NEAR(amplitude(std::span(call).last(1'600), 1'000, sampleRate), 0.5, 0.01);
+    EXPECT_NEAR(std::abs(toneIn(std::span(call).last(1'600), 1'000, sampleRate)), 0.5, 0.01);
 }
 
 } // namespace

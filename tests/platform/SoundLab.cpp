@@ -6,10 +6,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <complex>
-#include <numbers>
-
 namespace varnet::test {
 
 void listen(std::chrono::milliseconds duration) {
@@ -49,24 +45,9 @@ QString writeSound(const QTemporaryDir& folder, const std::vector<std::vector<fl
     return file.fileName();
 }
 
-std::vector<float> tone(double frequency, double seconds, float amplitude, int sampleRate) {
-    std::vector<float> samples(static_cast<std::size_t>(seconds * sampleRate));
-    for (std::size_t i = 0; i < samples.size(); ++i)
-        samples[i] =
-            amplitude * static_cast<float>(std::sin(2 * std::numbers::pi * frequency * double(i) / sampleRate));
-    return samples;
-}
-
-double amplitude(std::span<const float> samples, double frequency, int sampleRate) {
-    std::complex<double> sum = 0;
-    for (std::size_t i = 0; i < samples.size(); ++i)
-        sum += double(samples[i]) * std::polar(1.0, -2 * std::numbers::pi * frequency * double(i) / sampleRate);
-    return samples.empty() ? 0 : 2 * std::abs(sum) / double(samples.size());
-}
-
 Tone::Tone(const QString& device, double frequency, float amplitude)
     : m_player("pw-play", {"-P", "{ node.dont-reconnect = true }", "--target", device,
-                           writeSound(m_folder, {tone(frequency, 60, amplitude)})}) {}
+                           writeSound(m_folder, {tone(frequency, 60, amplitude, 48'000)})}) {}
 
 void CaptureLab::start(std::vector<CaptureSource> sources) {
     AudioCapture::Callbacks callbacks;
@@ -111,7 +92,7 @@ double CaptureLab::hears(CaptureSource source, double frequency) const {
         last.insert(last.begin(), piece->samples.begin(), piece->samples.end());
         sampleRate = piece->sampleRate;
     }
-    return last.size() < 4'800 ? 0 : amplitude(std::span(last).last(4'800), frequency, sampleRate);
+    return last.size() < 4'800 ? 0 : std::abs(toneIn(std::span(last).last(4'800), frequency, sampleRate));
 }
 
 } // namespace varnet::test

@@ -2,6 +2,7 @@
 
 #include "Varnet/platform/AudioCapture.h"
 #include "tests/support/Await.h"
+#include "tests/support/Tone.h"
 
 #include <QProcess>
 #include <QTemporaryDir>
@@ -32,11 +33,6 @@ private:
 
 /// Writes a file of 48 kHz; one vector for each channel.
 QString writeSound(const QTemporaryDir& folder, const std::vector<std::vector<float>>& channels);
-
-std::vector<float> tone(double frequency, double seconds, float amplitude, int sampleRate = 48'000);
-
-/// Amplitude of one frequency in samples.
-double amplitude(std::span<const float> samples, double frequency, int sampleRate);
 
 /// Plays a tone into a device until it is destroyed.
 class Tone {

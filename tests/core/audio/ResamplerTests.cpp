@@ -1,20 +1,10 @@
 #include "MeetingCore/audio/Resampler.h"
+#include "tests/support/Tone.h"
 
 #include <gtest/gtest.h>
 
-#include <numbers>
-
 namespace varnet {
 namespace {
-
-constexpr double pi = std::numbers::pi;
-
-std::vector<float> tone(double frequency, int rate, std::size_t count) {
-    std::vector<float> samples(count);
-    for (std::size_t i = 0; i < count; ++i)
-        samples[i] = static_cast<float>(0.9 * std::sin(2 * pi * frequency * static_cast<double>(i) / rate));
-    return samples;
-}
 
 std::vector<float> convertInBuffers(Resampler& resampler, const std::vector<float>& input, std::size_t size) {
     std::vector<float> output;
@@ -33,28 +23,22 @@ struct Fit {
     double phase; // of a sine that starts at frame 0, radians
 };
 
-/// The sine of that frequency that fits best, over whole periods.
 Fit fit(std::span<const float> samples, double frequency) {
-    const auto angle = [&](std::size_t i) { return 2 * pi * frequency * static_cast<double>(i) / 16'000; };
-    const double share = 2.0 / static_cast<double>(samples.size());
-    double sine = 0;
-    double cosine = 0;
-    for (std::size_t i = 0; i < samples.size(); ++i) {
-        sine += share * samples[i] * std::sin(angle(i));
-        cosine += share * samples[i] * std::cos(angle(i));
-    }
+    const auto found = test::toneIn(samples, frequency, 16'000);
     double noise = 0;
-    for (std::size_t i = 0; i < samples.size(); ++i)
-        noise += std::pow(samples[i] - sine * std::sin(angle(i)) - cosine * std::cos(angle(i)), 2);
-    const double power = (sine * sine + cosine * cosine) / share;
-    return {10 * std::log10(power / noise), std::hypot(sine, cosine), std::atan2(cosine, sine)};
+    for (std::size_t i = 0; i < samples.size(); ++i) {
+        const double angle = 2 * std::numbers::pi * frequency * static_cast<double>(i) / 16'000 + std::arg(found);
+        noise += std::pow(samples[i] - std::abs(found) * std::sin(angle), 2);
+    }
+    const double power = std::norm(found) / 2 * static_cast<double>(samples.size());
+    return {10 * std::log10(power / noise), std::abs(found), std::arg(found)};
 }
 
 TEST(Resampler, KeepsSpeechClearAndInItsPlace) {
     for (const int rate : {8'000, 16'000, 44'100, 48'000, 96'000}) {
         SCOPED_TRACE(rate);
         Resampler resampler(rate, 1);
-        const auto output = convertInBuffers(resampler, tone(1'000, rate, static_cast<std::size_t>(rate) * 2), 1'024);
+        const auto output = convertInBuffers(resampler, test::tone(1'000, 2, 0.9F, rate), 1'024);
         EXPECT_NEAR(static_cast<double>(output.size()), 32'000, 1);
         const Fit result = fit(std::span(output).subspan(8'000, 16'000), 1'000);
         EXPECT_GT(result.signalToNoise, 130);
@@ -65,7 +49,7 @@ TEST(Resampler, KeepsSpeechClearAndInItsPlace) {
 
 TEST(Resampler, LetsNothingFoldBackIntoSpeech) {
     Resampler resampler(48'000, 1);
-    const auto output = convertInBuffers(resampler, tone(8'500, 48'000, 96'000), 1'024);
+    const auto output = convertInBuffers(resampler, test::tone(8'500, 2, 0.9F, 48'000), 1'024);
     double power = 0;
     for (std::size_t i = 8'000; i < 24'000; ++i)
         power += output[i] * output[i] / 16'000;
