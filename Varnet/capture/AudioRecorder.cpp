@@ -36,7 +36,8 @@ AudioRecorder::AudioRecorder(std::unique_ptr<AudioCapture> capture, Clock clock)
 
 Task<> AudioRecorder::start(std::filesystem::path file, RecorderCallbacks callbacks) {
     m_callbacks = std::move(callbacks);
-    return m_run.start({CaptureSource::microphone}, [this, file] { open(file); }, m_callbacks.onNotice);
+    return m_run.start(
+        {CaptureSource::microphone}, [this, file = std::move(file)] { open(file); }, m_callbacks.onNotice);
 }
 
 void AudioRecorder::started() {

@@ -54,7 +54,7 @@ std::int64_t SystemAudioRecorder::dueFrames(std::int64_t elapsed) {
 Task<> SystemAudioRecorder::start(std::filesystem::path mixedFile, RecorderCallbacks callbacks) {
     m_callbacks = std::move(callbacks);
     return m_run.start(
-        {allCaptureSources.begin(), allCaptureSources.end()}, [this, mixedFile] { open(mixedFile); },
+        {allCaptureSources.begin(), allCaptureSources.end()}, [this, file = std::move(mixedFile)] { open(file); },
         m_callbacks.onNotice);
 }
 
