@@ -10,14 +10,17 @@ ReadingList {
     required property AppCommands commands
     required property MeetingPage page
     required property AudioPlayback playback
+    property real headerHeight: 0 // that the place is kept for
     readonly property DraftRow current: currentItem as DraftRow
 
-    // What stands above the rows has become longer by so much: what is being read stays where it is.
-    function grow(by) {
-        if (count === 0)
-            positionViewAtBeginning()
+    // What stands above the rows has another height: what is being read stays where it is, and the top the top.
+    function keepPlace() {
+        const grown = headerItem.height - headerHeight
+        headerHeight = headerItem.height
+        if (count === 0 || contentY <= originY + Math.max(0, grown))
+            contentY = originY - topMargin
         else if (contentY < 0)
-            contentY -= by
+            contentY -= grown
     }
 
     function play(turn) {
@@ -65,15 +68,10 @@ ReadingList {
         }
     }
     header: DraftHead {
-        property real former: 0
-
         commands: root.commands
         page: root.page
         width: ListView.view.width - 6 * Theme.unit
 
-        onHeightChanged: {
-            Qt.callLater(root.grow, height - former)
-            former = height
-        }
+        onHeightChanged: Qt.callLater(root.keepPlace)
     }
 }

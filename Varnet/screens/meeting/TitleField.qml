@@ -19,7 +19,7 @@ TextField {
     Accessible.name: qsTr("Title")
     ToolTip.delay: 600
     ToolTip.text: title
-    ToolTip.visible: hovered && !activeFocus && contentWidth > availableWidth
+    ToolTip.visible: hovered && !activeFocus && contentWidth > width - leftPadding - rightPadding
     bottomPadding: Theme.unit
     color: Theme.text
     font: Theme.title.font
