@@ -36,8 +36,8 @@ public:
 
     /// Throws NotesFailure (emptyTranscript) for a meeting without words, JsonFailure for times that cannot be stored.
     explicit DraftBuilder(const Meeting& meeting);
-    DraftBuilder(DraftBuilder&&) = default; // a copy's index would refer to the original's sources
-    DraftBuilder& operator=(DraftBuilder&&) = default;
+    DraftBuilder(const DraftBuilder&) = delete; // the index of a copy would refer to the original's sources
+    DraftBuilder& operator=(const DraftBuilder&) = delete;
 
     /// Two to each group of sources, which come in order: its actions first.
     std::size_t stepCount() const { return 2 * m_encoded.chunks.size(); }

@@ -36,14 +36,14 @@ Task<bool> EngineSupervisor::startNotes(std::stop_token stop) {
     if (m_recording || m_notes.isStarting())
         co_return false;
     const bool answers = co_await healthy(notesEnginePort);
-    if (!self || m_shutDown)
+    if (!self || m_shutDown || stop.stop_requested())
         co_return false;
     if (answers) {
         setNotes(EngineState::ready(!owns(notesEnginePort)));
         scheduleNotesIdleStop();
         co_return true;
     }
-    if (!m_enabled || m_recording || stop.stop_requested())
+    if (!m_enabled || m_recording)
         co_return false;
     try {
         ensureKeyFile();

@@ -10,12 +10,17 @@
 #include "Varnet/platform/LoopbackHTTP.h"
 #include "Varnet/platform/Paths.h"
 
+#include <QDebug>
+
+#include <algorithm>
+#include <chrono>
+
 namespace varnet {
 
 namespace {
 
 constexpr std::chrono::seconds silence(600);
-constexpr std::int64_t largestAnswer = 4 * 1024 * 1024; // many times what the model may write
+constexpr std::int64_t largestAnswer = 256 * 1024; // many times what the model may write
 constexpr const char* modelName = "Qwen3.5-4B · Unsloth Q4_K_M · 00fe7986ff5f";
 
 void requireThisMachine(const QUrl& url) {

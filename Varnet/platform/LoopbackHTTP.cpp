@@ -25,7 +25,8 @@ QNetworkRequest plainRequest(const QUrl& url) {
 bool isComplete(const QNetworkReply& reply) {
     const int error = reply.error();
     const bool ofStatus =
-        error == QNetworkReply::ProtocolInvalidOperationError || // 400
+        error == QNetworkReply::ProtocolInvalidOperationError ||    // 400
+        error == QNetworkReply::ProxyAuthenticationRequiredError || // 407
         (error >= QNetworkReply::ContentAccessDenied && error <= QNetworkReply::UnknownContentError) ||
         (error >= QNetworkReply::InternalServerError && error <= QNetworkReply::UnknownServerError);
     return error == QNetworkReply::NoError || ofStatus;

@@ -37,7 +37,7 @@ QUrl appendingPath(QUrl baseURL, const QString& path);
 bool isLoopback(const QUrl& url);
 
 /// The HTTP client for the engines of this machine. It follows no redirect (the redirect's status is the reply), shares
-/// no cookies, cache or credentials, uses no proxy, and takes no body beyond its bound. Main thread.
+/// no cookies, cache or credentials, uses no proxy, and ends an exchange whose body goes beyond its bound. Main thread.
 class LoopbackHTTP {
 public:
     explicit LoopbackHTTP(std::int64_t maximumBodyBytes = 16 * 1024 * 1024);

@@ -233,6 +233,7 @@ void AppCommands::cancelWork() {
 void AppCommands::cancelAllWork() {
     m_imports.clear();
     cancelWork();
+    m_notes.cancel();
 }
 
 std::set<Uuid> AppCommands::chosen() const {

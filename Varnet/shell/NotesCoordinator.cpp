@@ -69,14 +69,17 @@ Task<> NotesCoordinator::startEngine(std::stop_token stop) {
 }
 
 void NotesCoordinator::engineStarted(bool ready) {
+    const bool otherWork = m_store.busy() || m_store.recording();
+    if (otherWork && m_store.error())
+        return; // what it has to say matters more, such as that the call is not recorded
     if (!ready) {
         if (m_engines.notesModel().kind != NotesModelState::Kind::failed)
             m_store.setError("The notes model didn't start. Check Settings › Engines.");
-    } else if (m_store.busy() || m_store.recording()) {
+    } else if (otherWork) {
         m_store.setError("The notes were not written, because other work had begun by then. Write them when that is "
                          "done.");
-    } else if (m_store.meeting(
-                   m_start->meeting)) { // the store would take the selected one in place of one that is gone
+    } else if (m_store.meeting(m_start->meeting)) {
+        // The store would take the selected meeting in place of one that is gone.
         Q_EMIT aboutToWrite();
         m_store.generateNotes(m_start->meeting);
     }

@@ -73,10 +73,13 @@ Task<> MeetingStore::draftNotes(Meeting meeting, std::stop_token stop) {
     }
     if (gone.stop_requested())
         co_return;
-    if (failure && stop.stop_requested())
+    if (failure && stop.stop_requested()) {
         setError("Notes generation cancelled. The previous draft was kept.");
-    else if (failure)
-        setError("Notes generation failed: " + describe(failure));
+    } else if (failure) {
+        // The sentence may hold words of the meeting, which are nothing for the log.
+        qWarning("The notes of a meeting were not written.");
+        assign(m_error, "Notes generation failed: " + describe(failure), &MeetingStore::errorChanged);
+    }
     endNotes();
 }
 
@@ -100,7 +103,6 @@ Task<> MeetingStore::replaceDraft(Meeting meeting, std::stop_token stop) {
     const auto drafted = std::make_shared<const Meeting>(*present);
     const std::string hash =
         co_await onWorker([drafted] { return NoteGrounding::hash(NoteGrounding::sources(*drafted)); }, stop);
-    requireWanted(stop);
     if (hash != draft.transcriptHash)
         throw NotesFailure(NotesFailure::Kind::sourceChanged);
     present = this->meeting(id);

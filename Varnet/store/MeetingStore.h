@@ -100,19 +100,16 @@ public:
     const std::optional<Uuid>& recordingID() const { return m_recordingID; }
     /// The meeting whose notes are being written.
     const std::optional<Uuid>& notesMeetingID() const { return m_notesMeetingID; }
-    const std::string& notesProgress() const {
-        return m_notesProgress;
-    } ///< how far they are; empty while there are none
+    /// How far they are; empty while none are being written.
+    const std::string& notesProgress() const { return m_notesProgress; }
     const NotesSteps& notesSteps() const { return m_notesSteps; } ///< the same in numbers
     /// The drafting that runs; a stop that is requested of it ends it at once, and the previous draft is kept.
     const std::optional<std::stop_source>& notesTask() const { return m_notesTask; }
-    /// Why points of the draft that the meeting has now were removed; empty for a draft of an earlier run of the
-    /// program.
+    /// Why points of the meeting's present draft were removed; empty for one that an earlier run of the program made.
     std::vector<std::string> removedPoints(const Meeting& meeting) const;
     const std::vector<DeletedMeeting>& deletedMeetings() const { return m_deletedMeetings; } ///< last deleted first
-    const std::optional<DeletionReceipt>& pendingUndo() const {
-        return m_pendingUndo;
-    } ///< the last delete, for a while
+    /// The last delete, for a while.
+    const std::optional<DeletionReceipt>& pendingUndo() const { return m_pendingUndo; }
     const std::optional<AudioWork>& audioWork() const { return m_audioWork; } ///< of an import or a retry that runs
     CaptureLevels& levels() const { return *m_levels; }
 
@@ -149,8 +146,8 @@ public:
     /// The edits change the meeting, if there is one with that id, and save it; also during a recording.
     void setNotes(const std::string& text); ///< of the selected meeting
     void setNotes(const std::string& text, Uuid id);
-    void setTitle(const std::string& title,
-                  Uuid id); ///< white space at the ends is dropped; a blank title changes nothing
+    /// White space at the ends is dropped; a blank title changes nothing.
+    void setTitle(const std::string& title, Uuid id);
     /// The text as recognised takes an earlier correction back; anything else is the correction as given.
     void editTurn(Uuid turnID, const std::string& text, Uuid id);
     /// A blank name, or the label itself, removes the name of that label.
