@@ -33,7 +33,6 @@ protected:
             chosen.insert(ids.at(std::string(1, title)));
         return chosen;
     }
-    std::string selected() { return store().selected() ? store().selected()->title : ""; }
 
     /// Something stands where the record would be written.
     void breakSaving(const std::string& title) {
@@ -48,26 +47,12 @@ protected:
         event.source.recordID = std::move(record);
         event.source.cancelled = cancelled;
         event.title = "Review";
-        event.attendees = {"Ada"};
         return event;
     }
 
     std::map<std::string, Uuid> ids;
     QUndoStack stack;
 };
-
-TEST_F(LibraryOperations, ADeleteIsUndoneAndDoneAgainWhole) {
-    store().deleteMeetings(of("ABC"), &stack);
-    EXPECT_EQ(titles() + "," + selected(), "|ABC,");
-    EXPECT_EQ(stack.undoText(), "Delete 3 Meetings");
-    stack.undo();
-    EXPECT_EQ(titles() + "," + selected(), "ABC|,A");
-    EXPECT_EQ(store().pendingUndo(), std::nullopt);
-    stack.redo();
-    EXPECT_EQ(titles(), "|ABC");
-    openStore();
-    EXPECT_EQ(titles(), "|ABC") << "the files moved too";
-}
 
 TEST_F(LibraryOperations, OneFailureLeavesThatMeetingAndMovesTheOthers) {
     fs::create_directories(repository.deletedDirectory(ids["A"]));
@@ -76,7 +61,6 @@ TEST_F(LibraryOperations, OneFailureLeavesThatMeetingAndMovesTheOthers) {
     const auto reason = store().saveFailures().at(ids["B"]);
     store().deleteMeetings(of("ABC"), &stack);
     EXPECT_EQ(titles(), "AB|C");
-    EXPECT_EQ(stack.undoText(), "Delete Meeting");
     const std::string message = *store().error();
     EXPECT_TRUE(message.starts_with("Some meetings could not be deleted. Their files were left in place.\n"))
         << message;
@@ -95,9 +79,11 @@ TEST_F(LibraryOperations, OneFailureLeavesThatMeetingAndMovesTheOthers) {
 
 TEST_F(LibraryOperations, AnUndoBringsBackNoMoreThanIsStillDeleted) {
     store().deleteMeetings(of("AB"), &stack);
+    EXPECT_EQ(stack.undoText(), "Delete 2 Meetings");
     store().restoreMeetings(of("A"), nullptr);
     stack.undo();
     EXPECT_EQ(titles(), "ABC|");
+    EXPECT_EQ(store().pendingUndo(), std::nullopt);
     stack.redo();
     EXPECT_EQ(titles(), "AC|B") << "A was not this undo's";
     store().eraseDeleted(of("B"));
@@ -135,7 +121,6 @@ TEST_F(LibraryOperations, OldDeletesAreErasedAtAStartThatMayWrite) {
 TEST_F(LibraryOperations, AnImportRefreshesItsMeetingAndKeepsAVersion) {
     EXPECT_TRUE(store().useCalendarEvent(event("1")));
     const Uuid id = *store().selectedID();
-    EXPECT_EQ(onDisk(id).attendees, std::vector<std::string>{"Ada"});
     store().setNotes("mine", id);
 
     Meeting again = event("1", true).makeMeeting();

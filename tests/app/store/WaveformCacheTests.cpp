@@ -23,7 +23,7 @@ struct WaveformCacheFiles : testing::Test {
 TEST_F(WaveformCacheFiles, AnswerUntilTheRecordingChanges) {
     EXPECT_EQ(firstPeak(), 0.5F);
     ASSERT_EQ(files().size(), 1U);
-    // Another content under the same size and time shows that the recording is not read again.
+    // Under the same size and time it is not read again.
     const auto time = fs::last_write_time(wav);
     writeRecording(wav, std::vector<std::int16_t>(2'000, 8'192));
     fs::last_write_time(wav, time);
