@@ -18,12 +18,9 @@ public:
     int port() const { return m_port; }
     QProcess& process() { return m_process; }
     int health() const; ///< the status of GET "/health", 0 when nothing answers within the application's 1.5 seconds
-    qint64 peakMemory() const; ///< KiB
     double cpuSeconds() const; ///< processor time used so far
 
 private:
-    QByteArray proc(const char* name) const;
-
     QProcess m_process;
     int m_port = 0;
 };
@@ -34,6 +31,8 @@ EngineProcess& sharedEngine();
 struct HTTPResult {
     int status = 0;
     QByteArray body;
+
+    QJsonObject json() const; ///< of an answer that came in chunks
 };
 /// Sends the bytes as they are and reads to the end of the connection.
 HTTPResult exchange(int port, const QByteArray& request);
@@ -43,11 +42,6 @@ QByteArray transcriptionRequest(const QByteArray& file, const QByteArray& diariz
 /// A live session's other end.
 class LiveClient {
 public:
-    struct Message {
-        QJsonObject json;
-        QString type() const { return json.value("type").toString(); }
-    };
-
     explicit LiveClient(const EngineProcess& engine);
 
     /// Waits for "session.created", sends the application's settings and waits for "session.updated".
@@ -63,11 +57,10 @@ public:
     /// Waits until a message of the type has come, for three minutes at most; its place in `messages`.
     std::optional<std::size_t> waitFor(const QString& type);
     bool waitForClose();
-    /// The words of all ".completed" messages, and their text.
+    /// The words of all ".completed" messages.
     QJsonArray words() const;
-    std::string text() const;
 
-    std::vector<Message> messages;
+    std::vector<QJsonObject> messages;
 
 private:
     QWebSocket m_socket;

@@ -2,7 +2,6 @@
 
 #include <QHostAddress>
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QTcpSocket>
 
 #include <gtest/gtest.h>
@@ -22,7 +21,7 @@ TEST(FileRequest, IsAnsweredWithTextAndTimedWordsOfSpeakers) {
         wavOf(spoken("The train was late again.") + spoken("We will talk about the money next week.", "rms"));
     const HTTPResult result = exchange(sharedEngine().port(), transcriptionRequest(file));
     ASSERT_EQ(result.status, 200) << result.body.constData();
-    const QJsonObject answer = QJsonDocument::fromJson(result.body).object();
+    const QJsonObject answer = result.json();
     EXPECT_EQ(answer.value("text").toString().toStdString(),
               "the train was late again we will talk about the money next week");
     const QJsonArray words = answer.value("words").toArray();
@@ -80,14 +79,4 @@ TEST(FileRequest, BadRequestsAreAnsweredWithASentence) {
         EXPECT_EQ(result.body, entry.body);
     }
     EXPECT_EQ(sharedEngine().health(), 200);
-}
-
-TEST(FileRequest, AnHourPassesThroughTheDiskNotThroughMemory) {
-    EngineProcess own;
-    const qint64 before = own.peakMemory();
-    // The header declares no audio, as a recorder leaves it that was killed.
-    const HTTPResult result = exchange(own.port(), transcriptionRequest(wavOf({}) + QByteArray(3600 * 32000, '\0')));
-    ASSERT_EQ(result.status, 200) << result.body.constData();
-    EXPECT_EQ(QJsonDocument::fromJson(result.body)["duration"].toDouble(), 3600.0);
-    EXPECT_LT(own.peakMemory() - before, 40 * 1024);
 }

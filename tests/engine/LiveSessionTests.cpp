@@ -12,8 +12,8 @@ TEST(LiveSession, SendsPartialsThenTheUtteranceThenTheAcknowledgement) {
     const auto completed = client.waitFor("transcription.completed");
     ASSERT_TRUE(partial && completed);
     EXPECT_LT(*partial, *completed);
-    EXPECT_FALSE(client.messages[*partial].json.value("transcript").toString().isEmpty());
-    const QJsonObject utterance = client.messages[*completed].json;
+    EXPECT_FALSE(client.messages[*partial]["transcript"].toString().isEmpty());
+    const QJsonObject utterance = client.messages[*completed];
     EXPECT_EQ(utterance.value("transcript").toString().toStdString(),
               "we will talk about the money next week the train was late again");
     double position = 0;
@@ -32,7 +32,8 @@ TEST(LiveSession, TimesGoOnThroughSilenceAndEveryPauseEndsAnUtterance) {
     const QByteArray sentence = spoken("Good morning.");
     client.hold(sentence + QByteArray(3 * 32000, 0) + sentence);
     const QJsonArray words = client.words();
-    ASSERT_EQ(client.text(), "good morning good morning");
+    ASSERT_EQ(words.size(), 4);
+    EXPECT_EQ(words[2]["word"], "good");
     const double distance = static_cast<double>(sentence.size()) / 32000 + 3;
     EXPECT_NEAR(words[2]["start"].toDouble() - words[0]["start"].toDouble(), distance, 0.05);
     EXPECT_EQ(words[2]["speaker"].toInt(-1), words[0]["speaker"].toInt(-2));
@@ -61,7 +62,7 @@ TEST(LiveSession, BadInputIsAnsweredByAnErrorAndTheEnd) {
             client.handshake();
         audio ? client.sendBlock(QByteArray(audio, 1)) : client.sendText(text);
         EXPECT_TRUE(client.waitForClose()) << message.toStdString();
-        EXPECT_EQ(client.messages.back().json.value("error")["message"].toString(), message);
+        EXPECT_EQ(client.messages.back()["error"].toObject()["message"].toString(), message);
     }
     LiveClient client(sharedEngine());
     client.handshake();
