@@ -1,21 +1,9 @@
 #include "MeetingCore/audio/CallAudioMonitor.h"
-#include "MeetingCore/audio/Levels.h"
 
 #include <gtest/gtest.h>
 
 namespace varnet {
 namespace {
-
-float level(std::vector<float> samples) {
-    return rmsLevel(samples);
-}
-
-TEST(RmsLevel, SkipsWhatIsNotFiniteButCountsIt) {
-    EXPECT_EQ(level({}), 0);
-    EXPECT_EQ(level({3, 4}), 3.5355339F); // the root of 12.5
-    EXPECT_EQ(level({NAN, 2}), 1.4142135F);
-    EXPECT_EQ(level({INFINITY, -INFINITY}), 0);
-}
 
 TEST(CallAudioMonitor, RaisesTheAlarmAfterThirtySilentSecondsSinceTheUsersFirstWord) {
     CallAudioMonitor monitor(30);
