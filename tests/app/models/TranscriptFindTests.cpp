@@ -50,9 +50,7 @@ TEST(FoundWords, AreMarkedAtTheirPlacesInEitherCaseAndAnyScript) {
         std::optional<std::size_t> current;
         const char* marked;
     } cases[] = {
-        {"Hello there", "e", 1, "H{e}llo th[e]r[e]"},
         {"aaaaa", "aa", 2, "[aa]{aa}a"},
-        {"nothing", "else", {}, ""},
         {"two  blanks\nand a line", "and", {}, "two &nbsp;blanks<br>[and] a line"},
         {"ÄRGER, ärger", "ärger", 0, "{ÄRGER}, [ärger]"},
         {"Aİ and b", "b", 9, "Aİ and {b}"},          // İ has one byte more in lower case
@@ -69,6 +67,9 @@ TEST_F(Find, FollowsWordsThatChange) {
     find.begin(2);
     find.setQuery("alpha");
     EXPECT_EQ(summary(), "2 of 2");
+    find.step(1);
+    EXPECT_EQ(summary(), "1 of 2");
+    find.step(-1);
     meeting.turns[0].editedText = "gamma";
     meeting.turns.push_back({Uuid::random(), 0, 1, "Speaker 1", "Alphabet", {}});
     show(meeting);
