@@ -64,7 +64,7 @@ struct Engines : ::testing::Test {
     static constexpr const char* serve =
         "echo hello; touch speech.up; until [ -e crash ]; do sleep 0.01; done; rm speech.up crash; kill -SEGV $$";
 
-    std::unique_ptr<EngineSupervisor> make(bool bundled = false, bool enabled = true, bool accelerated = true) {
+    std::unique_ptr<EngineSupervisor> make(bool bundled = false, bool enabled = true) {
         world->root = root;
         EngineParts parts;
         parts.healthy = [world = world](std::string url) { return EngineWorld::healthy(world, std::move(url)); };
@@ -72,7 +72,7 @@ struct Engines : ::testing::Test {
             return EngineWorld::sleep(world, duration, std::move(stop));
         };
         parts.now = [world = world] { return world->time.count(); };
-        parts.machine = {accelerated, "x86_64"};
+        parts.machine = {true, "x86_64"};
         parts.settingsFile = settingsFile;
         return std::make_unique<EngineSupervisor>(enabled, EngineLayout{root, bundled}, keyFile, parts);
     }
