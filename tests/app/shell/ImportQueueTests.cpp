@@ -4,8 +4,6 @@
 #include "tests/support/Await.h"
 #include "tests/support/StoreFixture.h"
 
-#include <gmock/gmock.h>
-
 #include <fstream>
 
 namespace varnet::test {
@@ -14,8 +12,6 @@ namespace {
 /// Files that are no audio: their imports fail, each in its turn, which shows the order and gathers the sentences.
 class ImportQueueTest : public StoreFixture {
 protected:
-    void SetUp() override { await(engines.startSpeech()); }
-
     std::filesystem::path file(const std::string& name) {
         std::ofstream(folder / name) << "text";
         return folder / name;
@@ -40,13 +36,14 @@ protected:
 
 } // namespace
 
-TEST_F(ImportQueueTest, ImportsInOrderAndGathersWhatFailed) {
+TEST_F(ImportQueueTest, ImportsInOrderOnceTheSpeechEngineIsKnownAndGathersWhatFailed) {
     std::filesystem::create_directory(folder / "Talks");
     const Uuid read = store().create("Read").id;
     const auto b = file("b.m4a");
     queue.add({url(b), QUrl("https://example.org/a.mp3"), url(folder / "Talks"), url(folder / "gone.mp3"), url(b),
                url(file("a.b.opus"))});
-    EXPECT_EQ(queue.waiting(), 1) << "the first began at once, and is not taken again";
+    EXPECT_EQ(queue.waiting(), 2) << "none began, and none was taken twice";
+    await(engines.startSpeech());
     ASSERT_TRUE(idle());
     EXPECT_EQ(titles(), (std::vector<std::string>{"a.b", "b", "Read"}));
     EXPECT_EQ(store().error(), "“https://example.org/a.mp3” is not a file on this computer.\n"
@@ -58,22 +55,8 @@ TEST_F(ImportQueueTest, ImportsInOrderAndGathersWhatFailed) {
     EXPECT_EQ(store().selectedID(), read);
 }
 
-TEST_F(ImportQueueTest, EachFileHasItsOwnReasonWhereNothingCanBeWritten) {
-    std::filesystem::remove_all(root);
-    file("meetings");
-    queue.add({url(file("a.wav")), url(file("b.wav"))});
-    ASSERT_TRUE(idle());
-    EXPECT_THAT(store().error().value_or(""),
-                ::testing::MatchesRegex("“a.wav”: “[-0-9A-F]+” could not be written: Not a directory.\n"
-                                        "“b.wav”: “[-0-9A-F]+” could not be written: Not a directory."));
-
-    MeetingStore closed(root / "no folder");
-    ImportQueue refusing{closed, engines, router};
-    refusing.add({url(file("c.wav"))});
-    EXPECT_EQ(closed.error(), "Meeting storage is unavailable.");
-}
-
 TEST_F(ImportQueueTest, WaitsForARecordingAndForgetsWhatIsCleared) {
+    await(engines.startSpeech());
     await(store().startRecording());
     queue.add({url(file("a.wav")), url(file("b.wav"))});
     settle();
@@ -84,16 +67,6 @@ TEST_F(ImportQueueTest, WaitsForARecordingAndForgetsWhatIsCleared) {
     ASSERT_TRUE(idle());
     EXPECT_EQ(titles().size(), 2U);
     EXPECT_EQ(titles().front(), "a");
-}
-
-TEST_F(ImportQueueTest, WaitsForTheSpeechEngineOfTheStart) {
-    EngineSupervisor starting{false, {}, folder / "key"};
-    ImportQueue early{store(), starting, router};
-    early.add({url(file("a.wav"))});
-    EXPECT_EQ(early.waiting(), 1);
-    await(starting.startSpeech());
-    ASSERT_TRUE(eventually([&] { return router.showingMeeting(); }));
-    EXPECT_EQ(store().selected()->title, "a");
 }
 
 TEST_F(ImportQueueTest, ReadsAddressesByteForByte) {

