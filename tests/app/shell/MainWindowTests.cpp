@@ -189,8 +189,9 @@ TEST_F(Window, WhatIsBeingTypedIsStoredAndStaysWithItsMeeting) {
     EXPECT_EQ(notes->property("text"), "");
     press(Qt::Key_Z, Qt::ControlModifier);
     EXPECT_EQ(notes->property("text"), "") << "nothing of the other meeting can be brought here";
+    notes->setProperty("text", "last words");
     app->delegate().closing();
-    EXPECT_EQ(store.meeting(second)->notes, "");
+    EXPECT_EQ(store.meeting(second)->notes, "last words");
 }
 
 TEST_F(Window, ATurnIsCorrectedByTheKeyboard) {
