@@ -12,10 +12,7 @@ public:
     explicit FakeSpeechSocket(std::shared_ptr<FakeSpeechEngine::State> state) : m_state(std::move(state)) {}
     ~FakeSpeechSocket() override { m_state->toClient.end(); }
 
-    void start() override {
-        m_state->started = true;
-        answer(R"({"type":"session.created"})");
-    }
+    void start() override { answer(R"({"type":"session.created"})"); }
 
     Task<> send(SpeechMessage message) override {
         const auto state = m_state;
@@ -81,11 +78,11 @@ Task<bool> FakeTime::sleep(std::shared_ptr<State> state, std::chrono::nanosecond
     co_return !stop.stop_requested();
 }
 
-void FakeTime::advance(std::chrono::nanoseconds duration, std::chrono::nanoseconds step) {
+void FakeTime::advance(std::chrono::nanoseconds duration) {
     const std::chrono::nanoseconds end = m_state->now + duration;
     settle();
     while (m_state->now < end) {
-        m_state->now = std::min(end, m_state->now + step);
+        m_state->now = std::min(end, m_state->now + std::chrono::milliseconds(250));
         std::erase_if(m_state->sleeping, [this](const auto& sleeper) {
             const bool due = sleeper.first <= m_state->now;
             if (due)

@@ -24,7 +24,6 @@ public:
     /// From now on sends wait until they are let through; those that wait are let through by `holdSends(false)`.
     void holdSends(bool hold) { hold ? m_state->sendsPass.reset() : m_state->sendsPass.set(); }
 
-    bool started() const { return m_state->started; }
     std::optional<int> closeCode() const { return m_state->closeCode; }
     const std::vector<SpeechMessage>& heard() const { return m_state->heard; }
 
@@ -35,7 +34,6 @@ private:
         std::vector<SpeechMessage> heard;
         Event sendsPass;
         bool cooperative = false;
-        bool started = false;
         std::optional<int> closeCode;
 
         State() { sendsPass.set(); }
@@ -48,8 +46,8 @@ class FakeTime {
 public:
     /// The usual limits of a session, on this clock.
     SpeechTiming timing();
-    /// Lets time pass in steps of `step`, running everything that becomes ready after each.
-    void advance(std::chrono::nanoseconds duration, std::chrono::nanoseconds step = std::chrono::milliseconds(250));
+    /// Lets time pass in small steps, running everything that becomes ready after each.
+    void advance(std::chrono::nanoseconds duration);
 
 private:
     struct State {

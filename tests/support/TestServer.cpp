@@ -19,7 +19,7 @@ std::optional<TestServer::Request> takeHead(QByteArray& buffer) {
     QList<QByteArray> lines = buffer.left(headEnd).split('\n');
     const QList<QByteArray> start = lines.takeFirst().trimmed().split(' ');
     VARNET_ASSERT(start.size() == 3);
-    TestServer::Request request{start[0], start[1], {}, {}, 0};
+    TestServer::Request request{start[0], start[1], {}, {}};
     for (const QByteArray& line : lines) {
         const qsizetype colon = line.indexOf(':');
         request.headers[line.left(colon).trimmed().toLower()] = line.mid(colon + 1).trimmed();
@@ -40,7 +40,7 @@ TestServer::TestServer() {
 }
 
 QUrl TestServer::url(const QString& path) const {
-    return QUrl(QStringLiteral("http://127.0.0.1:%1%2").arg(port()).arg(path));
+    return QUrl(QStringLiteral("http://127.0.0.1:%1%2").arg(m_server.serverPort()).arg(path));
 }
 
 void TestServer::answer(const QByteArray& raw) {
@@ -69,12 +69,10 @@ void TestServer::read(QTcpSocket& socket) {
             return;
         buffer += socket.readAll();
         while (request || (request = takeHead(buffer))) {
-            const qint64 left = request->headers["content-length"].toLongLong() - request->bodySize;
+            const qint64 left = request->headers["content-length"].toLongLong() - request->body.size();
             const QByteArray part = buffer.left(left);
             buffer.remove(0, part.size());
-            request->bodySize += part.size();
-            if (m_keepsBodies)
-                request->body += part;
+            request->body += part;
             if (part.size() < left && !m_stopsAtHeads)
                 return;
             m_requests.push_back(*request);

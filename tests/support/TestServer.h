@@ -20,7 +20,6 @@ public:
         QByteArray target;
         std::map<QByteArray, QByteArray> headers; ///< names in lower case
         QByteArray body;
-        qint64 bodySize = 0;
     };
     /// What to do with a request: write to the socket, close it, keep it, or nothing.
     using Script = std::function<void(const Request&, QTcpSocket&)>;
@@ -29,7 +28,6 @@ public:
     TestServer();
 
     QUrl url(const QString& path) const;
-    quint16 port() const { return m_server.serverPort(); }
 
     void setScript(Script script) { m_script = std::move(script); }
     /// Every request gets these bytes, and the connection is closed after them.
@@ -37,8 +35,6 @@ public:
 
     const std::vector<Request>& requests() const { return m_requests; }
 
-    /// Bodies are counted from now on, not kept.
-    void dropBodies() { m_keepsBodies = false; }
     /// From now on the script runs as soon as a request's head is there, and the server reads no further.
     void stopAtHeads() { m_stopsAtHeads = true; }
 
@@ -49,7 +45,6 @@ private:
     void read(QTcpSocket& socket);
 
     Script m_script;
-    bool m_keepsBodies = true;
     bool m_stopsAtHeads = false;
     std::vector<Request> m_requests;
     QTcpServer m_server;

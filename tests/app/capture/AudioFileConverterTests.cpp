@@ -4,6 +4,7 @@
 #include "tests/support/FileSizeLimit.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/Thrown.h"
+#include "tests/support/Tone.h"
 #include "tests/support/TreeSnapshot.h"
 #include "tests/support/WavFile.h"
 
@@ -13,9 +14,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cmath>
 #include <fstream>
-#include <numbers>
 
 namespace varnet {
 namespace {
@@ -26,16 +25,11 @@ constexpr char notConverted[] = "Audio could not be converted to 16 kHz PCM. The
 
 class AudioFileConverterTest : public ::testing::Test {
 protected:
-    /// Three seconds of a tone that climbs from 200 to 3,200 Hz and swells, as 16 kHz mono in original.wav.
+    /// Three seconds as 16 kHz mono in original.wav: the first half sounds at 500 Hz, the second at 1,500.
     void SetUp() override {
-        for (int i = 0; i < 48'000; ++i) {
-            const double t = i / 16'000.0;
-            const double envelope = 0.5 + 0.3 * std::sin(2 * std::numbers::pi * 1.3 * t);
-            original.push_back(static_cast<std::int16_t>(
-                std::lrint(20'000 * envelope * std::sin(2 * std::numbers::pi * (200 * t + 500 * t * t)))));
-        }
         DurableWAV file(folder / "original.wav");
-        file.append(std::as_bytes(std::span(original)));
+        for (const double frequency : {500.0, 1'500.0})
+            file.append(DurableWAV::pcm(test::tone(frequency, 1.5, 0.3F, 16'000)));
     }
 
     /// Runs ffmpeg in the folder; the arguments are split at blanks.
@@ -59,73 +53,51 @@ protected:
 
     test::TemporaryFolder folder;
     const fs::path target = folder / "target.wav";
-    std::vector<std::int16_t> original;
 };
 
-struct Match {
-    int lag = 0; ///< how many samples the copy is late
-    double correlation = 0;
-    double gain = 0;
-};
-
-/// Where in the copy half a second from the middle of the original is found.
-Match match(const std::vector<std::int16_t>& original, const std::vector<std::int16_t>& copy) {
-    constexpr int begin = 20'000, count = 8'000, reach = 2'000;
-    Match best;
-    for (int lag = -reach; lag <= reach; ++lag) {
-        double product = 0, own = 0, other = 0;
-        for (int i = begin; i < begin + count; ++i) {
-            const double a = original[static_cast<std::size_t>(i)], b = copy.at(static_cast<std::size_t>(i + lag));
-            product += a * b, own += a * a, other += b * b;
-        }
-        if (const double correlation = product / std::sqrt(own * other); correlation > best.correlation)
-            best = {lag, correlation, product / own};
-    }
-    return best;
+/// The amplitude of that frequency in the 0.2 seconds from a frame on.
+double loudness(const std::vector<std::int16_t>& audio, int begin, double frequency) {
+    const std::vector<float> part(audio.begin() + begin, audio.begin() + begin + 3'200);
+    return std::abs(test::toneIn(part, frequency, 16'000)) / 32'768;
 }
 
 TEST_F(AudioFileConverterTest, BringsEveryFormatToTheSameAudioAtTheSamePlace) {
     const std::string stereo = "-af pan=stereo|c0=c0|c1=c0 ";
     const std::string surround = "-af pan=5.1|c0=c0|c1=c0|c2=c0|c3=0*c0|c4=c0|c5=c0 ";
     const std::string picture = "-f lavfi -i color=s=64x64:d=3 -map 1:v -map 0:a -c:v mpeg4 ";
-    const struct {
-        std::string name, arguments;
-        int longer, lag;
-        double correlation, gain = 1;
-    } rows[] = {
-        {"16:00, file:a.wav", "-c:a pcm_s16le", 0, 0, 1},
-        {"8000.wav", "-ar 8000 -c:a pcm_u8", 0, 0, 0.999},
-        {"192000.wav", stereo + "-ar 192000 -c:a pcm_f32le", 0, 0, 0.9999},
-        {"surround.wav", surround + "-ar 48000 -c:a pcm_s24le", 0, 0, 0.9999},
-        {"a.w64", stereo + "-ar 44100", 0, 0, 0.9999},
-        {"rf64.wav", stereo + "-ar 48000 -rf64 always", 0, 0, 0.9999},
-        {"a.aiff", stereo + "-ar 44100", 0, 0, 0.9999},
-        {"a.caf", stereo + "-ar 32000 -c:a pcm_s16be", 0, 0, 0.9999},
-        {"a.flac", surround + "-ar 96000", 0, 0, 0.9999},
-        {"a.mp3", stereo + "-ar 44100 -b:a 96k", 0, 0, 0.9999, 0.95}, // LAME turns it down
-        {"a.m4a", stereo + "-ar 48000 -b:a 96k", 128, 0, 0.999},
-        {"a.aac", stereo + "-ar 32000 -b:a 96k", 640, 512, 0.999}, // nothing in it tells of the coder's delay
-        {"a.ogg", stereo + "-ar 44100 -c:a libvorbis", 0, 0, 0.999},
-        {"a.opus", stereo + "-ar 48000 -b:a 64k", 0, 0, 0.999},
-        {"a.wma", stereo + "-ar 44100 -b:a 96k", -446, -743, 0.999}, // the decoder begins with the second block
-        {"a.mp4", picture + "-c:a aac", 128, 0, 0.999},
-        {"a.webm", "-f lavfi -i color=s=64x64:d=3 -map 1:v -map 0:a -c:v libvpx -c:a libopus", 144, 0, 0.999},
+    const std::pair<std::string, std::string> rows[] = {
+        {"16:00, file:a.wav", "-c:a pcm_s16le"},
+        {"8000.wav", "-ar 8000 -c:a pcm_u8"},
+        {"192000.wav", stereo + "-ar 192000 -c:a pcm_f32le"},
+        {"surround.wav", surround + "-ar 48000 -c:a pcm_s24le"},
+        {"a.w64", stereo + "-ar 44100"},
+        {"rf64.wav", stereo + "-ar 48000 -rf64 always"},
+        {"a.aiff", stereo + "-ar 44100"},
+        {"a.caf", stereo + "-ar 32000 -c:a pcm_s16be"},
+        {"a.flac", surround + "-ar 96000"},
+        {"a.mp3", stereo + "-ar 44100 -b:a 96k"},
+        {"a.m4a", stereo + "-ar 48000 -b:a 96k"},
+        {"a.aac", stereo + "-ar 32000 -b:a 96k"},
+        {"a.ogg", stereo + "-ar 44100 -c:a libvorbis"},
+        {"a.opus", stereo + "-ar 48000 -b:a 64k"},
+        {"a.wma", stereo + "-ar 44100 -b:a 96k"},
+        {"a.mp4", picture + "-c:a aac"},
+        {"a.webm", "-f lavfi -i color=s=64x64:d=3 -map 1:v -map 0:a -c:v libvpx -c:a libopus"},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.name);
-        const std::string made = "made" + fs::path(row.name).extension().string();
-        ASSERT_NO_FATAL_FAILURE(ffmpeg("-i original.wav -bitexact " + row.arguments + " " + made));
-        fs::rename(folder / made, folder / row.name);
-        const std::string before = bytesOf(row.name);
-        const auto written = fs::last_write_time(folder / row.name);
-        ASSERT_EQ(failure(row.name), "");
+    for (const auto& [name, arguments] : rows) {
+        SCOPED_TRACE(name);
+        const std::string made = "made" + fs::path(name).extension().string();
+        ASSERT_NO_FATAL_FAILURE(ffmpeg("-i original.wav -bitexact " + arguments + " " + made));
+        fs::rename(folder / made, folder / name);
+        const std::string before = bytesOf(name);
+        ASSERT_EQ(failure(name), "");
         const auto copy = test::wavSamples(target);
-        EXPECT_EQ(static_cast<int>(copy.size()), 48'000 + row.longer);
-        const Match found = match(original, copy);
-        EXPECT_EQ(found.lag, row.lag);
-        EXPECT_GE(found.correlation, row.correlation - 1e-9);
-        EXPECT_NEAR(found.gain, row.gain, 0.005);
-        EXPECT_TRUE(bytesOf(row.name) == before && fs::last_write_time(folder / row.name) == written);
+        ASSERT_NEAR(static_cast<double>(copy.size()), 48'000, 800); // coders begin and end with something of their own
+        EXPECT_NEAR(loudness(copy, 20'000, 500), 0.3, 0.02);
+        EXPECT_NEAR(loudness(copy, 20'000, 1'500), 0, 0.003);
+        EXPECT_NEAR(loudness(copy, 24'800, 500), 0, 0.003);
+        EXPECT_NEAR(loudness(copy, 24'800, 1'500), 0.3, 0.02);
+        EXPECT_TRUE(bytesOf(name) == before);
     }
 }
 
@@ -136,8 +108,6 @@ TEST_F(AudioFileConverterTest, WritesOnePrivateFileAndTellsHowFarItIs) {
     std::vector<double> shares;
     convertFile(folder / "long.wav", target, [&](double share) { shares.push_back(share); });
     EXPECT_EQ(test::wavSamples(target).size(), 41U * 48'000);
-    EXPECT_EQ(readFile(target).substr(0, 44), (std::string("RIFF\x24\x0F\x3C\0WAVEfmt \x10\0\0\0\x01\0\x01\0", 24) +
-                                               std::string("\x80\x3E\0\0\0\x7D\0\0\x02\0\x10\0data\0\x0F\x3C\0", 20)));
     EXPECT_EQ(fs::status(target).permissions(), fs::perms::owner_read | fs::perms::owner_write);
     EXPECT_TRUE(std::ranges::is_sorted(shares));
     EXPECT_GT(shares.front(), 0);
@@ -147,22 +117,17 @@ TEST_F(AudioFileConverterTest, WritesOnePrivateFileAndTellsHowFarItIs) {
 TEST_F(AudioFileConverterTest, TakesWhatPlayersPlay) {
     ffmpeg("-i original.wav -ar 44100 -b:a 64k -write_xing 0 -id3v2_version 0 a.mp3");
     ffmpeg("-i original.wav -ac 2 -ar 24000 -b:a 64k -write_xing 0 -id3v2_version 0 b.mp3");
-    ffmpeg("-i original.wav -c:a libvorbis a.ogg");
-    const std::string mp3 = bytesOf("a.mp3"), ogg = bytesOf("a.ogg"), wav = bytesOf("original.wav");
-    const auto damaged = [](std::string bytes, std::size_t at) {
-        return bytes.replace(at, 300, std::string(300, '\x55'));
-    };
-    const std::string streamed = wav.substr(0, 40) + "\xFF\xFF\xFF\x7F" + wav.substr(44);
+    const std::string mp3 = bytesOf("a.mp3"), wav = bytesOf("original.wav");
+    std::string damaged = mp3;
+    damaged.replace(mp3.size() / 2, 300, std::string(300, '\x55'));
     const struct {
         std::string name, bytes;
         std::size_t least, most;
     } rows[] = {
         {"half.mp3", mp3.substr(0, mp3.size() / 2), 22'000, 26'000}, // nothing in it tells of the rest
-        {"damaged.mp3", damaged(mp3, mp3.size() / 2), 45'000, 50'000},
-        {"damaged.ogg", damaged(ogg, ogg.size() * 3 / 4), 15'000, 48'000},
+        {"damaged.mp3", damaged, 45'000, 50'000},
         {"rate changes.mp3", mp3 + bytesOf("b.mp3"), 95'000, 103'000},
         {"crashed.wav", wav.substr(0, 40) + std::string(4, '\0') + wav.substr(44), 48'000, 48'000},
-        {"streamed.wav", streamed, 48'000, 48'000},
         {"empty.wav", wav.substr(0, 40) + std::string(4, '\0'), 0, 0},
     };
     for (const auto& row : rows) {
@@ -181,7 +146,6 @@ TEST_F(AudioFileConverterTest, RefusesWhatIsNoWholeAudioFileAndOpensNothingElse)
     const std::string neighbour = folder / "original.wav";
     ffmpeg("-i original.wav -ar 48000 whole.m4a");
     ffmpeg("-i original.wav -ar 48000 -movflags faststart ahead.m4a");
-    ffmpeg("-i original.wav whole.flac");
     ffmpeg("-i original.wav -b:a 64k whole.mp3");
     ffmpeg("-f lavfi -i color=s=64x64:d=1 -c:v mpeg4 silent.mp4");
     fs::create_directory(folder / "folder");
@@ -192,15 +156,11 @@ TEST_F(AudioFileConverterTest, RefusesWhatIsNoWholeAudioFileAndOpensNothingElse)
     } files[] = {
         {"none.mp3", ""},
         {"text.mp3", std::string(5'000, 'a') + "is no audio\n"},
-        {"text.aac", "neither is this"},
         {"silent.mp4", bytesOf("silent.mp4")},
         {"no-moov.m4a", half("whole.m4a")},
         {"list.mp3", "#EXTM3U\n#EXT-X-TARGETDURATION:3\n#EXTINF:3,\n" + neighbour + "\n#EXTINF:3,\n" + address + "\n"},
-        {"stream.m3u8", "#EXTM3U\n#EXT-X-TARGETDURATION:3\n#EXTINF:3,\n" + address + "\n"},
         {"script.wav", "ffconcat version 1.0\nfile '" + neighbour + "'\nfile '" + address + "'\n"},
-        {"session.mp3", "v=0\no=- 0 0 IN IP4 127.0.0.1\ns=a\nc=IN IP4 127.0.0.1\nt=0 0\nm=audio 5004 RTP/AVP 0\n"},
         {"half.m4a", half("ahead.m4a"), true},
-        {"half.flac", half("whole.flac"), true},
         {"half.mp3", half("whole.mp3"), true},
         {"half.wav", half("original.wav"), true},
         {"one-hertz.wav", bytesOf("original.wav").replace(24, 4, std::string("\1\0\0\0", 4)), true},

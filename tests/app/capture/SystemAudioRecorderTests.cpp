@@ -115,18 +115,11 @@ TEST_F(SystemAudioRecorderTest, ClosesTheFilesWhateverFails) {
 }
 
 TEST_F(SystemAudioRecorderTest, LeavesNothingWhenTheCaptureIsNotAvailable) {
-    using Reason = CaptureUnavailable::Reason;
-    const std::pair<Reason, const char*> rows[] = {
-        {Reason::noMicrophone, "The selected audio device has no usable input format."},
-        {Reason::noOutput, "No display is available for system audio capture."},
-        {Reason::streamFailed, "as the platform says"},
-    };
-    for (const auto& [reason, text] : rows) {
-        sound.callFailure = std::make_exception_ptr(CaptureUnavailable(reason, "as the platform says"));
-        EXPECT_EQ(startFailure(), text);
-        EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
-        EXPECT_EQ(stop(), "");
-    }
+    sound.callFailure =
+        std::make_exception_ptr(CaptureUnavailable(CaptureUnavailable::Reason::streamFailed, "In use."));
+    EXPECT_EQ(startFailure(), "In use.");
+    EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
+    EXPECT_EQ(stop(), "");
 }
 
 TEST_F(SystemAudioRecorderTest, TellsWhatWasHeardDuringTheStartOnceItCannotBeUndone) {
