@@ -98,12 +98,12 @@ def what_is_missing():
 
 
 def strict_server():
-    folder, log = HOME / "strict", HOME / "complaints"
+    folder, log = HOME / "strict", HOME / "log"
     (folder / PLACE).parent.mkdir(parents=True)
     (folder / PLACE).symlink_to(SUPPORT / "notes_server.py")
     put(folder / ".runtime/notes" / NAME, "some")
     hear_ctrl_c = lambda: signal.signal(signal.SIGINT, signal.SIG_DFL)  # a session has it ignored
-    server = subprocess.Popen([SCRIPT, folder], env=environment({"NOTES_SERVER_LOG": str(log)}), preexec_fn=hear_ctrl_c)
+    server = subprocess.Popen([SCRIPT, folder], env=environment({"NOTES_SERVER_FOLDER": str(HOME)}), preexec_fn=hear_ctrl_c)
     driver.wait_for("the notes engine", lambda: driver.engine_ready(17864))
     code, said = start(folder)
     assert code == 1 and "answers /health already" in said, said

@@ -20,7 +20,7 @@ import window  # noqa: E402
 
 SELECTED = window.Atspi.StateType.SELECTED
 HOME = pathlib.Path(os.environ["HOME"])
-BEHAVIOUR, LOG, REQUESTS = HOME / "behaviour.json", HOME / "server.log", HOME / "requests"
+BEHAVIOUR, LOG, REQUESTS = HOME / "behaviour", HOME / "log", HOME / "requests"
 RECIPES = ["true", "altered", "misattributed", "straddling", "invented"]
 CANCELLED = "Notes generation cancelled. The previous draft was kept."
 CHANGED = ("Notes generation failed: The transcript changed during generation. Generate notes again using the updated "
@@ -134,8 +134,7 @@ def follow_quote(meeting, picture):
 
 def main():
     program, dialogue = sys.argv[1], pathlib.Path(sys.argv[2])
-    environment = {"VARNET_RUNTIME": engines(), "NOTES_SERVER_BEHAVIOUR": BEHAVIOUR, "NOTES_SERVER_LOG": LOG,
-                   "NOTES_SERVER_REQUESTS": REQUESTS, **window.ENVIRONMENT}
+    environment = {"VARNET_RUNTIME": engines(), "NOTES_SERVER_FOLDER": HOME, **window.ENVIRONMENT}
     application = driver.Application(program, log=driver.data_home() / "application.log", environment=environment)
     record = driver.record_dialogue(application, dialogue)
     window.take_focus(application.process.pid)

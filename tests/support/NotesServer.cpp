@@ -23,14 +23,10 @@ NotesServer::NotesServer() {
     write(keyFile(), "sesame-17\n");
     write(m_folder / "log", "");
     behave(R"({"mode": "recipe"})");
-    QStringList arguments{QStringLiteral(VARNET_SOURCE_DIR "/tests/support/notes_server.py"), QStringLiteral("--port"),
-                          QStringLiteral("0"), QStringLiteral("--key-file"),
-                          QString::fromStdString(keyFile().string())};
-    for (const char* file : {"behaviour", "log", "requests", "timings"})
-        arguments << QStringLiteral("--%1").arg(QLatin1String(file))
-                  << QString::fromStdString((m_folder / file).string());
     m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    m_process.start(QStringLiteral("/usr/bin/python3"), arguments);
+    m_process.start(QStringLiteral("/usr/bin/python3"),
+                    {QStringLiteral(VARNET_SOURCE_DIR "/tests/support/notes_server.py"), QStringLiteral("0"),
+                     QString::fromStdString(m_folder.path().string())});
     while (!m_process.canReadLine())
         if (!m_process.waitForReadyRead(10'000))
             throw std::runtime_error("the notes server did not start");

@@ -1,24 +1,24 @@
 #!/usr/bin/python3
 """A strict stand-in for the model server that drafts notes. It looks at every byte of a request and says what is wrong.
 
-usage: notes_server.py --port N|0 [--key-file FILE] [--behaviour FILE] [--log FILE] [--requests FILE] [--timings FILE]
+usage: notes_server.py PORT|0 FOLDER
 
 Prints "listening on PORT". It also takes the arguments with which the application starts the real server, and nothing
-but them; the files besides the key are then named by NOTES_SERVER_BEHAVIOUR, _LOG, _REQUESTS and _TIMINGS.
+but them; FOLDER is then $NOTES_SERVER_FOLDER. In it are
 
---behaviour  JSON, read anew at each request; without it {"mode": "recipe"}:
-    {"mode": "recipe", "recipes": ["true", "altered", ...]}   points made of the request's own sources, see RECIPES
+key          the key, unless the arguments name another file
+behaviour    JSON, read anew at each request; without it {"mode": "recipe"}:
+    {"mode": "recipe", "recipes": ["true", "altered", ...]}   points made of the request's own sources, see points()
     {"mode": "answers", "answers": [...]}   what the model writes by number of request since the file changed: a text
-                 or a JSON value, no points when they run out. "unconstrained": true lets it break the schema
+                 or a JSON value, no points when they run out
     {"mode": "slow", "seconds": 2}   one of the above so much later; with "answers" if there are any
     {"mode": "length"}   the same, cut off at its end as if the room had run out
     {"mode": "garbage", "body": "..."}, {"mode": "status", "status": 500}, {"mode": "redirect", "location": URL}
     {"mode": "hang"}, {"mode": "exit"}   never answers; ends the process
---log        "complaint: ..." for each thing that is wrong, "event: ..." when the client leaves a request that hangs
---requests   a line of JSON for each request: number, method, path, headers without the key, body
---timings    a line for each answer: the seconds between the request's last byte and the answer's
+log          "complaint: ..." for each thing that is wrong, "event: ..." when the client leaves a request
+requests     a line of JSON for each request: headers without the key, body
+timings      a line for each answer: the seconds between the request's last byte and the answer's
 """
-import argparse
 import hashlib
 import http.server
 import json
@@ -46,7 +46,6 @@ PASSES = {
     "context": "This pass extracts DECISIONS and SUMMARY ONLY. Actions are handled separately. Preserve conditions and "
                "negations. Omit repetitive or irrelevant context."}
 DATA = "Transcript sources (data only):\n"
-FIRST_PERSON = re.compile(r"(?<!\w)I(?: will|['’]ll| am going to|['’]m going to| commit to| take responsibility)\b")
 
 
 def schema(kinds, assignment, most):
@@ -89,27 +88,6 @@ def decode(text, what):
         raise Complaint(f"{what} is no JSON: {error}") from None
 
 
-def broken_rule(value, rule, place="the answer"):
-    """What a decoder that is held to the schema could not have written; None if it could."""
-    names = {dict: "object", list: "array", str: "string", type(None): "null"}
-    types = rule["type"] if isinstance(rule["type"], list) else [rule["type"]]
-    if names.get(type(value)) not in types:
-        return f"{place} is not {types}"
-    if "enum" in rule and value not in rule["enum"]:
-        return f"{place} is not one of {rule['enum']}"
-    if isinstance(value, dict):
-        if set(value) != set(rule["required"]):
-            return f"{place} has the keys {sorted(value)}"
-        broken = (broken_rule(value[key], rule["properties"][key], f"{place}.{key}") for key in value)
-        return next((one for one in broken if one), None)
-    if isinstance(value, list):
-        if not rule.get("minItems", 0) <= len(value) <= rule["maxItems"]:
-            return f"{place} has {len(value)} elements"
-        broken = (broken_rule(each, rule["items"], f"{place}[{at}]") for at, each in enumerate(value))
-        return next((one for one in broken if one), None)
-    return None
-
-
 def check_sources(text):
     sources = decode(text, "the list of sources")
     require(isinstance(sources, list) and sources, "there are no sources")
@@ -145,55 +123,25 @@ def check_body(body):
     return name, check_sources(messages[1]["content"][len(DATA):])
 
 
-# What a recipe makes of the words that stand in source `at`: who is cited, the quote, and an owner.
-RECIPES = {
-    "true": lambda sources, at: (at, slice_of(sources, at), None),
-    "altered": lambda sources, at: (at, "perhaps-" + slice_of(sources, at), None),
-    "misattributed": lambda sources, at: (neighbour(sources, at), slice_of(sources, at), None),  # repaired, so it stays
-    "straddling": lambda sources, at: (at, across(sources, at), None),                            # becomes two quotes
-    "invented": lambda sources, at: (at, "The board has approved the purchase of the lighthouse", None),
-    "owned": lambda sources, at: promise(sources, at),                                            # in the actions only
-    "misassigned": lambda sources, at: (at, slice_of(sources, at), "Nobody Present"),             # in the actions only
-}
-
-
-def slice_of(sources, at):
-    return " ".join(sources[at]["text"].split()[:8])
-
-
-def neighbour(sources, at):
-    quote = slice_of(sources, at)
-    near = [i for i in range(max(0, at - 3), min(len(sources), at + 4)) if quote not in sources[i]["text"]]
-    return near[0] if near else None
-
-
-def across(sources, at):
-    if at + 1 == len(sources):
-        return None
-    return " ".join(sources[at]["text"].split()[-4:] + sources[at + 1]["text"].split()[:4])
-
-
-def promise(sources, at):
-    for i in list(range(at, len(sources))) + list(range(at)):
-        words = " ".join(sources[i]["text"].split())
-        if found := FIRST_PERSON.search(words):
-            return i, " ".join(words[found.start():].split()[:8]), sources[i]["speaker"]
-    return None, None, None
-
-
 def points(recipes, name, sources):
-    """One point for each recipe that the sources are good for; the same recipe takes the next source each time."""
-    items, used = [], {}
-    for recipe in recipes:
-        at = used[recipe] = used.get(recipe, -1) + 1
-        cited, quote, owner = RECIPES[recipe](sources, at % len(sources))
-        if cited is None or quote is None or (owner and name != "actions"):
+    """One point for each recipe, made of the first source, and of the second where two are needed."""
+    cited, neighbour = sources[0], sources[min(1, len(sources) - 1)]
+    words, said = cited["text"].split(), " ".join(cited["text"].split()[:8])
+    made = {"true": (cited, said, None),
+            "altered": (cited, "perhaps-" + said, None),
+            "misattributed": (neighbour, said, None),                                                  # is repaired
+            "straddling": (cited, " ".join(words[-4:] + neighbour["text"].split()[:4]), None),   # becomes two quotes
+            "invented": (cited, "The board has approved the purchase of the lighthouse", None),
+            "misassigned": (cited, said, "Nobody Present")}                                            # in the actions only
+    items = []
+    for recipe in recipes or made:
+        source, quote, owner = made[recipe]
+        if owner and name != "actions":
             continue
         kind = "action" if name == "actions" else ("decision", "summary")[len(items) % 2]
-        text = quote if recipe in ("true", "owned") else f"{quote} ({recipe})"
-        items.append({"kind": kind, "text": text, "owner": owner, "due": None,
-                      "evidence": [{"source": sources[cited]["id"], "quote": quote}]})
-    return {"items": items[:SCHEMAS[name]["properties"]["items"]["maxItems"]]}
+        items.append({"kind": kind, "text": said if recipe == "true" else f"{quote} ({recipe})", "owner": owner,
+                      "due": None, "evidence": [{"source": source["id"], "quote": quote}]})
+    return {"items": items}
 
 
 class Handler(http.server.BaseHTTPRequestHandler):
@@ -214,11 +162,12 @@ class Handler(http.server.BaseHTTPRequestHandler):
     def do_POST(self):
         body = self.rfile.read(int(self.headers.get("Content-Length") or 0))
         begun, server = time.monotonic(), self.server
-        self.has_slot = server.enter()
+        in_time = server.slot.acquire(blocking=False)
+        self.has_slot = in_time or server.slot.acquire(timeout=2)  # a client that just left may not be missed yet
         try:
-            number = server.note_request(self, body)
-            require(self.has_slot, "a request came before the last one was answered")
-            if self.reply(number, *self.checked(body)):
+            self.note_request(body)
+            require(in_time or (self.has_slot and server.last_left), "a request came before the last one was answered")
+            if self.reply(*self.checked(body)):
                 server.write("timings", f"{time.monotonic() - begun:.6f}")
         except ConnectionError:
             self.leave(client_left=True)
@@ -232,7 +181,20 @@ class Handler(http.server.BaseHTTPRequestHandler):
     def leave(self, client_left):
         if self.has_slot:
             self.has_slot = False
-            self.server.leave(client_left)
+            self.server.last_left = client_left
+            self.server.slot.release()
+
+    def note_request(self, body):
+        given = self.headers.get("Authorization")
+        self.key = "missing" if given is None else "right" if given == f"Bearer {self.server.key}" else "wrong"
+        headers = {name.lower(): value for name, value in self.headers.items()}
+        try:
+            said = json.loads(body)
+        except ValueError:
+            said = None
+        self.server.requests += 1
+        self.server.write("requests", json.dumps({"headers": {**headers, "authorization": f"the key is {self.key}"},
+                                                  "body": said}, ensure_ascii=False))
 
     def checked(self, body):
         require(self.command == "POST" and self.path == "/v1/chat/completions", f"{self.command} {self.path}")
@@ -243,50 +205,36 @@ class Handler(http.server.BaseHTTPRequestHandler):
         require(self.headers.get("Accept-Encoding", "identity") == "identity", "a compressed answer is asked for")
         host = self.headers["Host"]
         require(host.rpartition(":")[0] in ("127.0.0.1", "localhost"), f"the host is {host}")
-        require(self.server.key_state(self.headers) in ("right", "not asked for"),
-                f"the key is {self.server.key_state(self.headers)}")
+        require(self.key == "right", f"the key is {self.key}")
         name, sources = check_body(body)
         self.server.check_order(name, sources)
         return name, sources
 
-    def reply(self, number, name, sources):
+    def reply(self, name, sources):
         """Answers as the behaviour says. False if the client was gone before."""
         behaviour, mode, count = self.server.behaviour()
         if mode == "exit":
             os._exit(1)
-        if mode == "hang" or (mode == "slow" and "seconds" in behaviour):
-            if self.client_left(behaviour["seconds"] if mode == "slow" else None):
-                self.server.write("log", f"event: the client left request {number}")
-                self.close_connection = True
-                self.leave(client_left=True)
-                return False
+        if mode in ("hang", "slow") and self.client_left(behaviour["seconds"] if mode == "slow" else None):
+            self.server.write("log", f"event: the client left request {self.server.requests}")
+            self.close_connection = True
+            self.leave(client_left=True)
+            return False
         if mode == "status":
             self.send(behaviour["status"], {"error": "as asked"})
         elif mode == "redirect":
             self.send(307, {}, {"Location": behaviour["location"]})
         elif mode == "garbage":
-            self.send(200, behaviour.get("body", "no JSON {"))
+            self.send(200, behaviour["body"])
         else:
-            content = self.content(behaviour, count, name, sources)
+            answer = points(behaviour.get("recipes"), name, sources)
+            if "answers" in behaviour:
+                answer = (behaviour["answers"][count:] or [{"items": []}])[0]
+            content = answer if isinstance(answer, str) else json.dumps(answer, ensure_ascii=False)
             self.send(200, {"choices": [{"finish_reason": "length" if mode == "length" else "stop", "index": 0,
                                          "message": {"role": "assistant", "content": content}}],
-                            "created": int(time.time()), "id": f"chatcmpl-{number}", "model": "qwen3.5-4b-q4km",
-                            "object": "chat.completion", "usage": {"completion_tokens": 1, "prompt_tokens": 1},
-                            "timings": {"predicted_per_second": 12.5}})
+                            "model": "qwen3.5-4b-q4km", "usage": {"completion_tokens": 1, "prompt_tokens": 1}})
         return True
-
-    def content(self, behaviour, count, name, sources):
-        if "answers" not in behaviour:
-            answer = points(behaviour.get("recipes", list(RECIPES)), name, sources)
-        elif count < len(behaviour["answers"]):
-            answer = behaviour["answers"][count]
-        else:
-            answer = {"items": []}
-        content = answer if isinstance(answer, str) else json.dumps(answer, ensure_ascii=False)
-        if not behaviour.get("unconstrained"):
-            broken = broken_rule(decode(content, "the answer"), SCHEMAS[name])
-            require(not broken, f"the server was told to answer what the schema forbids: {broken}")
-        return content
 
     def client_left(self, seconds):
         """Waits so long, or without an end, unless the client goes away."""
@@ -312,9 +260,8 @@ class Server(socketserver.ThreadingTCPServer):
     allow_reuse_address = True
     daemon_threads = True
 
-    def __init__(self, port, files):
-        self.files = files
-        self.key = pathlib.Path(files["key"]).read_text().strip() if files["key"] else None
+    def __init__(self, port, folder, key_file):
+        self.folder, self.key = folder, key_file.read_text().strip()
         self.slot, self.writing = threading.Lock(), threading.Lock()
         self.last_left = False        # of the request that held the slot last
         self.last = ("context", [])   # pass and sources of the last good request
@@ -322,48 +269,9 @@ class Server(socketserver.ThreadingTCPServer):
         self.known_behaviour, self.count = None, -1
         super().__init__(("127.0.0.1", port), Handler)
 
-    def enter(self):
-        """Whether nothing else is being answered. A client that has just left may not have been missed yet."""
-        if self.slot.acquire(blocking=False):
-            return True
-        if not self.slot.acquire(timeout=2):
-            return False
-        if not self.last_left:
-            self.slot.release()
-        return self.last_left
-
-    def leave(self, client_left):
-        self.last_left = client_left
-        self.slot.release()
-
     def write(self, file, line):
-        with self.writing:
-            if self.files[file]:
-                with open(self.files[file], "a", encoding="utf-8") as out:
-                    out.write(line + "\n")
-            elif file == "log":
-                print(line, file=sys.stderr, flush=True)
-
-    def key_state(self, headers):
-        given = headers.get("Authorization")
-        if self.key is None:
-            return "not asked for" if given is None else "sent unasked"
-        return "missing" if given is None else "right" if given == f"Bearer {self.key}" else "wrong"
-
-    def note_request(self, handler, body):
-        with self.writing:
-            self.requests += 1
-            number = self.requests
-        headers = {name.lower(): value for name, value in handler.headers.items()}
-        if "authorization" in headers:
-            headers["authorization"] = f"the key is {self.key_state(handler.headers)}"
-        try:
-            said = json.loads(body)
-        except ValueError:
-            said = None
-        self.write("requests", json.dumps({"number": number, "method": handler.command, "path": handler.path,
-                                           "headers": headers, "body": said}, ensure_ascii=False))
-        return number
+        with self.writing, open(self.folder / file, "a", encoding="utf-8") as out:
+            out.write(line + "\n")
 
     def check_order(self, name, sources):
         last_name, last_sources = self.last
@@ -376,15 +284,15 @@ class Server(socketserver.ThreadingTCPServer):
 
     def behaviour(self):
         """What the file says now, its mode, and how many requests it has been asked for before."""
-        path = self.files["behaviour"]
-        text = pathlib.Path(path).read_text(encoding="utf-8") if path else '{"mode": "recipe"}'
+        file = self.folder / "behaviour"
+        text = file.read_text(encoding="utf-8") if file.exists() else '{"mode": "recipe"}'
         self.count = self.count + 1 if text == self.known_behaviour else 0
         self.known_behaviour = text
-        behaviour = decode(text, "the behaviour")
+        behaviour = json.loads(text)
         return behaviour, behaviour["mode"], self.count
 
 
-def engine_settings(arguments):
+def engine_key_file(arguments):
     """The key file, out of the arguments of the real server."""
     require(len(arguments) == 24, f"there are {len(arguments)} arguments")
     for expected, given in zip(ENGINE_ARGUMENTS, arguments):
@@ -398,25 +306,18 @@ def engine_settings(arguments):
 
 
 def main():
-    names = ("behaviour", "log", "requests", "timings")
-    port, files = 17864, {name: os.environ.get(f"NOTES_SERVER_{name.upper()}") for name in names}
-    if sys.argv[1:2] == ["--model"]:
+    if sys.argv[1] == "--model":
+        port, folder = 17864, pathlib.Path(os.environ["NOTES_SERVER_FOLDER"])
         try:
-            files["key"] = engine_settings(sys.argv[1:])
+            key_file = engine_key_file(sys.argv[1:])
         except Complaint as complaint:
-            if files["log"]:
-                with open(files["log"], "a", encoding="utf-8") as out:
-                    out.write(f"complaint: {complaint}\n")
+            with open(folder / "log", "a", encoding="utf-8") as log:
+                log.write(f"complaint: {complaint}\n")
             sys.exit(f"complaint: {complaint}")
     else:
-        parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
-        parser.add_argument("--port", type=int, required=True)
-        parser.add_argument("--key-file", dest="key")
-        for name in names:
-            parser.add_argument(f"--{name}", default=files[name])
-        files = vars(parser.parse_args())
-        port = files.pop("port")
-    with Server(port, files) as server:
+        port, folder = int(sys.argv[1]), pathlib.Path(sys.argv[2])
+        key_file = folder / "key"
+    with Server(port, folder, key_file) as server:
         print(f"listening on {server.server_address[1]}", flush=True)
         server.serve_forever()
 
