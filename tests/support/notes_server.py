@@ -9,11 +9,10 @@ but them; FOLDER is then $NOTES_SERVER_FOLDER. In it are
 key          the key, unless the arguments name another file
 behaviour    JSON, read anew at each request; without it {"mode": "recipe"}:
     {"mode": "recipe", "recipes": ["true", "altered", ...]}   points made of the request's own sources, see points()
-    {"mode": "answers", "answers": [...]}   what the model writes by number of request since the file changed: a text
-                 or a JSON value, no points when they run out
+    {"mode": "answers", "answers": [...]}   what the model writes in the first and the second pass; no points if not said
     {"mode": "slow", "seconds": 2}   one of the above so much later; with "answers" if there are any
     {"mode": "length"}   the same, cut off at its end as if the room had run out
-    {"mode": "garbage", "body": "..."}, {"mode": "status", "status": 500}, {"mode": "redirect", "location": URL}
+    {"mode": "garbage", "body": "..."}, {"mode": "status", "status": 500}
     {"mode": "hang"}, {"mode": "exit"}   never answers; ends the process
 log          "complaint: ..." for each thing that is wrong, "event: ..." when the client leaves a request
 requests     a line of JSON for each request: headers without the key, body
@@ -127,19 +126,15 @@ def points(recipes, name, sources):
     """One point for each recipe, made of the first source, and of the second where two are needed."""
     cited, neighbour = sources[0], sources[min(1, len(sources) - 1)]
     words, said = cited["text"].split(), " ".join(cited["text"].split()[:8])
-    made = {"true": (cited, said, None),
-            "altered": (cited, "perhaps-" + said, None),
-            "misattributed": (neighbour, said, None),                                                  # is repaired
-            "straddling": (cited, " ".join(words[-4:] + neighbour["text"].split()[:4]), None),   # becomes two quotes
-            "invented": (cited, "The board has approved the purchase of the lighthouse", None),
-            "misassigned": (cited, said, "Nobody Present")}                                            # in the actions only
+    made = {"true": (cited, said), "altered": (cited, "perhaps-" + said),
+            "misattributed": (neighbour, said),                                                    # is repaired
+            "straddling": (cited, " ".join(words[-4:] + neighbour["text"].split()[:4])),     # becomes two quotes
+            "invented": (cited, "The board has approved the purchase of the lighthouse")}
     items = []
     for recipe in recipes or made:
-        source, quote, owner = made[recipe]
-        if owner and name != "actions":
-            continue
+        source, quote = made[recipe]
         kind = "action" if name == "actions" else ("decision", "summary")[len(items) % 2]
-        items.append({"kind": kind, "text": said if recipe == "true" else f"{quote} ({recipe})", "owner": owner,
+        items.append({"kind": kind, "text": said if recipe == "true" else f"{quote} ({recipe})", "owner": None,
                       "due": None, "evidence": [{"source": source["id"], "quote": quote}]})
     return {"items": items}
 
@@ -212,7 +207,9 @@ class Handler(http.server.BaseHTTPRequestHandler):
 
     def reply(self, name, sources):
         """Answers as the behaviour says. False if the client was gone before."""
-        behaviour, mode, count = self.server.behaviour()
+        file = self.server.folder / "behaviour"
+        behaviour = json.loads(file.read_text(encoding="utf-8")) if file.exists() else {"mode": "recipe"}
+        mode = behaviour["mode"]
         if mode == "exit":
             os._exit(1)
         if mode in ("hang", "slow") and self.client_left(behaviour["seconds"] if mode == "slow" else None):
@@ -222,15 +219,12 @@ class Handler(http.server.BaseHTTPRequestHandler):
             return False
         if mode == "status":
             self.send(behaviour["status"], {"error": "as asked"})
-        elif mode == "redirect":
-            self.send(307, {}, {"Location": behaviour["location"]})
         elif mode == "garbage":
             self.send(200, behaviour["body"])
         else:
-            answer = points(behaviour.get("recipes"), name, sources)
+            content = json.dumps(points(behaviour.get("recipes"), name, sources), ensure_ascii=False)
             if "answers" in behaviour:
-                answer = (behaviour["answers"][count:] or [{"items": []}])[0]
-            content = answer if isinstance(answer, str) else json.dumps(answer, ensure_ascii=False)
+                content = (behaviour["answers"][name == "context":] or ['{"items": []}'])[0]
             self.send(200, {"choices": [{"finish_reason": "length" if mode == "length" else "stop", "index": 0,
                                          "message": {"role": "assistant", "content": content}}],
                             "model": "qwen3.5-4b-q4km", "usage": {"completion_tokens": 1, "prompt_tokens": 1}})
@@ -245,12 +239,12 @@ class Handler(http.server.BaseHTTPRequestHandler):
             pass
         return bool(readable)
 
-    def send(self, status, body, headers=()):
+    def send(self, status, body):
         data = (body if isinstance(body, str) else json.dumps(body)).encode()
         self.leave(client_left=False)  # the next request may come as soon as the answer is out
         self.send_response(status)
-        for name, value in {"Content-Type": "application/json", "Content-Length": len(data), **dict(headers)}.items():
-            self.send_header(name, str(value))
+        self.send_header("Content-Type", "application/json")
+        self.send_header("Content-Length", str(len(data)))
         self.end_headers()
         self.wfile.write(data)
         self.wfile.flush()
@@ -266,7 +260,6 @@ class Server(socketserver.ThreadingTCPServer):
         self.last_left = False        # of the request that held the slot last
         self.last = ("context", [])   # pass and sources of the last good request
         self.requests = 0
-        self.known_behaviour, self.count = None, -1
         super().__init__(("127.0.0.1", port), Handler)
 
     def write(self, file, line):
@@ -281,15 +274,6 @@ class Server(socketserver.ThreadingTCPServer):
             follows = last_name == "context" and last_sources and int(last_sources[-1]["id"][1:]) + 1
             require(int(sources[0]["id"][1:]) in (1, follows), "the sources do not follow those of the last request")
         self.last = (name, sources)
-
-    def behaviour(self):
-        """What the file says now, its mode, and how many requests it has been asked for before."""
-        file = self.folder / "behaviour"
-        text = file.read_text(encoding="utf-8") if file.exists() else '{"mode": "recipe"}'
-        self.count = self.count + 1 if text == self.known_behaviour else 0
-        self.known_behaviour = text
-        behaviour = json.loads(text)
-        return behaviour, behaviour["mode"], self.count
 
 
 def engine_key_file(arguments):
