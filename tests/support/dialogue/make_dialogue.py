@@ -3,20 +3,14 @@
 
     make_dialogue.py --name slt-rms --out FOLDER      (see dialogues.json for the names)
 
-FOLDER receives, all 16 kHz mono 16-bit and of one length:
-    microphone.wav   the voice at the microphone
-    call.wav         the voices in the call
-    mixed.wav        the sum of both
-    reference.json   {"name", "duration", "turns": [{"speaker", "start", "end", "text"}]}
-Times are seconds. A turn's times are those of its sound, without the silence around it. The output is the same on every
-run.
+FOLDER receives microphone.wav, call.wav and mixed.wav, their sum, all 16 kHz mono 16-bit and of one length, and
+reference.json: {"duration" in seconds, "turns": [{"speaker", "text"}]}. The output is the same on every run.
 """
 import argparse
 import array
 import json
 import pathlib
 import subprocess
-import sys
 import tempfile
 import wave
 
@@ -32,8 +26,6 @@ def speak(voice, text, folder):
     path = folder / "turn.wav"
     subprocess.run(["flite", "-voice", voice, "-t", text, "-o", str(path)], check=True)
     with wave.open(str(path)) as reader:
-        if (reader.getframerate(), reader.getnchannels(), reader.getsampwidth()) != (RATE, 1, 2):
-            sys.exit(f"flite's voice {voice} is not 16 kHz mono 16-bit")
         samples = array.array("h", reader.readframes(reader.getnframes()))
     peak = max(abs(sample) for sample in samples)
     loud = [index for index, sample in enumerate(samples) if abs(sample) > peak * FLOOR]
@@ -43,32 +35,27 @@ def speak(voice, text, folder):
 
 def write_wav(path, samples):
     with wave.open(str(path), "wb") as writer:
-        writer.setnchannels(1)
-        writer.setsampwidth(2)
-        writer.setframerate(RATE)
+        writer.setparams((1, 2, RATE, len(samples), "NONE", ""))
         writer.writeframes(samples.tobytes())
 
 
-def make(name, script, out):
+def make(script, out):
     out.mkdir(parents=True, exist_ok=True)
-    position, turns, placed = int(LEAD * RATE), [], []
+    silence = lambda frames: array.array("h", bytes(2 * frames))
+    lead = int(LEAD * RATE)
+    tracks = {name: silence(lead) for name in ("microphone", "call", "mixed")}
     with tempfile.TemporaryDirectory() as scratch:
         for number, (voice, text) in enumerate(script["turns"]):
             samples = speak(voice, text, pathlib.Path(scratch))
-            start, end = position / RATE, (position + len(samples)) / RATE
-            turns.append({"speaker": voice, "start": round(start, 3), "end": round(end, 3), "text": text})
-            placed.append((voice, position, samples))
-            position += len(samples) + int(PAUSES[number % len(PAUSES)] * RATE)
-    total = placed[-1][1] + len(placed[-1][2]) + int(LEAD * RATE)
-    tracks = {"microphone": array.array("h", bytes(2 * total)), "call": array.array("h", bytes(2 * total))}
-    for voice, position, samples in placed:
-        track = tracks["microphone" if voice == script["microphone"] else "call"]
-        track[position:position + len(samples)] = samples
-    # Turns never overlap, so the sum cannot clip.
-    tracks["mixed"] = array.array("h", (a + b for a, b in zip(tracks["microphone"], tracks["call"])))
-    for track, samples in tracks.items():
-        write_wav(out / f"{track}.wav", samples)
-    reference = {"name": name, "duration": round(total / RATE, 3), "turns": turns}
+            quiet = "call" if voice == script["microphone"] else "microphone"
+            pause = lead if number + 1 == len(script["turns"]) else int(PAUSES[number % len(PAUSES)] * RATE)
+            for name, track in tracks.items():
+                track.extend(silence(len(samples)) if name == quiet else samples)
+                track.extend(silence(pause))
+    for name, track in tracks.items():
+        write_wav(out / f"{name}.wav", track)
+    reference = {"duration": round(len(tracks["mixed"]) / RATE, 3),
+                 "turns": [{"speaker": voice, "text": text} for voice, text in script["turns"]]}
     (out / "reference.json").write_text(json.dumps(reference, indent=1) + "\n")
 
 
@@ -78,7 +65,7 @@ def main():
     parser.add_argument("--name", choices=sorted(scripts), required=True)
     parser.add_argument("--out", type=pathlib.Path, required=True)
     arguments = parser.parse_args()
-    make(arguments.name, scripts[arguments.name], arguments.out)
+    make(scripts[arguments.name], arguments.out)
 
 
 if __name__ == "__main__":

@@ -4,9 +4,8 @@
     score.py [--max-wer PERCENT] [--min-speaker-accuracy PERCENT] REFERENCE TRANSCRIPT
 
 TRANSCRIPT is a meeting.json (its "turns"), or an engine's answer (its "words"). The exit status is 1 when it misses a
-limit. Text is compared in lower case without punctuation. Speakers: among the words of the transcript that stand for a
-word of the reference (equal or not), the share whose speaker is right under the best one-to-one mapping of the
-transcript's labels to the reference's voices; words without a speaker are wrong.
+limit. Speakers: among the words that stand for a word of the reference (equal or not), the share whose speaker is right
+under the best one-to-one mapping of labels to voices; words without a speaker are wrong.
 """
 import argparse
 import collections
