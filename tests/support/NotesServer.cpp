@@ -6,22 +6,9 @@
 
 namespace varnet::test {
 
-namespace {
-
-void write(const std::filesystem::path& path, const std::string& text) {
-    std::ofstream(path) << text;
-}
-
-std::string read(const std::filesystem::path& path) {
-    std::ifstream file(path);
-    return {std::istreambuf_iterator(file), {}};
-}
-
-} // namespace
-
 NotesServer::NotesServer() {
-    write(keyFile(), "sesame-17\n");
-    write(m_folder / "log", "");
+    std::ofstream(keyFile()) << "sesame-17\n";
+    std::ofstream(m_folder / "log").flush();
     behave(R"({"mode": "recipe"})");
     m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     m_process.start(QStringLiteral("/usr/bin/python3"),
@@ -43,7 +30,7 @@ QUrl NotesServer::url(const QString& start) const {
 }
 
 void NotesServer::behave(const std::string& json) {
-    write(m_folder / "behaviour", json);
+    std::ofstream(m_folder / "behaviour") << json;
 }
 
 std::vector<QJsonObject> NotesServer::requests() const {
@@ -55,7 +42,8 @@ std::vector<QJsonObject> NotesServer::requests() const {
 }
 
 std::string NotesServer::log() const {
-    return read(m_folder / "log");
+    std::ifstream file(m_folder / "log");
+    return {std::istreambuf_iterator(file), {}};
 }
 
 std::vector<double> NotesServer::timings() const {

@@ -37,9 +37,10 @@ void StoreFixture::openStore() {
     m_store.reset();
     m_store = std::make_unique<MeetingStore>(root, parts);
     QObject::connect(m_store.get(), &MeetingStore::meetingChanged, m_store.get(), [this](Uuid id) {
-        if (id != m_store->recordingID() && id != lastRecorded)
+        if (id == m_store->recordingID())
+            lastRecorded = id;
+        if (m_store->saveFailures().contains(id))
             return;
-        lastRecorded = id;
         const auto status = onDisk(id).status;
         if (statusesOnDisk.empty() || statusesOnDisk.back() != status)
             statusesOnDisk.push_back(status);

@@ -37,8 +37,9 @@ protected:
     std::filesystem::path root = folder / "meetings";
     MeetingRepository repository{root};
     std::optional<Uuid> lastRecorded;
-    std::vector<std::string> statusesOnDisk; ///< each status of recorded meetings, as it was read back from the disk
-    int sleepInhibitors = 0;                 ///< how many are held
+    std::vector<std::string>
+        statusesOnDisk;      ///< each status of a meeting that changed, as it was read back from the disk
+    int sleepInhibitors = 0; ///< how many are held
 
 private:
     std::unique_ptr<MeetingStore> m_store;

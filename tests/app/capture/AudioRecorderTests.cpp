@@ -56,7 +56,7 @@ TEST_F(AudioRecorderTest, EndsAtTheFirstFailureAndSaysItAgainAtTheStop) {
     {
         const test::FileSizeLimit diskFull(44 + 2 * before + 10);
         deliver(0.1, 1'600);
-        ASSERT_TRUE(waitForError());
+        ASSERT_TRUE(waitFor(errors));
     }
     deliver(0.2, 1'600);
     sound.fail("later");

@@ -35,8 +35,12 @@ protected:
     bool waitForHeard(std::size_t frames) {
         return eventually([&] { return heardFrames() >= frames; });
     }
-    bool waitForError() { return waitForAny(errors); }
-    bool waitForLevels() { return waitForAny(levels); }
+    bool waitFor(const auto& list) {
+        return eventually([&] {
+            const std::lock_guard lock(mutex);
+            return !list.empty();
+        });
+    }
     std::vector<std::int16_t> samples(const char* name) { return wavSamples(folder / name); }
 
     TemporaryFolder folder;
@@ -51,12 +55,6 @@ protected:
     std::vector<std::pair<float, std::optional<float>>> levels;
 
 private:
-    bool waitForAny(const auto& list) {
-        return eventually([&] {
-            const std::lock_guard lock(mutex);
-            return !list.empty();
-        });
-    }
     template <class List, class... Values>
     void keep(List& list, Values&&... values) {
         const std::lock_guard lock(mutex);

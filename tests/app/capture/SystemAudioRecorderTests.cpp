@@ -79,7 +79,7 @@ TEST_F(SystemAudioRecorderTest, FailsOnceOnAnImpossibleTimestamp) {
     deliver(microphone, 0.5, 160);
     deliver(microphone, 3.5, 160); // 2.5 s ahead
     deliver(microphone, 3.6, 160);
-    ASSERT_TRUE(waitForError());
+    ASSERT_TRUE(waitFor(errors));
     sound.fail("later");
     EXPECT_EQ(stop(), streamStopped);
     EXPECT_EQ(errors.size(), 1U);
@@ -126,7 +126,7 @@ TEST_F(SystemAudioRecorderTest, TellsWhatWasHeardDuringTheStartOnceItCannotBeUnd
     sound.duringStart = [this] {
         clock.setSeconds(1);
         deliver(microphone, 0, 8'000);
-        EXPECT_TRUE(waitForLevels());
+        EXPECT_TRUE(waitFor(levels));
         EXPECT_EQ(heardFrames(), 0U);
     };
     start();

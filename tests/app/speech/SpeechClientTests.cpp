@@ -82,16 +82,12 @@ TEST_F(SpeechClientTest, AFileThatShrinksMeanwhileIsAFailure) {
     EXPECT_THROW(await(transcribe()), FileFailure);
 }
 
-TEST_F(SpeechClientTest, EndsSoonWhenCalledOffCutOffOrLeftAlone) {
+TEST_F(SpeechClientTest, EndsSoonWhenCalledOffOrLeftAlone) {
     std::filesystem::resize_file(file, 100'000'000);
     server.stopAtHeads();
     std::stop_source stop;
     server.setScript([&stop](const auto&, QTcpSocket&) { stop.request_stop(); });
     EXPECT_THROW(await(transcribe(stop.get_token())), Cancelled);
-
-    server.setScript([](const auto&, QTcpSocket& socket) { socket.abort(); });
-    EXPECT_THROW(await(transcribe()), Failure);
-    EXPECT_EQ(server.requests().size(), 2u);
 
     LoopbackHTTP client;
     const auto post = [&](std::chrono::milliseconds silence) {

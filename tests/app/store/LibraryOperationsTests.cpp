@@ -41,13 +41,12 @@ protected:
         fs::create_directories(file / "x");
     }
 
-    static CalendarEvent event(std::string record, bool cancelled = false) {
+    static Meeting event() {
         CalendarEvent event;
         event.source.provider = "eventkit";
-        event.source.recordID = std::move(record);
-        event.source.cancelled = cancelled;
+        event.source.recordID = "1";
         event.title = "Review";
-        return event;
+        return event.makeMeeting();
     }
 
     std::map<std::string, Uuid> ids;
@@ -103,7 +102,7 @@ TEST_F(LibraryOperations, ARunningRecordingBlocksADelete) {
     chosen.insert(*store().recordingID());
     store().deleteMeetings(chosen, &stack);
     EXPECT_EQ(store().error(), "Stop recording before deleting this meeting.");
-    EXPECT_FALSE(store().saveImported(event("1").makeMeeting()));
+    EXPECT_FALSE(store().saveImported(event()));
     EXPECT_EQ(store().error(), "Finish recording before importing a meeting.");
 }
 
@@ -119,27 +118,15 @@ TEST_F(LibraryOperations, OldDeletesAreErasedAtAStartThatMayWrite) {
 }
 
 TEST_F(LibraryOperations, AnImportRefreshesItsMeetingAndKeepsAVersion) {
-    EXPECT_TRUE(store().useCalendarEvent(event("1")));
+    EXPECT_TRUE(store().saveImported(event()));
     const Uuid id = *store().selectedID();
     store().setNotes("mine", id);
 
-    Meeting again = event("1", true).makeMeeting();
+    Meeting again = event();
     again.importedContent = "text";
     EXPECT_TRUE(store().saveImported(again));
     EXPECT_EQ(onDisk(id).notes + *onDisk(id).importedContent, "minetext");
     EXPECT_EQ(await(store().history(id)).entries.at(0).meeting.importedContent, std::nullopt);
-
-    store().reconcileCalendar({event("1", true), event("2")});
-    EXPECT_EQ(onDisk(id).status, "Cancelled · calendar event");
-    EXPECT_EQ(store().meetings().size(), 4U);
-
-    store().setSelectedID({});
-    store().setCalendarLookup([] { return event("3"); });
-    for (const auto* title : {"Review", "Meeting · "}) { // a recording goes into the event of the moment, once
-        await(store().startRecording());
-        EXPECT_TRUE(store().meeting(*store().recordingID())->title.starts_with(title)) << title;
-        await(store().stopRecording());
-    }
 }
 
 TEST_F(LibraryOperations, AVersionComesBackButNeverOverPendingEdits) {

@@ -11,18 +11,12 @@ namespace {
 
 namespace fs = std::filesystem;
 
-struct WaveformCacheFiles : testing::Test {
-    TemporaryFolder folder;
-    fs::path wav = folder / "meeting.wav", cache = folder / "waveforms";
-
-    WaveformCacheFiles() { writeRecording(wav, std::vector<std::int16_t>(2'000, 16'384)); }
-    std::vector<fs::path> files() const { return {fs::directory_iterator(cache), fs::directory_iterator()}; }
-    float firstPeak() const { return WaveformCache::waveform(wav, cache).value().peaks.at(0); }
-};
-
-TEST_F(WaveformCacheFiles, AnswerUntilTheRecordingChanges) {
+TEST(WaveformCache, AnswersUntilTheRecordingChanges) {
+    const TemporaryFolder folder;
+    const fs::path wav = folder / "meeting.wav", cache = folder / "waveforms";
+    const auto firstPeak = [&] { return WaveformCache::waveform(wav, cache).value().peaks.at(0); };
+    writeRecording(wav, std::vector<std::int16_t>(2'000, 16'384));
     EXPECT_EQ(firstPeak(), 0.5F);
-    ASSERT_EQ(files().size(), 1U);
     // Under the same size and time it is not read again.
     const auto time = fs::last_write_time(wav);
     writeRecording(wav, std::vector<std::int16_t>(2'000, 8'192));
@@ -30,23 +24,11 @@ TEST_F(WaveformCacheFiles, AnswerUntilTheRecordingChanges) {
     EXPECT_EQ(firstPeak(), 0.5F);
     fs::last_write_time(wav, time + std::chrono::seconds(1));
     EXPECT_EQ(firstPeak(), 0.25F);
-    EXPECT_EQ(files().size(), 1U) << "the former state's waveform is kept";
-    fs::remove(wav);
-    EXPECT_FALSE(WaveformCache::waveform(wav, cache));
-}
-
-TEST_F(WaveformCacheFiles, AreMadeAnewWhenTheyAreBroken) {
-    ASSERT_EQ(firstPeak(), 0.5F);
-    const auto file = files().front();
-    const auto good = readFile(file);
-    auto tooLoud = good;
-    tooLoud.replace(tooLoud.size() - 4, 4, std::string("\0\0\x80\x7F", 4)); // infinity
-    for (const auto& broken :
-         {std::string(), good.substr(0, 100), good + "x", std::string(good.size(), 'x'), tooLoud}) {
-        writeFileAtomically(file, broken);
-        EXPECT_EQ(firstPeak(), 0.5F);
-        EXPECT_EQ(readFile(file), good);
-    }
+    EXPECT_EQ(std::distance(fs::directory_iterator(cache), fs::directory_iterator()), 1)
+        << "the former state's waveform is kept";
+    const fs::path file = fs::directory_iterator(cache)->path();
+    writeFileAtomically(file, readFile(file).substr(0, 100));
+    EXPECT_EQ(firstPeak(), 0.25F) << "a broken one is made anew";
 }
 
 } // namespace
