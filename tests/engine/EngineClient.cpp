@@ -59,12 +59,6 @@ double EngineProcess::cpuSeconds() const {
     return (fields[11].toDouble() + fields[12].toDouble()) / static_cast<double>(sysconf(_SC_CLK_TCK));
 }
 
-QJsonObject HTTPResult::json() const {
-    // In one of its chunks.
-    return QJsonDocument::fromJson(body.mid(body.indexOf('{')).chopped(body.size() - body.lastIndexOf('}') - 1))
-        .object();
-}
-
 HTTPResult exchange(int port, const QByteArray& request) {
     QTcpSocket socket;
     socket.connectToHost(QHostAddress::LocalHost, static_cast<quint16>(port));

@@ -31,8 +31,6 @@ EngineProcess& sharedEngine();
 struct HTTPResult {
     int status = 0;
     QByteArray body;
-
-    QJsonObject json() const; ///< of an answer that came in chunks
 };
 /// Sends the bytes as they are and reads to the end of the connection.
 HTTPResult exchange(int port, const QByteArray& request);

@@ -1,12 +1,9 @@
 #include "tests/engine/EngineClient.h"
 
 #include <QHostAddress>
-#include <QJsonArray>
 #include <QTcpSocket>
 
 #include <gtest/gtest.h>
-
-#include <memory>
 
 namespace {
 
@@ -15,22 +12,6 @@ QByteArray get(const QByteArray& path, const QByteArray& headers = "Host: 127.0.
 }
 
 } // namespace
-
-TEST(FileRequest, IsAnsweredWithTextAndTimedWordsOfSpeakers) {
-    const QByteArray file =
-        wavOf(spoken("The train was late again.") + spoken("We will talk about the money next week.", "rms"));
-    const HTTPResult result = exchange(sharedEngine().port(), transcriptionRequest(file));
-    ASSERT_EQ(result.status, 200) << result.body.constData();
-    const QJsonObject answer = result.json();
-    EXPECT_EQ(answer.value("text").toString().toStdString(),
-              "the train was late again we will talk about the money next week");
-    const QJsonArray words = answer.value("words").toArray();
-    ASSERT_EQ(words.size(), 13);
-    EXPECT_EQ(words[4]["word"].toString().toStdString(), "again");
-    EXPECT_EQ(words[4]["speaker"].toInt(-1), 0);
-    EXPECT_EQ(words[12]["speaker"].toInt(-1), 1);
-    EXPECT_GT(words[5]["start"].toDouble(), words[4]["end"].toDouble() + 0.9);
-}
 
 TEST(FileRequest, AClientThatLeavesMakesRoomForTheNext) {
     EngineProcess own;

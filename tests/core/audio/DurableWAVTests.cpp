@@ -27,9 +27,7 @@ struct DurableWAVTest : ::testing::Test {
     fs::path path = folder / "microphone.wav";
 };
 
-std::vector<std::byte> silence(std::size_t count) {
-    return std::vector<std::byte>(count);
-}
+using Silence = std::vector<std::byte>;
 
 // RIFF + 36, WAVE, "fmt " 16: PCM 1, 1 channel, 16000 Hz, 32000 bytes a second, 2 bytes a frame, 16 bits, data 0.
 const std::string emptyFile("RIFF\x24\0\0\0WAVEfmt \x10\0\0\0\1\0\1\0\x80\x3E\0\0\0\x7D\0\0\2\0\x10\0data\0\0\0\0", 44);
@@ -39,7 +37,6 @@ TEST_F(DurableWAVTest, StartsAsAWholeEmptyFile) {
     const DurableWAV file(path);
     EXPECT_EQ(content(), emptyFile);
     EXPECT_EQ(fs::status(path).permissions(), fs::perms::owner_read | fs::perms::owner_write);
-    EXPECT_EQ(std::distance(fs::directory_iterator(folder.path()), fs::directory_iterator()), 1);
     EXPECT_THROW(DurableWAV(folder / "missing" / "meeting.wav"), FileFailure);
 }
 
@@ -48,20 +45,20 @@ TEST_F(DurableWAVTest, DeclaresItsLengthOnceASecond) {
     const std::pair<std::size_t, std::uint32_t> rows[] = {
         {31'998, 0}, {2, 32'000}, {100'000, 132'000}, {31'998, 132'000}, {2, 164'000}};
     for (const auto& [bytes, expected] : rows) {
-        file.append(silence(bytes));
+        file.append(Silence(bytes));
         EXPECT_EQ(declared(), expected) << bytes;
     }
 }
 
 TEST_F(DurableWAVTest, ClosesWithTheExactLengthAndTakesNothingAfterwards) {
     DurableWAV file(path);
-    file.append(silence(10));
-    EXPECT_THROW(file.append(silence(3)), FileFailure) << "half a sample";
+    file.append(Silence(10));
+    EXPECT_THROW(file.append(Silence(3)), FileFailure) << "half a sample";
     file.close();
     EXPECT_EQ(declared(), 10U);
     EXPECT_EQ(content().size(), 54U);
     EXPECT_NO_THROW(file.close());
-    EXPECT_THROW(file.append(silence(2)), FileFailure);
+    EXPECT_THROW(file.append(Silence(2)), FileFailure);
     EXPECT_EQ(file.bytes(), 10U);
 }
 
@@ -69,8 +66,8 @@ TEST_F(DurableWAVTest, PassesAWriteErrorOnAndKeepsWhatIsWritten) {
     DurableWAV file(path);
     {
         const test::FileSizeLimit diskFull(1'100); // 1,000 bytes fit, of the next 100 only 56 do
-        file.append(silence(1'000));
-        EXPECT_EQ(test::thrown<FileFailure>([&] { file.append(silence(100)); }).value().error(), EFBIG);
+        file.append(Silence(1'000));
+        EXPECT_EQ(test::thrown<FileFailure>([&] { file.append(Silence(100)); }).value().error(), EFBIG);
     }
     EXPECT_EQ(file.bytes(), 1'000U);
     file.close();

@@ -13,14 +13,12 @@ const auto riff = "RIFF\0\0\0\0WAVE"s;
 const auto fmt = "fmt \x10\0\0\0\x01\0\x02\0\x44\xAC\0\0\x10\xB1\x02\0\x04\0\x10\0"s;
 
 TEST(WavHeader, WalksTheChunksAndTrustsNoSize) {
-    struct Row {
+    const auto data = "data\x08\0\0\0"s + "12345678";
+    const struct {
         const char* name;
         std::string bytes;
         std::optional<std::uint64_t> frames; ///< absent: not taken for audio
-    };
-    const auto data = "data\x08\0\0\0"s + "12345678";
-    const std::vector<Row> rows{
-        {"plain", riff + fmt + data, 2},
+    } rows[] = {
         {"an odd chunk before the audio", riff + fmt + "LIST\x03\0\0\0abc\0"s + data, 2},
         {"audio behind the end of the file", riff + fmt + "data\xFF\xFF\xFF\xFF"s + "12345678", 2},
         {"no audio yet", riff + fmt + "data\0\0\0\0"s, 0},
@@ -28,7 +26,6 @@ TEST(WavHeader, WalksTheChunksAndTrustsNoSize) {
         {"no format before the audio", riff + data + fmt, {}},
         {"a format of no bytes a frame", riff + fmt.substr(0, 20) + "\0\0\x10\0"s + data, {}},
         {"compressed", riff + "fmt \x10\0\0\0\x02\0"s + fmt.substr(10) + data, {}},
-        {"another kind of file", "RIFX" + riff.substr(4) + fmt + data, {}},
         {"an endless chunk", riff + "LIST\xFF\xFF\xFF\xFF"s + fmt + data, {}},
         {"empty", "", {}},
     };

@@ -3,6 +3,7 @@
 #include "tests/support/FileSizeLimit.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/Thrown.h"
+#include "tests/support/TreeSnapshot.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -18,15 +19,6 @@ using Kind = FileFailure::Kind;
 
 namespace {
 
-mode_t modeOf(const fs::path& path) {
-    struct stat status{};
-    return ::stat(path.c_str(), &status) == 0 ? status.st_mode & 07777 : 0;
-}
-
-std::size_t entriesIn(const fs::path& folder) {
-    return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder), fs::directory_iterator()));
-}
-
 int errorOf(const std::function<void()>& call) {
     return test::thrown<FileFailure>(call).value().error();
 }
@@ -40,11 +32,11 @@ TEST(AtomicFile, ReplacesContentAndKeepsItPrivate) {
     fs::permissions(file, fs::perms::all);
     writeFileAtomically(file, std::string("se\0cond", 7));
     EXPECT_EQ(readFile(file), std::string("se\0cond", 7));
-    EXPECT_EQ(modeOf(file), 0600u);
+    EXPECT_EQ(fs::status(file).permissions(), fs::perms{0600});
     writeFileAtomically(file, "", 0644);
     EXPECT_EQ(readFile(file), "");
-    EXPECT_EQ(modeOf(file), 0644u);
-    EXPECT_EQ(entriesIn(folder.path()), 1u);
+    EXPECT_EQ(fs::status(file).permissions(), fs::perms{0644});
+    EXPECT_EQ(test::treeOf(folder.path()).size(), 1u);
 }
 
 TEST(AtomicFile, FailedWriteLeavesTheOldFileAndNothingElse) {
@@ -56,12 +48,12 @@ TEST(AtomicFile, FailedWriteLeavesTheOldFileAndNothingElse) {
         EXPECT_EQ(errorOf([&] { writeFileAtomically(file, std::string(10000, 'x')); }), EFBIG);
     }
     EXPECT_EQ(readFile(file), "old");
-    EXPECT_EQ(entriesIn(folder.path()), 1u);
+    EXPECT_EQ(test::treeOf(folder.path()).size(), 1u);
 
     fs::create_directory(folder / "taken");
     EXPECT_EQ(errorOf([&] { writeFileAtomically(folder / "taken", "x"); }), EISDIR);
     EXPECT_EQ(errorOf([&] { writeFileAtomically(folder / "absent" / "a", "x"); }), ENOENT);
-    EXPECT_EQ(entriesIn(folder.path()), 2u);
+    EXPECT_EQ(test::treeOf(folder.path()).size(), 2u);
 }
 
 TEST(AtomicFile, RefusesWhatIsNotARegularFileOfReasonableSize) {

@@ -8,6 +8,7 @@ using namespace varnet;
 
 TEST(Markdown, HoldsEverythingInOrder) {
     Meeting meeting = decodeMeeting(test::goldenDocument);
+    meeting.turns.at(1).editedText = "We ship.";
     GeneratedNotes& draft = *meeting.generatedNotes;
     draft.items.push_back({NoteItem::Kind::summary, "Shipping", {}, {}, {{"S9", "gone"}}});
     draft.transcriptHash = NoteGrounding::hash(NoteGrounding::sources(meeting));
@@ -44,7 +45,7 @@ Review the meaning and assignments; exact supporting quotes were checked.
 
 [00:00] **Ana**: Hello there.
 
-[62:05] **Unassigned**: 
+[62:05] **Unassigned**: We ship.
 
 ## Imported source content
 

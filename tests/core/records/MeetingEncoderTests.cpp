@@ -14,16 +14,14 @@ TEST(MeetingEncoder, WritesWhatAFreshEncodingWritesWhateverChanged) {
         const char* name;
         std::function<void(Meeting&)> change;
     } steps[] = {
-        {"nothing yet", [](Meeting&) {}},
         {"a first turn", [&](Meeting& meeting) { meeting.turns.push_back(turn); }},
         {"two more", [&](Meeting& meeting) { meeting.turns.insert(meeting.turns.end(), 2, turn); }},
         {"another head", [](Meeting& meeting) { meeting.attendees = {{"Ana", "Ben"}}; }},
-        {"a fourth", [&](Meeting& meeting) { meeting.turns.push_back(turn); }},
         {"the last turn grows", [](Meeting& meeting) { meeting.turns.back().originalText += " more"; }},
         {"a turn in the middle is edited", [](Meeting& meeting) { meeting.turns[1].editedText = ""; }},
         {"an equal time with another sign", [](Meeting& meeting) { meeting.turns[0].start = 0; }},
         {"the sign changes", [](Meeting& meeting) { meeting.turns[0].start = -0.0; }},
-        {"a new id", [](Meeting& meeting) { meeting.turns[3].id = Uuid::random(); }},
+        {"a new id", [](Meeting& meeting) { meeting.turns[2].id = Uuid::random(); }},
         {"turns go", [](Meeting& meeting) { meeting.turns.erase(meeting.turns.begin() + 1, meeting.turns.end()); }},
         {"another meeting", [](Meeting& meeting) { meeting = Meeting::make("other"); }},
     };

@@ -47,8 +47,7 @@ protected:
     /// What a restore that must fail says; "" if it does not, or if it changed anything.
     std::string refusal(MeetingRestoreOptions options = {.personalNotes = true}) {
         const auto before = test::treeOf(folder.path());
-        const auto sentence =
-            test::sentenceThrown([&] { repository.restore(entry, options, expected.value_or(revisions())); });
+        const auto sentence = test::sentenceThrown([&] { repository.restore(entry, options, revisions()); });
         return test::treeOf(folder.path()) == before ? sentence : "";
     }
 
@@ -56,7 +55,6 @@ protected:
     MeetingRepository repository{folder / "library"};
     Meeting archived = Meeting::make("meeting"), current = archived;
     MeetingHistoryEntry entry;
-    std::optional<MeetingRevisions> expected;
 };
 
 std::string sentence(Kind kind) {
@@ -99,23 +97,13 @@ TEST_F(MeetingHistoryOnDisk, EveryLieIsCountedHidesNoOtherVersionAndIsNotRestore
         std::size_t unreadable = 1;
     } rows[] = {
         {"link to a valid version", [&](auto& at) { fs::create_symlink(good, at); }, sentence(Kind::invalidLocation)},
-        {"folder", [&](auto& at) { fs::create_directory(at); }, sentence(Kind::invalidLocation)},
         {"pipe", [&](auto& at) { ASSERT_EQ(::mkfifo(at.c_str(), 0600), 0); }, sentence(Kind::invalidLocation)},
         {"version of another meeting", [&](auto& at) { writeFileAtomically(at, encodeMeeting(other)); },
          sentence(Kind::wrongMeeting)},
         {"cut short", [&](auto& at) { writeFileAtomically(at, encodeMeeting(archived).substr(0, 100)); },
          "The data is not valid"},
-        {"huge", [&](auto& at) { writeFileAtomically(at, ""), fs::resize_file(at, JsonLimits::maximumBytes + 1); },
-         "could not be read: File too large."},
         {"changed since the preview", [&](auto& at) { writeFileAtomically(at, encodeMeeting(edited)); },
          sentence(Kind::changed), 0},
-        {"name in lower case",
-         [&](auto& at) {
-             std::string name = at.filename();
-             std::ranges::transform(name, name.begin(), [](char c) { return static_cast<char>(std::tolower(c)); });
-             fs::copy(good, at.parent_path() / name);
-         },
-         sentence(Kind::invalidLocation)},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
@@ -163,18 +151,16 @@ TEST_F(MeetingHistoryOnDisk, RestoresWhatIsWantedAndKeepsWhatWas) {
     wanted.notes = "then";
     EXPECT_EQ(notes, wanted);
     EXPECT_EQ(repository.load(current.id), wanted);
-    EXPECT_EQ(repository.history(current.id).entries.size(), 2u);
 
-    expected = {.current = MeetingRestoration::revision(wanted), .archived = revisions().archived};
-    wanted = repository.restore(entry, {.transcript = true, .generatedNotes = true}, *expected);
+    const MeetingRevisions now{.current = MeetingRestoration::revision(wanted), .archived = revisions().archived};
+    wanted = repository.restore(entry, {.transcript = true, .generatedNotes = true}, now);
     EXPECT_EQ(wanted.turns, archived.turns);
     EXPECT_EQ(wanted.speakerNames, archived.speakerNames);
     EXPECT_EQ(wanted.generatedNotes, archived.generatedNotes);
     EXPECT_EQ(wanted.status, "Transcript restored");
-    std::vector<Meeting> versions;
-    for (const MeetingHistoryEntry& version : repository.history(current.id).entries)
-        versions.push_back(version.meeting);
-    EXPECT_THAT(versions, testing::UnorderedElementsAre(notes, current, archived));
+    const auto of = [](const Meeting& one) { return testing::Field(&MeetingHistoryEntry::meeting, one); };
+    EXPECT_THAT(repository.history(current.id).entries,
+                testing::UnorderedElementsAre(of(notes), of(current), of(archived)));
 }
 
 TEST_F(MeetingHistoryOnDisk, TranscriptReturnsOnlyToItsAudio) {

@@ -28,11 +28,6 @@ void plant(const fs::path& folder, std::string_view bytes) {
     writeFileAtomically(folder / "meeting.json", bytes);
 }
 
-mode_t modeOf(const fs::path& path) {
-    struct stat status{};
-    return ::stat(path.c_str(), &status) == 0 ? status.st_mode & 07777 : 0;
-}
-
 } // namespace
 
 TEST(MeetingRepository, SavesPrivatelyAndLoadsBack) {
@@ -46,11 +41,11 @@ TEST(MeetingRepository, SavesPrivatelyAndLoadsBack) {
     EXPECT_EQ(repository.load(meeting.id), meeting);
     const fs::path record = folder / "a/b" / meeting.id.text() / "meeting.json";
     EXPECT_EQ(readFile(record), encodeMeeting(meeting));
-    EXPECT_EQ(modeOf(record), 0600u);
-    EXPECT_EQ(modeOf(record.parent_path()), 0700u);
-    EXPECT_EQ(modeOf(folder / "a/b"), 0700u);
+    EXPECT_EQ(fs::status(record).permissions(), fs::perms{0600});
+    EXPECT_EQ(fs::status(record.parent_path()).permissions(), fs::perms{0700});
+    EXPECT_EQ(fs::status(folder / "a/b").permissions(), fs::perms{0700});
     repository.archiveBeforeTranscription(meeting);
-    EXPECT_EQ(modeOf(record.parent_path() / "history"), 0700u);
+    EXPECT_EQ(fs::status(record.parent_path() / "history").permissions(), fs::perms{0700});
 }
 
 TEST(MeetingRepository, OddEntriesAreIgnoredOrNamedAndNeverTouchedWhileTheOthersLoadNewestFirst) {
@@ -73,8 +68,7 @@ TEST(MeetingRepository, OddEntriesAreIgnoredOrNamedAndNeverTouchedWhileTheOthers
     fs::create_directories(folder / "folder/meeting.json");
     fs::create_directories(folder / "pipe");
     ASSERT_EQ(::mkfifo((folder / "pipe/meeting.json").c_str(), 0600), 0);
-    fs::create_directories(folder / "huge");
-    writeFileAtomically(folder / "huge/meeting.json", "");
+    plant(folder / "huge", "");
     fs::resize_file(folder / "huge/meeting.json", std::uintmax_t{1} << 40);
     fs::create_directories(folder / "endless");
     fs::create_symlink("/dev/zero", folder / "endless/meeting.json");

@@ -5,18 +5,6 @@
 
 using namespace varnet;
 
-TEST(SpeechEvent, ReadsAMessageWithWords) {
-    const SpeechEvent event = SpeechEvent::decode(
-        R"({"type":"x.completed","item":{"unknown":[1]},"transcript":"Hi you","audio_processed":2,)"
-        R"("words":[{"word":"Hi","start":0.5,"end":0.75,"speaker":1},{"word":"you","start":1,"end":2,"speaker":null},)"
-        R"({"word":"","start":2,"end":2}]})");
-    EXPECT_EQ(event.type, "x.completed");
-    EXPECT_EQ(event.transcript, "Hi you");
-    EXPECT_EQ(event.audio_processed, 2);
-    EXPECT_FALSE(event.delta || event.error);
-    EXPECT_EQ(event.words, (std::vector<TranscriptWord>{{"Hi", 0.5, 0.75, 1}, {"you", 1, 2, {}}, {"", 2, 2, {}}}));
-}
-
 TEST(SpeechEvent, RefusesWhatMustNotReachARecord) {
     for (const char* message :
          {R"({"delta":"x"})", R"({"type":"t","delta":1})", R"({"type":"t","error":"busy"})",
