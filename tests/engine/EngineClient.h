@@ -70,5 +70,6 @@ bool await(const std::function<bool()>& condition, std::chrono::milliseconds dea
 
 QByteArray pcmOf(const QString& wavFile);
 /// Synthetic speech in the engine's format, with a second of silence behind it.
-QByteArray spoken(const QString& text, const QString& voice = "slt");
-QByteArray wavOf(const QByteArray& pcm, quint32 rate = 16000);
+QByteArray spoken(const QString& text);
+/// A file whose header declares no audio yet, as a recorder leaves it that was killed.
+QByteArray wavOf(const QByteArray& pcm);

@@ -36,9 +36,8 @@ TEST(FileRequest, BadRequestsAreAnsweredWithASentence) {
         int status;
         QByteArray body;
     } cases[] = {
-        {"48 kHz", transcriptionRequest(wavOf(QByteArray(3200, 0), 48000)), 400,
+        {"no WAV", transcriptionRequest(QByteArray(3200, 'x')), 400,
          "The file is not a WAV file of 16-bit mono PCM at 16000 Hz"},
-        {"bad field", transcriptionRequest(wavOf({}), "perhaps"), 400, "The diarization must be true or false"},
         {"endless field", transcriptionRequest(wavOf({}), QByteArray(5000, 'x')), 400,
          "The field \"diarization\" is too long"},
         {"no boundary", form + "Content-Length: 3\r\n\r\nabc", 400,

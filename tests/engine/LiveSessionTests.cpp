@@ -51,8 +51,6 @@ TEST(LiveSession, BadInputIsAnsweredByAnErrorAndTheEnd) {
         {false, "", 5120, "Audio came before \"session.update\"."},
         {true, "{\"type\":", 0, "The message is not a JSON object."},
         {true, QString(70000, 'x'), 0, "The message is too long."},
-        {false, R"({"type":"session.update","session":{"sample_rate":48000}})", 0,
-         "Only a sample rate of 16000 is supported."},
         {false, R"({"type":"session.update","session":{"endpointing_ms":1e9}})", 0,
          "The session's \"endpointing_ms\" must be from 200 to 5000."},
     };

@@ -109,7 +109,6 @@ TEST(MeetingJson, RefusesEverythingElse) {
         {"date of the year 10000", edited("\"createdAt\":0", "\"createdAt\":252423993600")},
         {"number with a leading zero", edited("\"createdAt\":0", "\"createdAt\":01")},
         {"attendees with null", with(R"("attendees":["a",null])")},
-        {"unknown: half a word", with(R"("x":tru)")},
         {"unknown: half a surrogate pair", with(R"("x":"\ud800")")},
         {"control character in text", edited("\"T\"", "\"a\nb\"")},
         {"Latin-1 text", edited("\"T\"", "\"caf\xE9\"")},

@@ -30,7 +30,6 @@ TEST(TranscriptTurn, GroupsWordsBySpeakerAndSilence) {
         {"a change of speaker splits and never merges back",
          {{"a", 0, 1, 1}, {"b", 1, 2, 2}, {"c", 2, 3, 1}},
          "|0-1 Speaker 1: a|1-2 Speaker 2: b|2-3 Speaker 1: c"},
-        {"no speaker", {{"x", 0, 1, {}}, {"", 1, 2, {}}}, "|0-2 Unassigned: x "},
     };
     for (const auto& row : rows)
         EXPECT_EQ(grouped(row.words), row.expected) << row.name;
