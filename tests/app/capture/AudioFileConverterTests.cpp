@@ -13,7 +13,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <fstream>
 
 namespace varnet {
@@ -101,17 +100,12 @@ TEST_F(AudioFileConverterTest, BringsEveryFormatToTheSameAudioAtTheSamePlace) {
     }
 }
 
-TEST_F(AudioFileConverterTest, WritesOnePrivateFileAndTellsHowFarItIs) {
-    ffmpeg("-stream_loop 40 -i original.wav -ac 2 -ar 48000 long.wav");
-    write("target.wav", "what stood there before, and longer than a header");
+TEST_F(AudioFileConverterTest, ReplacesWhatStoodThereByAPrivateFile) {
+    write("target.wav", std::string(200'000, 'x'));
     fs::permissions(target, fs::perms::all);
-    std::vector<double> shares;
-    convertFile(folder / "long.wav", target, [&](double share) { shares.push_back(share); });
-    EXPECT_EQ(test::wavSamples(target).size(), 41U * 48'000);
+    convertFile(folder / "original.wav", target);
+    EXPECT_EQ(test::wavSamples(target).size(), 48'000U);
     EXPECT_EQ(fs::status(target).permissions(), fs::perms::owner_read | fs::perms::owner_write);
-    EXPECT_TRUE(std::ranges::is_sorted(shares));
-    EXPECT_GT(shares.front(), 0);
-    EXPECT_EQ(shares.back(), 1);
 }
 
 TEST_F(AudioFileConverterTest, TakesWhatPlayersPlay) {

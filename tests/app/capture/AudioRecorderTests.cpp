@@ -12,7 +12,6 @@ using test::half;
 class AudioRecorderTest : public test::RecorderFixture<AudioRecorder> {
 protected:
     AudioRecorderTest() : RecorderFixture("microphone.wav") {}
-    std::vector<std::int16_t> track() { return samples("microphone.wav"); }
     void deliver(double seconds, std::size_t count) { RecorderFixture::deliver(microphone, seconds, count); }
 };
 
@@ -22,7 +21,7 @@ TEST_F(AudioRecorderTest, WritesTheMicrophoneAndTellsWhatItWrote) {
     for (int i = 0; i < 10; ++i)
         deliver(0.1 * i, 1'600);
     EXPECT_EQ(stop(), "");
-    const auto written = track();
+    const auto written = samples("microphone.wav");
     ASSERT_EQ(written.size(), 16'000U);
     for (std::size_t i = 200; i < 15'800; ++i)
         ASSERT_NEAR(written[i], half, 2) << i;
@@ -39,7 +38,7 @@ TEST_F(AudioRecorderTest, FillsAGapWithSilenceAndDropsOnlyWhatComesTooEarlyOrToo
     ASSERT_TRUE(waitForHeard(59 * 16'000 + 8'000));
     deliver(59.4, 17'600); // 1,600 of them come too late
     EXPECT_EQ(stop(), "");
-    const auto written = track();
+    const auto written = samples("microphone.wav");
     ASSERT_EQ(written.size(), 60U * 16'000 + 8'000);
     EXPECT_NEAR(written[400], half, 2);
     EXPECT_NEAR(written[7'950], half, 2'000) << "the end before the gap is whole";
@@ -56,7 +55,7 @@ TEST_F(AudioRecorderTest, EndsAtTheFirstFailureAndSaysItAgainAtTheStop) {
     {
         const test::FileSizeLimit diskFull(44 + 2 * before + 10);
         deliver(0.1, 1'600);
-        ASSERT_TRUE(waitFor(errors));
+        ASSERT_TRUE(waitForError());
     }
     deliver(0.2, 1'600);
     sound.fail("later");

@@ -35,10 +35,10 @@ protected:
     bool waitForHeard(std::size_t frames) {
         return eventually([&] { return heardFrames() >= frames; });
     }
-    bool waitFor(const auto& list) {
+    bool waitForError() {
         return eventually([&] {
             const std::lock_guard lock(mutex);
-            return !list.empty();
+            return !errors.empty();
         });
     }
     std::vector<std::int16_t> samples(const char* name) { return wavSamples(folder / name); }

@@ -1,6 +1,5 @@
 #include "Varnet/store/LibrarySearch.h"
 #include "Varnet/store/SearchIndex.h"
-#include "tests/support/Await.h"
 
 #include <gtest/gtest.h>
 
@@ -28,22 +27,6 @@ TEST(SearchIndex, LooksAgainAfterWhateverAReaderSeesHasChanged) {
         EXPECT_FALSE(index.matches("changed", original));
         EXPECT_TRUE(index.matches("changed", meeting)) << meeting.title;
     }
-}
-
-TEST(LibrarySearch, IsPreparedOffTheMainThreadAndFollowsTheList) {
-    std::vector<Meeting> meetings;
-    for (int i = 0; i < 30; ++i) // more than is copied at a time
-        meetings.push_back(spoken(i % 3 ? "Other" : "Third", {std::string(100'000, 'A') + std::to_string(i)}));
-    SearchIndex index;
-    LibrarySearch search(meetings, index);
-    await(LibrarySearch::prepare(&search, {}));
-    EXPECT_TRUE(std::ranges::all_of(meetings, [&](const auto& meeting) { return index.holds(meeting); }));
-
-    EXPECT_EQ(search.find("a29"), std::vector<std::size_t>{29});
-    meetings[29].title = "Third";
-    meetings.erase(meetings.begin());
-    search.forget();
-    EXPECT_EQ(search.find("third"), (std::vector<std::size_t>{2, 5, 8, 11, 14, 17, 20, 23, 26, 28}));
 }
 
 TEST(SearchSnippet, ShowsTheHitAsItWasSpokenAmongItsWords) {
