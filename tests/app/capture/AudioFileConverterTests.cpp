@@ -91,7 +91,8 @@ TEST_F(AudioFileConverterTest, BringsEveryFormatToTheSameAudioAtTheSamePlace) {
         const std::string before = bytesOf(name);
         ASSERT_EQ(failure(name), "");
         const auto copy = test::wavSamples(target);
-        ASSERT_NEAR(static_cast<double>(copy.size()), 48'000, 800); // coders begin and end with something of their own
+        ASSERT_GE(copy.size(), name == "a.wma" ? 47'500U : 48'000U); // its decoder begins with the second block
+        EXPECT_LE(copy.size(), 48'800U) << "coders end with something of their own";
         EXPECT_NEAR(loudness(copy, 20'000, 500), 0.3, 0.02);
         EXPECT_NEAR(loudness(copy, 20'000, 1'500), 0, 0.003);
         EXPECT_NEAR(loudness(copy, 24'800, 500), 0, 0.003);
