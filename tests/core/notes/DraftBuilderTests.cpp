@@ -9,6 +9,7 @@ using namespace varnet;
 namespace {
 
 using Kind = NoteItem::Kind;
+using Reasons = std::vector<std::string>;
 
 /// S1 to S8: S4 and S5 are one turn, as are S6 and S7. S7 opens the second group of sources.
 Meeting planning() {
@@ -24,6 +25,10 @@ Meeting planning() {
           {"Ben", "So we ship on Friday."}})
         meeting.turns.push_back({.id = {{1}}, .speaker = speaker, .originalText = text, .editedText = {}});
     return meeting;
+}
+
+std::string unsupported(const std::string& assignment) {
+    return "The model assigned an unsupported owner or date: " + assignment + ". The previous draft was kept.";
 }
 
 std::string unproven(const std::string& source) {
@@ -53,15 +58,11 @@ TEST(DraftBuilder, WhatStandsIsWhatTheTranscriptCarries) {
                                       {Kind::summary, "True", {}, {}, {{"S8", "So we ship on Friday."}}}};
 
     DraftBuilder builder(planning());
-    EXPECT_EQ(builder.take(NotesPass::actions, {actions}),
-              (std::vector<std::string>{
-                  "The model assigned an unsupported owner or date: Ana. The previous draft was kept."}));
+    EXPECT_EQ(builder.take(NotesPass::actions, {actions}), Reasons{unsupported("Ana")});
     EXPECT_EQ(builder.take(NotesPass::context, {context}),
-              (std::vector<std::string>{
-                  unproven("S1"), unproven("S5"), unproven("S2"),
-                  "The model assigned an unsupported owner or date: True. The previous draft was kept."}));
-    EXPECT_EQ(builder.take(NotesPass::actions, {}), std::vector<std::string>{});
-    EXPECT_EQ(builder.take(NotesPass::context, {again}), std::vector<std::string>{});
+              (Reasons{unproven("S1"), unproven("S5"), unproven("S2"), unsupported("True")}));
+    EXPECT_EQ(builder.take(NotesPass::actions, {}), Reasons{});
+    EXPECT_EQ(builder.take(NotesPass::context, {again}), Reasons{});
     const GeneratedNotes draft = std::move(builder).finish("a model", Date{5});
 
     std::string items;
@@ -88,8 +89,7 @@ TEST(DraftBuilder, ARunOfWhichNothingStandsFailsAsItsFirstPointAndOneWithoutPoin
     builder.take(NotesPass::actions, {{{Kind::action, "Pay", {}, "tomorrow", {{"S1", "We ship"}}}}});
     builder.take(NotesPass::context, {{{Kind::summary, "Paid", {}, {}, {{"S1", "paid"}}}}});
     const auto failure = test::thrown<NotesFailure>([&] { std::move(builder).finish("a model", Date{}); });
-    EXPECT_STREQ(failure.value().what(),
-                 "The model assigned an unsupported owner or date: tomorrow. The previous draft was kept.");
+    EXPECT_EQ(failure.value().what(), unsupported("tomorrow"));
     EXPECT_EQ(failure->kind(), NotesFailure::Kind::unsupportedAssignment);
     EXPECT_THROW(DraftBuilder{Meeting{}}, NotesFailure);
 

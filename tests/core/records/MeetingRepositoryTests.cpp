@@ -17,8 +17,8 @@ using testing::UnorderedElementsAre;
 
 namespace {
 
-Meeting meetingAt(double createdAt, std::string title = "") {
-    Meeting meeting = Meeting::make(std::move(title));
+Meeting meetingAt(double createdAt) {
+    Meeting meeting = Meeting::make("");
     meeting.createdAt = {createdAt};
     return meeting;
 }
@@ -33,9 +33,7 @@ void plant(const fs::path& folder, std::string_view bytes) {
 TEST(MeetingRepository, SavesPrivatelyAndLoadsBack) {
     const TemporaryFolder folder;
     const MeetingRepository repository(folder / "a/b");
-    Meeting meeting = meetingAt(5, "first");
-    repository.save(meeting);
-    meeting.title = "second";
+    const Meeting meeting = meetingAt(5);
     repository.save(meeting);
 
     EXPECT_EQ(repository.load(meeting.id), meeting);
