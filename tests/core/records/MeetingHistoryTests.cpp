@@ -1,5 +1,4 @@
 #include "MeetingCore/base/AtomicFile.h"
-#include "MeetingCore/base/Json.h"
 #include "MeetingCore/base/Sha256.h"
 #include "MeetingCore/records/MeetingHistory.h"
 #include "MeetingCore/records/MeetingJson.h"
@@ -15,7 +14,6 @@
 
 namespace fs = std::filesystem;
 using namespace varnet;
-using testing::ElementsAre;
 using testing::IsEmpty;
 using Kind = MeetingHistoryError::Kind;
 

@@ -1,5 +1,4 @@
 #include "MeetingCore/base/AtomicFile.h"
-#include "MeetingCore/base/Json.h"
 #include "MeetingCore/records/MeetingJson.h"
 #include "MeetingCore/records/MeetingRepository.h"
 #include "tests/support/TemporaryFolder.h"
@@ -11,8 +10,6 @@
 namespace fs = std::filesystem;
 using namespace varnet;
 using test::TemporaryFolder;
-using testing::ElementsAre;
-using testing::IsEmpty;
 using testing::UnorderedElementsAre;
 
 namespace {
