@@ -35,7 +35,7 @@ struct NotesClientTest : ::testing::Test {
     }
 };
 
-TEST_F(NotesClientTest, OneShortTurnIsAskedAboutTwiceActionsFirst) {
+TEST_F(NotesClientTest, EachPartIsAskedAboutTwiceActionsFirst) {
     server.behave(R"({"mode": "answers", "answers": []})");
     std::vector<std::pair<int, int>> steps;
     const GeneratedNotes draft =
@@ -43,7 +43,6 @@ TEST_F(NotesClientTest, OneShortTurnIsAskedAboutTwiceActionsFirst) {
     EXPECT_THAT(draft.items, IsEmpty());
     EXPECT_EQ(draft.droppedItems, 0);
     EXPECT_THAT(steps, ElementsAre(std::pair(1, 2), std::pair(2, 2)));
-    EXPECT_EQ(server.log(), "");
 
     const auto requests = server.requests();
     ASSERT_EQ(requests.size(), 2u);
@@ -56,6 +55,11 @@ TEST_F(NotesClientTest, OneShortTurnIsAskedAboutTwiceActionsFirst) {
                   R"([{"id":"S1","speaker":"Ana \"A\"","text":"Tab\there, \\ and\nline, \u0001, café 😀 and �."}])");
         EXPECT_EQ(requests[index]["headers"]["authorization"], QStringLiteral("the key is right"));
     }
+
+    meeting.turns[0].originalText = std::string(12'000, 'x');
+    await(client().generate(meeting));
+    EXPECT_EQ(server.requests().size(), 8u) << "three parts, each asked about twice";
+    EXPECT_EQ(server.log(), "");
 }
 
 TEST_F(NotesClientTest, AnyAnswerButAWholeOneEndsTheRunAtOnce) {

@@ -114,6 +114,11 @@ TEST_F(Transcription, AFailedImportKeepsWhatThereIs) {
     await(store().retryTranscription(*store().selectedID()));
     EXPECT_EQ(statusesOnDisk.back(), "Transcribed");
     EXPECT_EQ(store().error(), std::nullopt);
+
+    const FileInTheWay noStorage(root);
+    await(store().importAudio(audioFile("a.wav")));
+    EXPECT_EQ(store().meetings().size(), 2U) << "without its record there is no meeting";
+    EXPECT_NE(store().error(), std::nullopt);
 }
 
 TEST_F(Transcription, TranscribingAgainKeepsWhatItReplacesAndNamesTheSpeakersAnew) {
