@@ -15,10 +15,6 @@ using enum CaptureSource;
 constexpr double callTone = 440;
 constexpr double voiceTone = 1000;
 
-pid_t processID(const char* variable) {
-    return static_cast<pid_t>(qEnvironmentVariableIntValue(variable));
-}
-
 void destroyNode(const QString& name) {
     run("pw-cli", {"destroy", name});
 }

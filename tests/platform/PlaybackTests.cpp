@@ -1,7 +1,6 @@
 #include "Varnet/platform/AudioOutput.h"
 #include "Varnet/platform/Clock.h"
 #include "tests/platform/SoundLab.h"
-#include "tests/support/TemporaryFolder.h"
 #include "tests/support/WavFile.h"
 
 #include <gmock/gmock.h>
@@ -100,19 +99,11 @@ TEST_F(Playback, IsTheFileSampleForSampleAndEndsWithIt) {
     ASSERT_TRUE(eventually([&] { return ends == 2; }));
     listen(300ms);
     const auto heard = sound();
-    const auto first =
-        static_cast<std::size_t>(std::ranges::find_if(heard, [](float s) { return s != 0; }) - heard.begin());
-    ASSERT_GE(heard.size(), first + noise.size());
-    double signal = 0, rest = 0;
-    for (std::size_t i = 0; i < noise.size(); ++i) {
-        const double expected = noise[i] / 32'768.0;
-        signal += expected * expected;
-        rest += std::pow(heard[first + i] - expected, 2);
-    }
-    EXPECT_LT(rest, signal * 1e-12) << "120 dB";
-    EXPECT_EQ(std::count_if(heard.begin() + static_cast<std::ptrdiff_t>(first + noise.size()), heard.end(),
-                            [](float s) { return s != 0; }),
-              0);
+    const auto first = std::ranges::find_if(heard, [](float s) { return s != 0; });
+    ASSERT_GE(heard.end() - first, std::ssize(noise));
+    noise.resize(static_cast<std::size_t>(heard.end() - first)); // silence to the end
+    for (std::size_t i = 0; i < noise.size(); ++i)
+        ASSERT_NEAR(*(first + static_cast<std::ptrdiff_t>(i)), noise[i] / 32'768.0, 1e-6) << i;
     EXPECT_DOUBLE_EQ(output->position(), 3);
     EXPECT_THAT(failures, IsEmpty());
 }
@@ -149,54 +140,33 @@ TEST_F(Playback, GoesByWhatIsHeard) {
     ASSERT_TRUE(eventually([&] { return output->position() > 4.6; }));
     EXPECT_LT(positionError(1s), 50);
     EXPECT_EQ(ends, 0);
+
+    output->play(writeSound(folder, tone(440, 10, 0.5f, 16'000), 16'000), 0, 1.5);
+    EXPECT_TRUE(eventually([&] { return monitor.hears(CaptureSource::system, 440) > 0.4; })) << "the pitch stays";
     EXPECT_THAT(failures, IsEmpty());
 }
 
-TEST_F(Playback, IsFasterWithTheSamePitch) {
-    const SteadyGraph steady;
-    std::vector<std::int16_t> samples;
-    for (const float sample : tone(440, 3, 0.5f, 16'000))
-        samples.push_back(static_cast<std::int16_t>(sample * 32'767));
-    writeRecording(file, samples);
-    output->play(file, 0, 1.5);
-    ASSERT_TRUE(eventually([&] { return ends == 1; }));
-    listen(200ms);
-    const auto heard = sound();
-    const auto loud = [](float s) { return std::abs(s) > 0.05f; };
-    const auto first = std::ranges::find_if(heard, loud);
-    const auto last = std::find_if(heard.rbegin(), heard.rend(), loud).base();
-    const double seconds = static_cast<double>(last - first) / rate;
-    int rises = 0;
-    for (auto s = first + 1; s < last; ++s)
-        rises += s[-1] < 0 && s[0] >= 0;
-    EXPECT_NEAR(seconds, 2, 0.03);
-    EXPECT_NEAR(rises / seconds, 440, 4.4);
-}
-
 TEST_F(Playback, SaysWhyNothingIsHeard) {
+    const auto fails = [&](const char* reason) {
+        const std::size_t before = failures.size();
+        return eventually([&] { return failures.size() > before; }, 5s) && failures.back() == reason;
+    };
     writeRecording(file, ramp());
     output->play(folder / "gone.wav", 0, 1);
-    ASSERT_TRUE(eventually([&] { return failures.size() == 1; }));
-    EXPECT_EQ(failures.back(), "“gone.wav” could not be found.");
+    EXPECT_TRUE(fails("“gone.wav” could not be found."));
 
     output->play(file, 0, 1);
     ASSERT_TRUE(eventually([&] { return output->position() > 0.2; }));
     std::filesystem::resize_file(file, 20'000);
-    ASSERT_TRUE(eventually([&] { return failures.size() == 2; }));
-    EXPECT_EQ(failures.back(), "The audio file ends too early, so playback has stopped.");
-
-    writeRecording(file, ramp(), 1);
-    output->play(file, 0, 1);
-    ASSERT_TRUE(eventually([&] { return failures.size() == 3; }));
-    EXPECT_EQ(failures.back(), "The audio file is of a kind that cannot be played.");
+    EXPECT_TRUE(fails("The audio file ends too early, so playback has stopped."));
 
     for (const char* sink : {"speakers", "mic_feed"})
         run("pw-cli", {"destroy", sink});
     writeRecording(file, ramp());
     output->play(file, 0, 1);
-    ASSERT_TRUE(eventually([&] { return failures.size() == 4; }, 5s));
-    EXPECT_EQ(failures.back(), "There is no audio output, so nothing can be played.");
+    EXPECT_TRUE(fails("There is no audio output, so nothing can be played."));
     EXPECT_EQ(ends, 0);
+    EXPECT_EQ(failures.size(), 3u);
 }
 
 using PlaybackWithoutServer = Playback;
@@ -205,7 +175,7 @@ TEST_F(PlaybackWithoutServer, StopsWhereItIsAndSaysSo) {
     writeRecording(file, ramp());
     output->play(file, 3, 1);
     ASSERT_TRUE(eventually([&] { return output->position() > 3.2; }));
-    kill(static_cast<pid_t>(qEnvironmentVariableIntValue("VARNET_TEST_PIPEWIRE_PID")), SIGKILL);
+    kill(processID("VARNET_TEST_PIPEWIRE_PID"), SIGKILL);
     ASSERT_TRUE(eventually([&] { return failures.size() == 1; }, 4s));
     EXPECT_GT(output->position(), 3.2);
     EXPECT_LT(output->position(), 4);

@@ -1,8 +1,8 @@
 #include "tests/platform/SoundLab.h"
 
+#include "tests/support/WavFile.h"
+
 #include <QCoro/QCoroTask>
-#include <QDataStream>
-#include <QFile>
 
 #include <gtest/gtest.h>
 
@@ -32,22 +32,19 @@ Background::~Background() {
     m_process.waitForFinished(3'000);
 }
 
-QString writeSound(const QTemporaryDir& folder, const std::vector<std::vector<float>>& channels) {
-    QFile file(folder.filePath("sound.au"));
-    EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(".snd") == 4);
-    QDataStream data(&file);
-    data.setFloatingPointPrecision(QDataStream::SinglePrecision);
-    constexpr quint32 headerBytes = 24, unknownLength = 0xFFFFFFFF, floats = 6;
-    data << headerBytes << unknownLength << floats << quint32(48'000) << static_cast<quint32>(channels.size());
-    for (std::size_t frame = 0; frame < channels.front().size(); ++frame)
-        for (const std::vector<float>& channel : channels)
-            data << channel[frame];
-    return file.fileName();
+std::filesystem::path writeSound(const TemporaryFolder& folder, const std::vector<float>& sound, int sampleRate) {
+    std::vector<std::int16_t> samples;
+    for (const float sample : sound)
+        samples.push_back(static_cast<std::int16_t>(std::lround(sample * 32'767)));
+    const auto file = folder / "sound.wav";
+    writeRecording(file, samples, static_cast<std::uint32_t>(sampleRate));
+    return file;
 }
 
-Tone::Tone(const QString& device, double frequency, float amplitude)
-    : m_player("pw-play", {"-P", "{ node.dont-reconnect = true }", "--target", device,
-                           writeSound(m_folder, {tone(frequency, 60, amplitude, 48'000)})}) {}
+Tone::Tone(const QString& device, double frequency)
+    : m_player("pw-play",
+               {"-P", "{ node.dont-reconnect = true }", "--target", device,
+                QString::fromStdString(writeSound(m_folder, tone(frequency, 60, 0.5f, 48'000), 48'000).string())}) {}
 
 void CaptureLab::start(std::vector<CaptureSource> sources) {
     AudioCapture::Callbacks callbacks;

@@ -2,10 +2,10 @@
 
 #include "Varnet/platform/AudioCapture.h"
 #include "tests/support/Await.h"
+#include "tests/support/TemporaryFolder.h"
 #include "tests/support/Tone.h"
 
 #include <QProcess>
-#include <QTemporaryDir>
 
 #include <chrono>
 #include <map>
@@ -17,6 +17,11 @@ using namespace std::chrono_literals;
 
 /// Runs the event loop for as long as sound has to go on.
 void listen(std::chrono::milliseconds duration);
+
+/// A process of the session, by the variable that names it.
+inline pid_t processID(const char* variable) {
+    return static_cast<pid_t>(qEnvironmentVariableIntValue(variable));
+}
 
 /// Runs a command to its end and returns its output; a failure fails the test.
 std::string run(const QString& program, const QStringList& arguments);
@@ -31,16 +36,16 @@ private:
     QProcess m_process;
 };
 
-/// Writes a file of 48 kHz; one vector for each channel.
-QString writeSound(const QTemporaryDir& folder, const std::vector<std::vector<float>>& channels);
+/// Writes a mono file.
+std::filesystem::path writeSound(const TemporaryFolder& folder, const std::vector<float>& sound, int sampleRate);
 
 /// Plays a tone into a device until it is destroyed.
 class Tone {
 public:
-    Tone(const QString& device, double frequency, float amplitude = 0.5f);
+    Tone(const QString& device, double frequency);
 
 private:
-    QTemporaryDir m_folder;
+    TemporaryFolder m_folder;
     Background m_player;
 };
 
