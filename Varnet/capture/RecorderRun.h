@@ -21,6 +21,8 @@ public:
     /// The recorder's own part.
     class Recorder {
     public:
+        virtual ~Recorder() = default;
+
         virtual void deliver(const CaptureBuffer& buffer) = 0; ///< on the capture's delivery thread
 
         // On the queue.
@@ -28,9 +30,6 @@ public:
         virtual void started() = 0;                               ///< the capture runs; throws what failed by now
         virtual void finish(std::int64_t stopTime) = 0;           ///< writes and closes; throws the recording's failure
         virtual void abandon() = 0;                               ///< nothing could be captured: leaves no file
-
-    protected:
-        ~Recorder() = default;
     };
 
     /// `thread` is the queue's name in debuggers.
