@@ -33,6 +33,7 @@ protected:
             chosen.insert(ids.at(std::string(1, title)));
         return chosen;
     }
+    std::string selected() { return store().selected() ? store().selected()->title : ""; }
 
     /// Something stands where the record would be written.
     void breakSaving(const std::string& title) {
@@ -41,17 +42,32 @@ protected:
         fs::create_directories(file / "x");
     }
 
-    static Meeting event() {
+    static CalendarEvent event(std::string record, bool cancelled = false) {
         CalendarEvent event;
         event.source.provider = "eventkit";
-        event.source.recordID = "1";
+        event.source.recordID = std::move(record);
+        event.source.cancelled = cancelled;
         event.title = "Review";
-        return event.makeMeeting();
+        event.attendees = {"Ada"};
+        return event;
     }
 
     std::map<std::string, Uuid> ids;
     QUndoStack stack;
 };
+
+TEST_F(LibraryOperations, ADeleteIsUndoneAndDoneAgainWhole) {
+    store().deleteMeetings(of("ABC"), &stack);
+    EXPECT_EQ(titles() + "," + selected(), "|ABC,");
+    EXPECT_EQ(stack.undoText(), "Delete 3 Meetings");
+    stack.undo();
+    EXPECT_EQ(titles() + "," + selected(), "ABC|,A");
+    EXPECT_EQ(store().pendingUndo(), std::nullopt);
+    stack.redo();
+    EXPECT_EQ(titles(), "|ABC");
+    openStore();
+    EXPECT_EQ(titles(), "|ABC") << "the files moved too";
+}
 
 TEST_F(LibraryOperations, OneFailureLeavesThatMeetingAndMovesTheOthers) {
     fs::create_directories(repository.deletedDirectory(ids["A"]));
@@ -60,6 +76,7 @@ TEST_F(LibraryOperations, OneFailureLeavesThatMeetingAndMovesTheOthers) {
     const auto reason = store().saveFailures().at(ids["B"]);
     store().deleteMeetings(of("ABC"), &stack);
     EXPECT_EQ(titles(), "AB|C");
+    EXPECT_EQ(stack.undoText(), "Delete Meeting");
     const std::string message = *store().error();
     EXPECT_TRUE(message.starts_with("Some meetings could not be deleted. Their files were left in place.\n"))
         << message;
@@ -78,11 +95,9 @@ TEST_F(LibraryOperations, OneFailureLeavesThatMeetingAndMovesTheOthers) {
 
 TEST_F(LibraryOperations, AnUndoBringsBackNoMoreThanIsStillDeleted) {
     store().deleteMeetings(of("AB"), &stack);
-    EXPECT_EQ(stack.undoText(), "Delete 2 Meetings");
     store().restoreMeetings(of("A"), nullptr);
     stack.undo();
     EXPECT_EQ(titles(), "ABC|");
-    EXPECT_EQ(store().pendingUndo(), std::nullopt);
     stack.redo();
     EXPECT_EQ(titles(), "AC|B") << "A was not this undo's";
     store().eraseDeleted(of("B"));
@@ -95,12 +110,14 @@ TEST_F(LibraryOperations, AnUndoBringsBackNoMoreThanIsStillDeleted) {
 }
 
 TEST_F(LibraryOperations, ARunningRecordingBlocksADelete) {
+    store().deleteMeetings({}, &stack);
+    EXPECT_EQ(store().error(), "Select a meeting first.");
     await(store().startRecording());
     auto chosen = of("A");
     chosen.insert(*store().recordingID());
     store().deleteMeetings(chosen, &stack);
     EXPECT_EQ(store().error(), "Stop recording before deleting this meeting.");
-    EXPECT_FALSE(store().saveImported(event()));
+    EXPECT_FALSE(store().saveImported(event("1").makeMeeting()));
     EXPECT_EQ(store().error(), "Finish recording before importing a meeting.");
 }
 
@@ -116,15 +133,28 @@ TEST_F(LibraryOperations, OldDeletesAreErasedAtAStartThatMayWrite) {
 }
 
 TEST_F(LibraryOperations, AnImportRefreshesItsMeetingAndKeepsAVersion) {
-    EXPECT_TRUE(store().saveImported(event()));
+    EXPECT_TRUE(store().useCalendarEvent(event("1")));
     const Uuid id = *store().selectedID();
+    EXPECT_EQ(onDisk(id).attendees, std::vector<std::string>{"Ada"});
     store().setNotes("mine", id);
 
-    Meeting again = event();
+    Meeting again = event("1", true).makeMeeting();
     again.importedContent = "text";
     EXPECT_TRUE(store().saveImported(again));
     EXPECT_EQ(onDisk(id).notes + *onDisk(id).importedContent, "minetext");
     EXPECT_EQ(await(store().history(id)).entries.at(0).meeting.importedContent, std::nullopt);
+
+    store().reconcileCalendar({event("1", true), event("2")});
+    EXPECT_EQ(onDisk(id).status, "Cancelled · calendar event");
+    EXPECT_EQ(store().meetings().size(), 4U);
+
+    store().setSelectedID({});
+    store().setCalendarLookup([] { return event("3"); });
+    for (const auto* title : {"Review", "Meeting · "}) { // a recording goes into the event of the moment, once
+        await(store().startRecording());
+        EXPECT_TRUE(store().meeting(*store().recordingID())->title.starts_with(title)) << title;
+        await(store().stopRecording());
+    }
 }
 
 TEST_F(LibraryOperations, AVersionComesBackButNeverOverPendingEdits) {
