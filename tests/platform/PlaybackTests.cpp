@@ -29,15 +29,6 @@ double placeOf(float sample) {
     return static_cast<double>(sample) * 32'768 / 2'000;
 }
 
-/// Cycles long enough for a busy machine, which else leaves some out.
-struct SteadyGraph {
-    SteadyGraph() { force("4096"); }
-    ~SteadyGraph() { force("0"); }
-    static void force(const char* quantum) {
-        run("pw-metadata", {"-n", "settings", "0", "clock.force-quantum", quantum});
-    }
-};
-
 /// What is played, and what the output's monitor hears of it.
 struct Playback : testing::Test {
     TemporaryFolder folder;
@@ -87,7 +78,11 @@ struct Playback : testing::Test {
 };
 
 TEST_F(Playback, IsTheFileSampleForSampleAndEndsWithIt) {
-    const SteadyGraph steady;
+    const auto forceQuantum = [](const char* frames) {
+        run("pw-metadata", {"-n", "settings", "0", "clock.force-quantum", frames});
+    };
+    forceQuantum("4096"); // long enough for a busy machine, which else leaves cycles out
+    const auto restore = qScopeGuard([&] { forceQuantum("0"); });
     std::mt19937 random(1);
     std::vector<std::int16_t> noise(3 * rate);
     std::ranges::generate(noise, [&] { return static_cast<std::int16_t>(random() % 40'000 - 20'000); });

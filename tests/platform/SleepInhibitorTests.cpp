@@ -13,17 +13,18 @@
 namespace varnet::test {
 namespace {
 
-/// Stands for the login manager on the private bus.
-class Services : public QDBusVirtualObject {
+/// Stands on the private bus.
+class LoginManager : public QDBusVirtualObject {
 public:
-    Services() {
+    LoginManager() {
         EXPECT_EQ(pipe(m_pipe), 0);
         EXPECT_TRUE(bus.registerVirtualObject("/", this, QDBusConnection::SubPath));
+        EXPECT_TRUE(bus.registerService("org.freedesktop.login1"));
     }
-    ~Services() override { QDBusConnection::disconnectFromBus(bus.name()); }
+    ~LoginManager() override { QDBusConnection::disconnectFromBus(bus.name()); }
 
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override {
-        calls[message.interface().section('.', -1) + '.' + message.member()] = message.arguments();
+        asked = QVariantList{message.member()} + message.arguments();
         QDBusMessage reply = message.createReply();
         reply << QVariant::fromValue(QDBusUnixFileDescriptor(m_pipe[1])); // a copy
         close(m_pipe[1]);
@@ -36,24 +37,22 @@ public:
         return poll(&descriptor, 1, 0) == 1 && (descriptor.revents & POLLHUP);
     }
 
-    QDBusConnection bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, "services");
-    QMap<QString, QVariantList> calls; ///< the arguments of the last call of each method
+    QVariantList asked; ///< the method of the last call and its arguments
 
 private:
+    QDBusConnection bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, "services");
     int m_pipe[2];
 };
 
 TEST(SleepInhibition, HoldsTheLoginManagersLockUntilDestroyed) {
-    Services services;
-    ASSERT_TRUE(services.bus.registerService("org.freedesktop.login1"));
+    LoginManager manager;
     auto inhibitor = await(SleepInhibitor::take("Recording a meeting"));
     ASSERT_TRUE(inhibitor);
-    EXPECT_EQ(services.calls["Manager.Inhibit"],
-              (QVariantList{"sleep:idle", "Zelvik", "Recording a meeting", "block"}));
+    EXPECT_EQ(manager.asked, (QVariantList{"Inhibit", "sleep:idle", "Zelvik", "Recording a meeting", "block"}));
     settle();
-    EXPECT_FALSE(services.lockReleased());
+    EXPECT_FALSE(manager.lockReleased());
     inhibitor.reset();
-    EXPECT_TRUE(eventually([&] { return services.lockReleased(); }));
+    EXPECT_TRUE(eventually([&] { return manager.lockReleased(); }));
 }
 
 TEST(SleepInhibition, IsNullWhenNobodyGrantsIt) {
