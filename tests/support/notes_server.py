@@ -188,6 +188,7 @@ class Handler(http.server.BaseHTTPRequestHandler):
         except ValueError:
             said = None
         self.server.requests += 1
+        self.number = self.server.requests
         self.server.write("requests", json.dumps({"headers": {**headers, "authorization": f"the key is {self.key}"},
                                                   "body": said}, ensure_ascii=False))
 
@@ -213,7 +214,7 @@ class Handler(http.server.BaseHTTPRequestHandler):
         if mode == "exit":
             os._exit(1)
         if mode in ("hang", "slow") and self.client_left(behaviour["seconds"] if mode == "slow" else None):
-            self.server.write("log", f"event: the client left request {self.server.requests}")
+            self.server.write("log", f"event: the client left request {self.number}")
             self.close_connection = True
             self.leave(client_left=True)
             return False
