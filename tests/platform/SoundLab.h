@@ -56,10 +56,6 @@ public:
         std::int64_t time = 0;
         int sampleRate = 0;
         std::vector<float> samples;
-
-        std::int64_t end() const {
-            return time + static_cast<std::int64_t>(samples.size()) * 1'000'000'000 / sampleRate;
-        }
     };
 
     void start(std::vector<CaptureSource> sources = {CaptureSource::microphone, CaptureSource::system});
