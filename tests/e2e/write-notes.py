@@ -131,6 +131,7 @@ def main():
     window.click("Notes", "page tab")
     for point in first["generatedNotes"]["items"]:
         driver.wait_for(point["text"], lambda: point["text"] in " ".join(window.names("list item")))
+    window.picture(dialogue / "notes-written.png")
     follow_quote(first)
 
     behave("recipe")
@@ -140,6 +141,7 @@ def main():
     kept = page.draft()
     behave("hang")
     page.write()
+    window.picture(dialogue / "notes-being-written.png")
     window.click("Cancel")
     page.told("Notes generation cancelled. The previous draft was kept.")
     driver.wait_for("the end of the request", lambda: "the client left" in "".join(lines(LOG)))

@@ -11,8 +11,9 @@ behaviour    JSON, read anew at each request; without it {"mode": "recipe"}:
     {"mode": "recipe", "recipes": ["true", "altered", ...]}   points made of the request's own sources, see points()
     {"mode": "answers", "answers": [...]}   what the model writes in the first and the second pass; no points if not said
     {"mode": "slow", "seconds": 2}   one of the above so much later; with "answers" if there are any
+    with "unconstrained": true they may be what a decoder that is held to the schema could not have written
     {"mode": "length"}   the same, cut off at its end as if the room had run out
-    {"mode": "garbage", "body": "..."}, {"mode": "status", "status": 500}
+    {"mode": "garbage", "body": "..."}, {"mode": "status", "status": 500}, also with a "location"
     {"mode": "hang"}, {"mode": "exit"}   never answers; ends the process
 log          "complaint: ..." for each thing that is wrong, "event: ..." when the client leaves a request
 requests     a line of JSON for each request: headers without the key, body
@@ -61,6 +62,20 @@ def schema(kinds, assignment, most):
 
 SCHEMAS = {"actions": schema(["action"], ["string", "null"], 16),
            "context": schema(["summary", "decision"], "null", 6)}
+
+
+def admits(form, value):
+    """Whether a decoder that is held to the schema could have written the value."""
+    types = {"object": dict, "array": list, "string": str, "null": type(None)}
+    names = form["type"] if isinstance(form["type"], list) else [form["type"]]
+    if not isinstance(value, tuple(types[name] for name in names)):
+        return False
+    if isinstance(value, dict):
+        return set(value) == set(form["required"]) and all(admits(form["properties"][key], value[key]) for key in value)
+    if isinstance(value, list):
+        return (form.get("minItems", 0) <= len(value) <= form["maxItems"]
+                and all(admits(form["items"], element) for element in value))
+    return value in form.get("enum", [value])
 
 
 class Complaint(Exception):
@@ -219,13 +234,15 @@ class Handler(http.server.BaseHTTPRequestHandler):
             self.leave(client_left=True)
             return False
         if mode == "status":
-            self.send(behaviour["status"], {"error": "as asked"})
+            self.send(behaviour["status"], {"error": "as asked"}, behaviour.get("location"))
         elif mode == "garbage":
             self.send(200, behaviour["body"])
         else:
             content = json.dumps(points(behaviour.get("recipes"), name, sources), ensure_ascii=False)
             if "answers" in behaviour:
                 content = (behaviour["answers"][name == "context":] or ['{"items": []}'])[0]
+            if not behaviour.get("unconstrained"):
+                require(admits(SCHEMAS[name], json.loads(content)), "the schema forbids the answer that was asked for")
             self.send(200, {"choices": [{"finish_reason": "length" if mode == "length" else "stop", "index": 0,
                                          "message": {"role": "assistant", "content": content}}],
                             "model": "qwen3.5-4b-q4km", "usage": {"completion_tokens": 1, "prompt_tokens": 1}})
@@ -240,12 +257,14 @@ class Handler(http.server.BaseHTTPRequestHandler):
             pass
         return bool(readable)
 
-    def send(self, status, body):
+    def send(self, status, body, location=None):
         data = (body if isinstance(body, str) else json.dumps(body)).encode()
         self.leave(client_left=False)  # the next request may come as soon as the answer is out
         self.send_response(status)
         self.send_header("Content-Type", "application/json")
         self.send_header("Content-Length", str(len(data)))
+        if location:
+            self.send_header("Location", location)
         self.end_headers()
         self.wfile.write(data)
         self.wfile.flush()

@@ -77,7 +77,8 @@ TEST_F(NotesClientTest, AnyAnswerButAWholeOneEndsTheRunAtOnce) {
         {"a choice that is no object", wrapped("3"), incomplete},
         {"no reason", wrapped(R"({\"message\": {\"content\": \"{\\\"items\\\":[]}\"}})"), incomplete},
         {"no text", wrapped(R"({\"finish_reason\": \"stop\", \"message\": {\"content\": null}})"), incomplete},
-        {"prose", R"({"mode": "answers", "answers": ["Here are your notes."]})", incomplete},
+        {"prose", R"({"mode": "answers", "answers": ["Here are your notes."], "unconstrained": true})", incomplete},
+        {"moved", R"({"mode": "status", "status": 307, "location": "/v1/elsewhere"})", refused},
         {"refused", R"({"mode": "status", "status": 401})", refused},
         {"broken", R"({"mode": "status", "status": 500})", refused},
     };
