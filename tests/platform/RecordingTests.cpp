@@ -167,11 +167,12 @@ TEST_F(CaptureRecording, PauseOfTheServerIsSilenceAtItsOwnPlaceAndNothingShifts)
         double longestSilence = 0;
         for (std::size_t i = 1; i < tops[name].size(); ++i)
             longestSilence = std::max(longestSilence, (tops[name][i] - tops[name][i - 1]) / sampleRate);
-        // The server makes up for what it has missed, with holes, and the last 0.4 s of that come in time.
-        EXPECT_GT(longestSilence, 1.4) << name;
+        // The server makes up for what it has missed, with holes, and the last 0.4 s of that come in time; a click may
+        // be missing at either end of the two seconds.
+        EXPECT_GT(longestSilence, 2 - 0.4 - 1.5 * interval) << name;
         EXPECT_LT(longestSilence, 3) << name;
         const double end = static_cast<double>(samples.size()) - double(recordingEnd - soundEnd) * 1e-9 * sampleRate;
-        EXPECT_NEAR((end - tops[name].back()) / sampleRate, interval / 2, interval / 2 + 0.1) << name;
+        EXPECT_NEAR((end - tops[name].back()) / sampleRate, interval / 2, interval / 2 + 0.2) << name;
     }
     int pairs = 0;
     for (const double call : tops["system.wav"])

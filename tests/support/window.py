@@ -1,4 +1,5 @@
 """Reads and presses what the real window shows, over the accessibility bus, and types into it."""
+import os
 import subprocess
 
 import gi
@@ -71,3 +72,7 @@ def keys(*names_of_keys):
 def write(text):
     subprocess.run(["xdotool", "type", "--delay", "10", text], check=True)
 
+
+def picture(path):
+    subprocess.run(["ffmpeg", "-loglevel", "error", "-y", "-f", "x11grab", "-draw_mouse", "0", "-video_size", "1280x820",
+                    "-i", os.environ["DISPLAY"], "-frames:v", "1", str(path)], check=True)
