@@ -16,7 +16,8 @@ std::string body(std::string_view instruction, const DraftBuilder::Step& step);
 /// end by itself and wrote text.
 std::string contentOf(const std::string& answer);
 
-/// The points in what the model wrote. Throws NotesFailure (incomplete) for anything but what the schema allows.
+/// The points in what the model wrote. Throws NotesFailure (incomplete) for what NoteResponse::decode refuses; what the
+/// points claim is not looked at.
 NoteResponse pointsIn(std::string_view content);
 
 } // namespace varnet::NotesRequest
