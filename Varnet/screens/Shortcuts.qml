@@ -36,6 +36,11 @@ Item {
     }
 
     Shortcut {
+        sequence: "Ctrl+,"
+        onActivated: root.commands.showSettings()
+    }
+
+    Shortcut {
         enabled: root.router.showingMeeting
         sequence: "Ctrl+Shift+H"
         onActivated: root.commands.openHistory()

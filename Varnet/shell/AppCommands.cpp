@@ -156,6 +156,20 @@ void AppCommands::searchLibrary() {
     m_router.requestSearchFocus();
 }
 
+void AppCommands::showWindow() {
+    Q_EMIT windowWanted();
+}
+
+void AppCommands::showSettings() {
+    Q_EMIT aboutToAct();
+    m_router.setSettingsOpen(true);
+    showWindow();
+}
+
+void AppCommands::closeSettings() {
+    m_router.setSettingsOpen(false);
+}
+
 void AppCommands::openSelected() {
     if (m_store.selected())
         m_router.setPage(AppRouter::Page::meeting);

@@ -67,6 +67,11 @@ public:
     Q_INVOKABLE void showDeleted();
     /// Shows the library with the cursor in its search field.
     Q_INVOKABLE void searchLibrary();
+    /// Brings the window up and forward.
+    Q_INVOKABLE void showWindow();
+    /// The same, with the settings presented.
+    Q_INVOKABLE void showSettings();
+    Q_INVOKABLE void closeSettings();
     /// Opens the page of the selected meeting, if one is selected.
     Q_INVOKABLE void openSelected();
     /// Presents the versions of the selected meeting, if one is selected.
@@ -115,6 +120,7 @@ Q_SIGNALS:
     void transcribeAgainChanged();
     void notesChanged();
     void undoChanged();
+    void windowWanted(); ///< the window is to come up and forward
     /// A command looks at meetings or changes them now: a title, a turn or notes that are being edited must be handed
     /// in before this returns.
     void aboutToAct();

@@ -32,6 +32,13 @@ void AppRouter::setExporting(bool exporting) {
     Q_EMIT exportingChanged();
 }
 
+void AppRouter::setSettingsOpen(bool open) {
+    if (open == m_settingsOpen)
+        return;
+    m_settingsOpen = open;
+    Q_EMIT settingsOpenChanged();
+}
+
 void AppRouter::setRetrying(const QString& meeting) {
     if (meeting == m_retrying)
         return;

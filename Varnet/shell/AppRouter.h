@@ -17,6 +17,7 @@ class AppRouter : public QObject {
     Q_PROPERTY(bool historyOpen READ historyOpen WRITE setHistoryOpen NOTIFY historyOpenChanged)
     Q_PROPERTY(bool importing READ importing WRITE setImporting NOTIFY importingChanged)
     Q_PROPERTY(bool exporting READ exporting WRITE setExporting NOTIFY exportingChanged)
+    Q_PROPERTY(bool settingsOpen READ settingsOpen WRITE setSettingsOpen NOTIFY settingsOpenChanged)
     Q_PROPERTY(QString retrying READ retrying WRITE setRetrying NOTIFY retryingChanged)
     Q_PROPERTY(int searchFocusRequest READ searchFocusRequest NOTIFY searchFocusRequestChanged)
 
@@ -44,6 +45,10 @@ public:
     bool exporting() const { return m_exporting; }
     void setExporting(bool exporting);
 
+    /// The settings are presented over whichever page is up.
+    bool settingsOpen() const { return m_settingsOpen; }
+    void setSettingsOpen(bool open);
+
     /// The id of the meeting for which is asked whether its audio shall be transcribed again; empty for none. Turning
     /// to another page ends that.
     QString retrying() const { return m_retrying; }
@@ -58,6 +63,7 @@ Q_SIGNALS:
     void historyOpenChanged();
     void importingChanged();
     void exportingChanged();
+    void settingsOpenChanged();
     void retryingChanged();
     void searchFocusRequestChanged();
 
@@ -66,6 +72,7 @@ private:
     bool m_historyOpen = false;
     bool m_importing = false;
     bool m_exporting = false;
+    bool m_settingsOpen = false;
     QString m_retrying;
     int m_searchFocusRequest = 0;
 };

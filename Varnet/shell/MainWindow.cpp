@@ -67,6 +67,7 @@ MainWindow::MainWindow(VarnetApp& app, std::unique_ptr<QQmlApplicationEngine> sc
         m_app.router().setHistoryOpen(false);
         m_app.router().setExporting(false);
     });
+    connect(&app.commands(), &AppCommands::windowWanted, this, &MainWindow::show);
     connect(&app.delegate(), &MeetingAppDelegate::closing, &app.commands(), &AppCommands::aboutToAct);
     connect(&app.commands(), &AppCommands::aboutToAct, &m_meetingPage, &MeetingPage::handIn);
 }
@@ -76,21 +77,24 @@ MainWindow::~MainWindow() {
         keepGeometry();
 }
 
+AppCommands* MainWindow::commands() const {
+    return &m_app.commands();
+}
+
+AppRouter* MainWindow::router() const {
+    return &m_app.router();
+}
+
+MeetingAppDelegate* MainWindow::delegate() const {
+    return &m_app.delegate();
+}
+
+Onboarding* MainWindow::onboarding() const {
+    return &m_app.onboarding();
+}
+
 bool MainWindow::open() {
-    const auto object = [](QObject* of) { return QVariant::fromValue(of); };
-    m_engine->setInitialProperties({{QStringLiteral("commands"), object(&m_app.commands())},
-                                    {QStringLiteral("router"), object(&m_app.router())},
-                                    {QStringLiteral("delegate"), object(&m_app.delegate())},
-                                    {QStringLiteral("frame"), object(this)},
-                                    {QStringLiteral("banner"), object(&m_banner)},
-                                    {QStringLiteral("library"), object(&m_library)},
-                                    {QStringLiteral("meetingPage"), object(&m_meetingPage)},
-                                    {QStringLiteral("playback"), object(&m_playback)},
-                                    {QStringLiteral("deleted"), object(&m_deleted)},
-                                    {QStringLiteral("history"), object(&m_history)},
-                                    {QStringLiteral("toast"), object(&m_toast)},
-                                    {QStringLiteral("sidebar"), object(&m_sidebar)},
-                                    {QStringLiteral("work"), object(&m_work)}});
+    m_engine->setInitialProperties({{QStringLiteral("frame"), QVariant::fromValue(this)}});
     m_engine->load(mainScreen());
     if (m_engine->rootObjects().isEmpty())
         return false;

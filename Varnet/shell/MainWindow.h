@@ -5,11 +5,15 @@
 #include "Varnet/models/ErrorBanner.h"
 #include "Varnet/models/LibraryModel.h"
 #include "Varnet/models/MeetingPage.h"
+#include "Varnet/models/Onboarding.h"
 #include "Varnet/models/RecordingClock.h"
 #include "Varnet/models/SidebarState.h"
 #include "Varnet/models/UndoToast.h"
 #include "Varnet/models/VersionHistory.h"
 #include "Varnet/models/WorkStatus.h"
+#include "Varnet/shell/AppCommands.h"
+#include "Varnet/shell/AppRouter.h"
+#include "Varnet/shell/MeetingAppDelegate.h"
 
 #include <QObject>
 #include <QQmlApplicationEngine>
@@ -30,6 +34,19 @@ class MainWindow : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("The application makes its one window")
+    Q_PROPERTY(varnet::AppCommands* commands READ commands CONSTANT)
+    Q_PROPERTY(varnet::AppRouter* router READ router CONSTANT)
+    Q_PROPERTY(varnet::MeetingAppDelegate* delegate READ delegate CONSTANT)
+    Q_PROPERTY(varnet::Onboarding* onboarding READ onboarding CONSTANT)
+    Q_PROPERTY(varnet::LibraryModel* library READ library CONSTANT)
+    Q_PROPERTY(varnet::MeetingPage* meetingPage READ meetingPage CONSTANT)
+    Q_PROPERTY(varnet::AudioPlayback* playback READ playback CONSTANT)
+    Q_PROPERTY(varnet::DeletedModel* deleted READ deleted CONSTANT)
+    Q_PROPERTY(varnet::VersionHistory* history READ history CONSTANT)
+    Q_PROPERTY(varnet::UndoToast* toast READ toast CONSTANT)
+    Q_PROPERTY(varnet::SidebarState* sidebar READ sidebar CONSTANT)
+    Q_PROPERTY(varnet::ErrorBanner* banner READ banner CONSTANT)
+    Q_PROPERTY(varnet::WorkStatus* work READ work CONSTANT)
     Q_PROPERTY(bool askingToClose READ askingToClose NOTIFY askingToCloseChanged)
     Q_PROPERTY(QString closeNotice READ closeNotice CONSTANT)
 
@@ -48,6 +65,20 @@ public:
     void show();
 
     QQuickWindow* window() const { return m_window; }
+
+    AppCommands* commands() const;
+    AppRouter* router() const;
+    MeetingAppDelegate* delegate() const;
+    Onboarding* onboarding() const;
+    LibraryModel* library() { return &m_library; }
+    MeetingPage* meetingPage() { return &m_meetingPage; }
+    AudioPlayback* playback() { return &m_playback; }
+    DeletedModel* deleted() { return &m_deleted; }
+    VersionHistory* history() { return &m_history; }
+    UndoToast* toast() { return &m_toast; }
+    SidebarState* sidebar() { return &m_sidebar; }
+    ErrorBanner* banner() { return &m_banner; }
+    WorkStatus* work() { return &m_work; }
 
     bool askingToClose() const { return m_askingToClose; } ///< the notice about going on in the background is up
     QString closeNotice() const;

@@ -3,6 +3,7 @@
 #include "MeetingCore/records/MeetingRepository.h"
 #include "Varnet/async/TaskScope.h"
 #include "Varnet/engines/EngineSupervisor.h"
+#include "Varnet/models/Onboarding.h"
 #include "Varnet/platform/Settings.h"
 #include "Varnet/shell/AppCommands.h"
 #include "Varnet/shell/AppRouter.h"
@@ -39,6 +40,7 @@ public:
     AppRouter& router() { return m_router; }
     MeetingAppDelegate& delegate() { return m_delegate; }
     AppCommands& commands() { return m_commands; }
+    Onboarding& onboarding() { return m_onboarding; }
 
 private:
     void followRecording();
@@ -53,6 +55,7 @@ private:
     AppRouter m_router;
     MeetingAppDelegate m_delegate;
     AppCommands m_commands{m_store, m_engines, m_router};
+    Onboarding m_onboarding{m_settings, !m_commandLine.exportsWindow};
     TaskScope m_tasks{"Application"};
     bool m_appeared = false;
     bool m_wasRecording = false;
