@@ -217,7 +217,7 @@ TEST_F(Window, ATurnIsCorrectedByTheKeyboard) {
 
 TEST_F(Window, TheRecordingIsPlayedByClocksAndKeysThatTypingKeeps) {
     openMeetingWithAudio();
-    auto* playback = frame->window()->property("playback").value<AudioPlayback*>();
+    auto* playback = frame->playback();
     ASSERT_TRUE(playback->present());
     press(Qt::Key_Right);
     EXPECT_EQ(playback->position(), 5);
