@@ -139,6 +139,9 @@ Task<> ImportQueue::importAll(ImportQueue* self, std::stop_token gone) {
         Q_EMIT self->waitingChanged();
 
         const bool alone = std::exchange(self->m_asked, false);
+        // Nobody has asked for the import at this moment, so that it must not take away what other work had to say.
+        if (!alone && self->m_failures.empty() && store.error())
+            self->m_failures.push_back(*store.error());
         self->m_starting = true;
         auto import = store.importAudio(self->m_current->file, alone || !store.selectedID());
         self->m_starting = false;

@@ -63,10 +63,12 @@ TEST_F(ImportQueueTest, WaitsForARecordingAndForgetsWhatIsCleared) {
     EXPECT_EQ(queue.waiting(), 2);
     await(store().stopRecording());
     EXPECT_EQ(queue.waiting(), 2) << "the recording has its last word first";
+    store().setError("The call was not heard.");
     QObject::connect(&queue, &ImportQueue::waitingChanged, &queue, &ImportQueue::clear); // with the first one's start
     ASSERT_TRUE(idle());
     EXPECT_EQ(titles().size(), 2U);
     EXPECT_EQ(titles().front(), "a");
+    EXPECT_EQ(store().error(), "The call was not heard.\n“a.wav”: " + std::string(noAudio)) << "that last word stays";
 }
 
 TEST_F(ImportQueueTest, ReadsAddressesByteForByte) {
