@@ -5,6 +5,7 @@
 #include "Varnet/shell/SingleInstance.h"
 #include "Varnet/shell/StorageLock.h"
 #include "Varnet/shell/TerminationSignals.h"
+#include "Varnet/shell/Translations.h"
 #include "Varnet/shell/VarnetApp.h"
 
 #include <QGuiApplication>
@@ -92,6 +93,7 @@ int main(int argc, char** argv) {
     auto load = lock && lock->held() ? beginLoading(root) : nullptr;
 
     QGuiApplication application(argc, argv);
+    installTranslations();
     commandLine.takeFiles({argv, argv + argc}); // without the arguments that were meant for the toolkit
     QGuiApplication::setApplicationName(QStringLiteral("Varnet"));
     QGuiApplication::setApplicationDisplayName(QString::fromStdString(AppInfo::name()));

@@ -9,7 +9,8 @@ if(BUILD_TESTING OR NOT DEFINED BUILD_TESTING)
 endif()
 
 if(NOT VARNET_CORE_ONLY)
-    find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Qml Quick QuickControls2 Network WebSockets DBus Svg)
+    find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Qml Quick QuickControls2 Network WebSockets DBus Svg
+        LinguistTools)
     find_package(QCoro6 REQUIRED COMPONENTS Core Network DBus WebSockets)
     pkg_check_modules(PIPEWIRE REQUIRED IMPORTED_TARGET libpipewire-0.3)
     pkg_check_modules(FFMPEG REQUIRED IMPORTED_TARGET libavformat libavcodec libswresample libavutil)

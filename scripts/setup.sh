@@ -6,7 +6,7 @@ set -euo pipefail
 declare -A groups=(
     [build]="clang-19 libclang-rt-19-dev lld-19 cmake ninja-build pkg-config ccache git
         qt6-base-dev qt6-base-dev-tools qt6-declarative-dev qt6-declarative-dev-tools qt6-websockets-dev
-        qt6-svg-dev qcoro-qt6-dev libgl-dev libegl-dev
+        qt6-svg-dev qt6-tools-dev qt6-l10n-tools qcoro-qt6-dev libgl-dev libegl-dev
         libpipewire-0.3-dev libspa-0.2-dev libavformat-dev libavcodec-dev libswresample-dev libavutil-dev
         libsoundtouch-dev
         libicu-dev libssl-dev libsimdjson-dev libpocketsphinx-dev libsphinxbase-dev"

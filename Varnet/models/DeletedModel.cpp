@@ -56,7 +56,7 @@ QString DeletedText::erased(Date deletedAt, QDate today) {
     case 1:
         return QCoreApplication::translate("DeletedText", "Erased tomorrow");
     default:
-        return QCoreApplication::translate("DeletedText", "Erased in %1 days").arg(days);
+        return QCoreApplication::translate("DeletedText", "Erased in %Ln days", nullptr, days);
     }
 }
 
@@ -114,16 +114,18 @@ QStringList DeletedModel::selectedIDs() const {
 }
 
 QString DeletedModel::restoreText() const {
-    return m_selection.ids.size() > 1 ? tr("Restore %1").arg(m_selection.ids.size()) : tr("Restore");
+    return m_selection.ids.size() > 1 ? tr("Restore %Ln", nullptr, static_cast<int>(m_selection.ids.size()))
+                                      : tr("Restore");
 }
 
 QString DeletedModel::eraseText() const {
-    return m_selection.ids.size() > 1 ? tr("Erase %1 now").arg(m_selection.ids.size()) : tr("Erase now");
+    return m_selection.ids.size() > 1 ? tr("Erase %Ln now", nullptr, static_cast<int>(m_selection.ids.size()))
+                                      : tr("Erase now");
 }
 
 QString DeletedModel::question() const {
     if (m_asked.size() != 1)
-        return tr("Erase %1 meetings now?").arg(m_asked.size());
+        return tr("Erase %Ln meetings now?", nullptr, static_cast<int>(m_asked.size()));
     const auto* asked = m_store.deletedMeeting(m_asked.front());
     return asked ? tr("Erase “%1” now?").arg(toQString(asked->meeting.title)) : tr("Erase the meeting now?");
 }

@@ -130,10 +130,9 @@ QString DraftModel::outdatedText() const {
 }
 
 QString DraftModel::removedText() const {
-    if (m_removed == 0)
-        return {};
-    return m_removed == 1 ? tr("Removed 1 point that didn't match the transcript.")
-                          : tr("Removed %1 points that didn't match the transcript.").arg(m_removed);
+    return m_removed == 0
+               ? QString()
+               : tr("Removed %Ln points that didn't match the transcript.", nullptr, static_cast<int>(m_removed));
 }
 
 QString DraftModel::emptyText() const {

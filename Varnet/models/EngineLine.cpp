@@ -8,22 +8,22 @@ namespace varnet {
 
 EngineLine EngineLine::of(const EngineState& state) {
     using Kind = EngineState::Kind;
-    const auto line = [&](const char* words, Theme::Tone tone) {
-        return EngineLine{QObject::tr(words), static_cast<int>(tone), toQString(state.text)};
+    const auto line = [&](const QString& words, Theme::Tone tone) {
+        return EngineLine{words, static_cast<int>(tone), toQString(state.text)};
     };
     switch (state.kind) {
     case Kind::ready:
-        return line("Ready", Theme::Tone::ok);
+        return line(tr("Ready"), Theme::Tone::ok);
     case Kind::missing:
-        return line("Not installed", Theme::Tone::amber);
+        return line(tr("Not installed"), Theme::Tone::amber);
     case Kind::failed:
-        return line("Didn't start", Theme::Tone::rec);
+        return line(tr("Didn't start"), Theme::Tone::rec);
     case Kind::unknown:
-        return line("Checking", Theme::Tone::faint);
+        return line(tr("Checking"), Theme::Tone::faint);
     case Kind::starting:
-        return line("Starting", Theme::Tone::amber);
+        return line(tr("Starting"), Theme::Tone::amber);
     case Kind::stopped:
-        return line("Off", Theme::Tone::faint);
+        return line(tr("Off"), Theme::Tone::faint);
     }
     return {};
 }

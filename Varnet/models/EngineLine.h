@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QObject>
 #include <QString>
 #include <QtQml/qqmlregistration.h>
@@ -11,6 +12,7 @@ struct EngineState;
 /// One engine's state as a line of the window.
 struct EngineLine {
     Q_GADGET
+    Q_DECLARE_TR_FUNCTIONS(EngineLine)
     QML_ANONYMOUS
     Q_PROPERTY(QString words MEMBER words)
     Q_PROPERTY(int tone MEMBER tone)

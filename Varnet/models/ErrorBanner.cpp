@@ -19,11 +19,8 @@ QString ErrorBanner::saveMessage() const {
     if (failures.empty())
         return {};
     const auto reason = toQString(failures.begin()->second);
-    return failures.size() == 1
-               ? tr("Changes to a meeting have not been saved; they are kept in memory. %1").arg(reason)
-               : tr("Changes to %1 meetings have not been saved; they are kept in memory. %2")
-                     .arg(failures.size())
-                     .arg(reason);
+    const auto count = static_cast<int>(failures.size());
+    return tr("Changes to %Ln meetings have not been saved; they are kept in memory. %1", nullptr, count).arg(reason);
 }
 
 void ErrorBanner::dismiss() {

@@ -2,20 +2,17 @@
 #include "Varnet/models/Text.h"
 #include "Varnet/store/MeetingStore.h"
 
-#include <QLocale>
-
 #include <algorithm>
 #include <iterator>
 
 namespace varnet {
 
 QString LibraryModel::summary() const {
-    const QLocale locale;
     if (selectedCount() > 1)
-        return tr("%1 selected").arg(locale.toString(selectedCount()));
+        return tr("%Ln selected", nullptr, selectedCount());
     if (m_applied.empty() || ids().empty())
         return {};
-    return count() == 1 ? tr("1 match") : tr("%1 matches").arg(locale.toString(count()));
+    return tr("%Ln matches", nullptr, count());
 }
 
 int LibraryModel::selectedCount() const {

@@ -44,7 +44,7 @@ void UndoToast::restart() {
 
 QString UndoToast::words(const std::vector<Uuid>& ids) const {
     if (ids.size() != 1)
-        return tr("Deleted %1 meetings").arg(ids.size());
+        return tr("Deleted %Ln meetings", nullptr, static_cast<int>(ids.size()));
     const auto* deleted = m_store.deletedMeeting(ids.front());
     return deleted && !deleted->meeting.title.empty() ? tr("Deleted “%1”").arg(toQString(deleted->meeting.title))
                                                       : tr("Deleted a meeting");

@@ -2,7 +2,6 @@
 
 #include "MeetingCore/records/Meeting.h"
 
-#include <QCoreApplication>
 #include <QStringList>
 
 #include <algorithm>
@@ -11,16 +10,8 @@ namespace varnet {
 
 namespace {
 
-QString tr(const char* text) {
-    return QCoreApplication::translate("VersionDifference", text);
-}
-
-QString counted(std::size_t count, const char* one, const char* several) {
-    return count == 1 ? tr(one) : tr(several).arg(count);
-}
-
-std::size_t differingTurns(const std::vector<TranscriptTurn>& now, const std::vector<TranscriptTurn>& version) {
-    std::size_t differing = 0;
+int differingTurns(const std::vector<TranscriptTurn>& now, const std::vector<TranscriptTurn>& version) {
+    int differing = 0;
     for (std::size_t place = 0; place < now.size(); ++place)
         differing += now[place] != version[place] ? 1 : 0;
     return differing;
@@ -32,16 +23,16 @@ std::map<std::string, std::string> names(const Meeting& meeting) {
 }
 
 QString transcriptDifference(const Meeting& now, const Meeting& version) {
-    const auto before = version.turns.size(), after = now.turns.size();
+    const int before = static_cast<int>(version.turns.size()), after = static_cast<int>(now.turns.size());
     if (before == 0 && after > 0)
-        return tr("No transcript");
+        return VersionDifference::tr("No transcript");
     if (before < after)
-        return counted(after - before, "1 turn fewer", "%1 turns fewer");
+        return VersionDifference::tr("%Ln turns fewer", nullptr, after - before);
     if (before > after)
-        return counted(before - after, "1 turn more", "%1 turns more");
+        return VersionDifference::tr("%Ln turns more", nullptr, before - after);
     if (const auto differing = differingTurns(now.turns, version.turns))
-        return counted(differing, "1 turn differs", "%1 turns differ");
-    return names(now) == names(version) ? QString() : tr("Speaker names differ");
+        return VersionDifference::tr("%Ln turns differ", nullptr, differing);
+    return names(now) == names(version) ? QString() : VersionDifference::tr("Speaker names differ");
 }
 
 } // namespace

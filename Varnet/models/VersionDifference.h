@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QString>
 
 namespace varnet {
@@ -9,6 +10,9 @@ struct Meeting;
 /// What a saved version of a meeting has otherwise than the meeting now, in words. An empty text means no difference.
 /// Comparing reads both records whole; any thread.
 struct VersionDifference {
+    Q_DECLARE_TR_FUNCTIONS(VersionDifference)
+
+public:
     QString transcript; ///< "12 turns fewer", "3 turns differ", "Speaker names differ", ...
     QString personalNotes;
     QString generatedNotes;

@@ -151,14 +151,10 @@ QString VersionHistory::title() const {
 }
 
 QString VersionHistory::unreadableText() const {
-    switch (m_history.unreadable) {
-    case 0:
-        return {};
-    case 1:
-        return tr("1 more version can't be read. Its file is left as it is.");
-    default:
-        return tr("%1 more versions can't be read. Their files are left as they are.").arg(m_history.unreadable);
-    }
+    const auto unreadable = static_cast<int>(m_history.unreadable);
+    return unreadable == 0
+               ? QString()
+               : tr("%Ln more versions can't be read. Their files are left as they are.", nullptr, unreadable);
 }
 
 QString VersionHistory::notesText() const {

@@ -32,7 +32,7 @@ WorkStatus::View WorkStatus::view() const {
     const int waiting = m_commands.imports().waiting();
     view.filesWait = waiting > 0;
     if (view.filesWait && view.running)
-        view.waitingText = tr("%1 more waiting").arg(QLocale().toString(waiting));
+        view.waitingText = tr("%Ln more waiting", nullptr, waiting);
     else if (view.filesWait)
         view.text = waitingAlone();
     return view;
@@ -74,8 +74,8 @@ QString WorkStatus::title(const Uuid& id) const {
 QString WorkStatus::waitingAlone() const {
     const auto& queue = m_commands.imports();
     const int waiting = queue.waiting();
-    const auto what = waiting == 1 ? tr("“%1”").arg(toQString(queue.first().filename().string()))
-                                   : tr("%1 files").arg(QLocale().toString(waiting));
+    const auto what =
+        waiting == 1 ? tr("“%1”").arg(toQString(queue.first().filename().string())) : tr("%Ln files", nullptr, waiting);
     switch (queue.obstacle()) {
     case ImportQueue::Obstacle::recording:
         return tr("%1 will be imported after the recording").arg(what);

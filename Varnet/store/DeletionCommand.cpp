@@ -2,6 +2,8 @@
 
 #include "Varnet/store/MeetingStore.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
 #include <utility>
 
@@ -13,8 +15,8 @@ DeletionCommand::DeletionCommand(MeetingStore& store, Kind kind, std::set<Uuid> 
 
 void DeletionCommand::keep(std::set<Uuid> ids) {
     m_ids = std::move(ids);
-    setText(m_ids.size() == 1 ? QStringLiteral("Delete Meeting")
-                              : QStringLiteral("Delete %1 Meetings").arg(m_ids.size()));
+    const auto count = static_cast<int>(m_ids.size());
+    setText(QCoreApplication::translate("DeletionCommand", "Delete %Ln Meetings", nullptr, count));
     setObsolete(m_ids.empty());
 }
 

@@ -5,7 +5,9 @@
 #include "Varnet/store/DurationCache.h"
 #include "Varnet/store/MeetingStore.h"
 
+#include <QCoreApplication>
 #include <QDebug>
+#include <QStringList>
 
 #include <unicode/calendar.h>
 #include <unicode/datefmt.h>
@@ -18,7 +20,6 @@
 #include <memory>
 #include <set>
 #include <string_view>
-#include <vector>
 
 namespace varnet {
 
@@ -32,27 +33,37 @@ bool contains(std::string_view text, std::string_view part) {
     return text.find(part) != std::string_view::npos;
 }
 
+/// The words in the language of the user.
+struct Words {
+    Q_DECLARE_TR_FUNCTIONS(MeetingPresentation)
+};
+
+StatusBadge badgeOf(const QString& text, BadgeColor color, bool marked) {
+    return {text.toStdString(), color, marked};
+}
+
 /// The badge that the record alone decides.
 StatusBadge storedBadge(const Meeting& meeting) {
     const std::string_view status = meeting.status;
     if (isAnyOf(status, {MeetingStatus::finishingTranscript, MeetingStatus::preparingAudio,
                          MeetingStatus::preparingMicrophone, MeetingStatus::transcribing}))
-        return {"Working", BadgeColor::amber, true};
+        return badgeOf(Words::tr("Working"), BadgeColor::amber, true);
     if (status == MeetingStatus::didNotStart)
-        return {"No audio saved", BadgeColor::rec, false};
+        return badgeOf(Words::tr("No audio saved"), BadgeColor::rec, false);
     if (status.starts_with("Interrupted") || contains(status, "attention") || contains(status, "incomplete"))
-        return {"Needs attention", BadgeColor::rec, true};
+        return badgeOf(Words::tr("Needs attention"), BadgeColor::rec, true);
     if (status == MeetingStatus::savedRetryTranscription && !meeting.generatedNotes)
-        return {meeting.turns.empty() ? "Needs transcript" : "Transcript incomplete", BadgeColor::amber, true};
+        return badgeOf(meeting.turns.empty() ? Words::tr("Needs transcript") : Words::tr("Transcript incomplete"),
+                       BadgeColor::amber, true);
     if (meeting.generatedNotes)
-        return {"Notes ready", BadgeColor::ok, false};
+        return badgeOf(Words::tr("Notes ready"), BadgeColor::ok, false);
     if (!meeting.turns.empty())
-        return {"Transcript only", BadgeColor::faint, true};
+        return badgeOf(Words::tr("Transcript only"), BadgeColor::faint, true);
     if (status.starts_with("Scheduled"))
-        return {"Scheduled", BadgeColor::faint, true};
+        return badgeOf(Words::tr("Scheduled"), BadgeColor::faint, true);
     if (status.starts_with("Cancelled"))
-        return {"Cancelled", BadgeColor::faint, true};
-    return {meeting.audioFilename ? "Audio only" : "Empty", BadgeColor::faint, true};
+        return badgeOf(Words::tr("Cancelled"), BadgeColor::faint, true);
+    return badgeOf(meeting.audioFilename ? Words::tr("Audio only") : Words::tr("Empty"), BadgeColor::faint, true);
 }
 
 /// The locale that the user has chosen for dates; Qt has set it at the start of the program.
@@ -89,17 +100,13 @@ std::optional<std::int32_t> localDay(Date date) {
     return U_SUCCESS(status) ? std::optional(day) : std::nullopt;
 }
 
-std::string counted(std::int64_t count, std::string_view one, std::string_view many) {
-    return std::to_string(count) + ' ' + std::string(count == 1 ? one : many);
-}
-
 } // namespace
 
 StatusBadge MeetingPresentation::badge(const Meeting& meeting, const MeetingStore& store) {
     if (store.recording() && store.recordingID() == meeting.id)
-        return {"Recording", BadgeColor::rec, false};
+        return badgeOf(Words::tr("Recording"), BadgeColor::rec, false);
     if (store.notesMeetingID() == meeting.id)
-        return {"Writing notes", BadgeColor::amber, true};
+        return badgeOf(Words::tr("Writing notes"), BadgeColor::amber, true);
     return storedBadge(meeting);
 }
 
@@ -108,25 +115,21 @@ bool MeetingPresentation::isFromCalendar(const Meeting& meeting) {
 }
 
 std::string MeetingPresentation::subtitle(const Meeting& meeting) {
-    std::vector<std::string> parts;
+    QStringList parts;
     if (meeting.audioFilename == "imported.wav")
-        parts.emplace_back("Imported audio");
+        parts << Words::tr("Imported audio");
     if (isFromCalendar(meeting))
-        parts.emplace_back("From calendar");
-    if (const auto speakers = speakerCount(meeting); speakers > 0)
-        parts.push_back(counted(speakers, "speaker", "speakers"));
+        parts << Words::tr("From calendar");
+    if (const auto speakers = static_cast<int>(speakerCount(meeting)); speakers > 0)
+        parts << Words::tr("%n speakers", nullptr, speakers);
     if (meeting.generatedNotes) {
         const auto actions = std::ranges::count(meeting.generatedNotes->items, NoteItem::Kind::action, &NoteItem::kind);
         if (actions > 0)
-            parts.push_back(counted(actions, "to-do", "to-dos"));
+            parts << Words::tr("%n to-dos", nullptr, static_cast<int>(actions));
     }
     if (parts.empty())
-        return meeting.turns.empty() ? "No transcript yet" : "Transcript";
-
-    std::string joined = parts.front();
-    for (auto part = parts.begin() + 1; part != parts.end(); ++part)
-        joined += " · " + *part;
-    return joined;
+        parts << (meeting.turns.empty() ? Words::tr("No transcript yet") : Words::tr("Transcript"));
+    return parts.join(QStringLiteral(" · ")).toStdString();
 }
 
 std::int64_t MeetingPresentation::speakerCount(const Meeting& meeting) {
@@ -146,7 +149,8 @@ DayHeading MeetingPresentation::dayHeading(Date date, Date now, const std::strin
     const auto day = localDay(date);
     const auto today = localDay(now);
     if (day && today && (*day == *today || *day == *today - 1))
-        return {*day == *today ? "Today" : "Yesterday", formatted(date, "EEEEMMMMd", locale)};
+        return {(*day == *today ? Words::tr("Today") : Words::tr("Yesterday")).toStdString(),
+                formatted(date, "EEEEMMMMd", locale)};
     return {formatted(date, "EEEE", locale), formatted(date, "yMMMMd", locale)};
 }
 

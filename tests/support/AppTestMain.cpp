@@ -1,4 +1,5 @@
 #include "Varnet/async/Worker.h"
+#include "Varnet/shell/Translations.h"
 
 #include <QGuiApplication>
 
@@ -27,6 +28,7 @@ int main(int argc, char** argv) {
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QGuiApplication application(argc, argv);
+    varnet::installTranslations();
     testing::UnitTest::GetInstance()->listeners().Append(new EventsAfterEachTest);
     return RUN_ALL_TESTS();
 }

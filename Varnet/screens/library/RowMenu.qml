@@ -40,7 +40,7 @@ ThemedMenu {
     ThemedMenuItem {
         enabled: root.commands.deleteEnabled
         keys: qsTr("Del")
-        text: root.single ? qsTr("Delete") : qsTr("Delete %1 meetings").arg(root.library.selectedCount)
+        text: root.single ? qsTr("Delete") : qsTr("Delete %Ln meetings", "", root.library.selectedCount)
         onTriggered: root.commands.deleteSelected()
     }
 }
