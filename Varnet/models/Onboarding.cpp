@@ -11,6 +11,8 @@ namespace {
 constexpr auto doneKey = "OnboardingDone";
 constexpr auto stepKey = "OnboardingStep";
 
+constexpr int lastStep = static_cast<int>(Onboarding::Step::engines);
+
 } // namespace
 
 Onboarding::Onboarding(Settings& settings, bool wanted, QObject* parent)
@@ -18,7 +20,7 @@ Onboarding::Onboarding(Settings& settings, bool wanted, QObject* parent)
       m_settings(settings),
       m_wanted(wanted),
       m_done(settings.flag(doneKey).value_or(false)),
-      m_step(std::max(0, settings.number(stepKey).value_or(0))) {}
+      m_step(std::clamp(settings.number(stepKey).value_or(0), 0, lastStep)) {}
 
 void Onboarding::setDone(bool done) {
     if (done == m_done)
@@ -31,11 +33,35 @@ void Onboarding::setDone(bool done) {
 }
 
 void Onboarding::setStep(int step) {
+    step = std::clamp(step, 0, lastStep);
     if (step == m_step)
         return;
     m_step = step;
     m_settings.setNumber(stepKey, step);
     Q_EMIT stepChanged();
+}
+
+int Onboarding::stepCount() const {
+    return lastStep + 1;
+}
+
+QString Onboarding::progress() const {
+    return tr("Step %1 of %2").arg(m_step + 1).arg(stepCount());
+}
+
+void Onboarding::next() {
+    if (last())
+        finish();
+    else
+        setStep(m_step + 1);
+}
+
+void Onboarding::back() {
+    setStep(m_step - 1);
+}
+
+void Onboarding::finish() {
+    setDone(true);
 }
 
 } // namespace varnet

@@ -16,8 +16,16 @@ class Onboarding : public QObject {
     Q_PROPERTY(bool done READ done WRITE setDone NOTIFY doneChanged)
     Q_PROPERTY(bool showing READ showing NOTIFY doneChanged)
     Q_PROPERTY(int step READ step WRITE setStep NOTIFY stepChanged)
+    Q_PROPERTY(int stepCount READ stepCount CONSTANT)
+    Q_PROPERTY(bool first READ first NOTIFY stepChanged)
+    Q_PROPERTY(bool last READ last NOTIFY stepChanged)
+    Q_PROPERTY(QString progress READ progress NOTIFY stepChanged)
 
 public:
+    /// What the flow shows, in this order.
+    enum class Step { about, microphone, meetingAudio, engines };
+    Q_ENUM(Step)
+
     /// `wanted` false: the flow is never shown, whether it has been finished or not.
     explicit Onboarding(Settings& settings, bool wanted = true, QObject* parent = nullptr);
 
@@ -27,8 +35,16 @@ public:
     /// The welcome flow stands in the window in place of everything else.
     bool showing() const { return m_wanted && !m_done; }
 
-    int step() const { return m_step; } ///< from 0
-    void setStep(int step);
+    int step() const { return m_step; } ///< a Step
+    void setStep(int step);             ///< to the nearest one that there is
+    int stepCount() const;
+    bool first() const { return m_step == 0; }
+    bool last() const { return m_step == stepCount() - 1; }
+    QString progress() const; ///< such as "Step 2 of 4"
+
+    Q_INVOKABLE void next();   ///< finishes the flow at its last step
+    Q_INVOKABLE void back();   ///< does nothing at the first step
+    Q_INVOKABLE void finish(); ///< also with steps left
 
 Q_SIGNALS:
     void doneChanged();

@@ -31,9 +31,28 @@ ApplicationWindow {
         router: root.frame.router
     }
 
-    ContentView {
+    // Made once, when it is first shown, and kept.
+    Loader {
+        active: false
         anchors.fill: parent
-        frame: root.frame
+        focus: visible
+        visible: !root.frame.onboarding.showing
+        sourceComponent: ContentView {
+            frame: root.frame
+        }
+
+        Binding on active {
+            restoreMode: Binding.RestoreNone
+            value: true
+            when: !root.frame.onboarding.showing
+        }
+    }
+
+    Loader {
+        active: root.frame.onboarding.showing
+        anchors.fill: parent
+        focus: active
+        Component.onCompleted: setSource("welcome/OnboardingView.qml", {"frame": root.frame})
     }
 
     Overlays {

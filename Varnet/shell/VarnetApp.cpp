@@ -46,6 +46,7 @@ void VarnetApp::windowAppeared() {
     if (const auto mode = CaptureModePreference::load(m_settings))
         m_store.setCaptureMode(*mode);
     connect(&m_store, &MeetingStore::recordingChanged, this, &VarnetApp::followRecording);
+    connect(&m_store, &MeetingStore::busyChanged, this, &VarnetApp::endWelcome);
     connect(&m_delegate, &MeetingAppDelegate::terminating, &m_commands.imports(), &ImportQueue::clear);
     m_tasks.spawn(m_engines.startSpeech());
     m_tasks.spawn(checkOnce(this, m_tasks.stopToken()));
@@ -59,6 +60,12 @@ void VarnetApp::followRecording() {
         m_router.setPage(AppRouter::Page::meeting);
     else
         m_engines.recordingEnded();
+}
+
+/// A recording or an import that begins, wherever it was asked for, is what people want to see.
+void VarnetApp::endWelcome() {
+    if (m_store.busy())
+        m_onboarding.finish();
 }
 
 Task<> VarnetApp::checkOnce(VarnetApp* self, std::stop_token stop) {

@@ -44,6 +44,7 @@ public:
 
 private:
     void followRecording();
+    void endWelcome();
     void applyPreviews();
     static Task<> checkOnce(VarnetApp* self, std::stop_token stop);
     static Task<> poll(VarnetApp* self, std::stop_token stop);

@@ -33,6 +33,7 @@ public:
             meeting.turns = {{Uuid::random(), 0, 1, "Speaker 1", "Hello", {}}};
             repository.save(meeting);
         }
+        Settings().setFlag("OnboardingDone", true);
         app = std::make_unique<VarnetApp>(CommandLine{.storageRoot = folder / "meetings"});
         frame = std::make_unique<MainWindow>(*app);
     }
