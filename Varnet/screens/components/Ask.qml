@@ -1,12 +1,10 @@
 import QtQuick
-import QtQuick.Controls.Basic
 import QtQuick.Layouts
-import QtQuick.Templates as T
 import Varnet
 
 // A question over the window with two answers. It stays until one is given or Escape dismisses it. The second is the
 // usual one; a `grave` one is marked and has to be looked for.
-Dialog {
+ThemedDialog {
     id: root
 
     required property string question
@@ -17,41 +15,19 @@ Dialog {
 
     signal first
     signal second
-    signal dismissed
 
-    anchors.centerIn: T.Overlay.overlay
-    closePolicy: Popup.NoAutoClose
-    focus: true
-    modal: true
-    padding: 6 * Theme.unit
+    closable: false
     title: question
-    width: Math.min(130 * Theme.unit, T.Overlay.overlay ? T.Overlay.overlay.width - 16 * Theme.unit : 0)
 
-    onOpened: (grave ? firstButton : secondButton).forceActiveFocus(Qt.TabFocusReason)
+    ColumnLayout {
+        spacing: 0
 
-    T.Overlay.modal: Rectangle {
-        color: Qt.alpha(Theme.window, 0.75)
-    }
-    header: Item {}
-    background: Rectangle {
-        border.color: Theme.line
-        border.width: 1
-        color: Theme.surface
-        radius: Theme.cardRadius
-    }
-    contentItem: ColumnLayout {
-        spacing: 2 * Theme.unit
-        Keys.onEscapePressed: root.dismissed()
+        Component.onCompleted: (root.grave ? firstButton : secondButton).forceActiveFocus(Qt.TabFocusReason)
 
         ThemedText {
             Layout.fillWidth: true
-            text: root.question
-            type: Theme.heading
-            wrapMode: Text.Wrap
-        }
-
-        ThemedText {
-            Layout.fillWidth: true
+            Layout.leftMargin: 6 * Theme.unit
+            Layout.rightMargin: 6 * Theme.unit
             color: Theme.secondary
             text: root.explanation
             wrapMode: Text.Wrap
@@ -59,7 +35,10 @@ Dialog {
 
         RowLayout {
             Layout.alignment: Qt.AlignRight
-            Layout.topMargin: 3 * Theme.unit
+            Layout.bottomMargin: 6 * Theme.unit
+            Layout.leftMargin: 6 * Theme.unit
+            Layout.rightMargin: 6 * Theme.unit
+            Layout.topMargin: 5 * Theme.unit
             spacing: 2 * Theme.unit
 
             PlainButton {

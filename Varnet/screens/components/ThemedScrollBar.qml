@@ -1,0 +1,31 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import Varnet
+
+// Shows where in its view one is, while that changes and under the pointer.
+ScrollBar {
+    id: root
+
+    contentItem: Rectangle {
+        color: root.pressed ? Theme.secondary : Theme.faint
+        implicitHeight: 1.5 * Theme.unit
+        implicitWidth: 1.5 * Theme.unit
+        opacity: 0
+        radius: width / 2
+
+        states: State {
+            name: "active"
+            when: root.size < 1 && (root.active || root.policy === ScrollBar.AlwaysOn)
+
+            PropertyChanges { root.contentItem.opacity: 0.75 }
+        }
+        transitions: Transition {
+            from: "active"
+
+            SequentialAnimation {
+                PauseAnimation { duration: 450 }
+                NumberAnimation { duration: Theme.motion; property: "opacity" }
+            }
+        }
+    }
+}

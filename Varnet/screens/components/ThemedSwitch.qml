@@ -1,0 +1,85 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import QtQuick.Layouts
+import Varnet
+
+// Something that is on or off: its name, what there is to know about it in `detail`, and the switch at the end of the row.
+Switch {
+    id: root
+
+    property string detail
+
+    function press() {
+        toggle()
+        toggled()
+    }
+
+    Accessible.checkable: true
+    Accessible.checked: checked
+    Accessible.description: detail
+    Accessible.name: text
+    Accessible.role: Accessible.CheckBox
+    Keys.onEnterPressed: press()
+    Keys.onReturnPressed: press()
+    bottomPadding: 2 * Theme.unit
+    leftPadding: 0
+    rightPadding: 0
+    spacing: 4 * Theme.unit
+    topPadding: 2 * Theme.unit
+
+    contentItem: ColumnLayout {
+        opacity: root.enabled ? 1 : 0.45
+        spacing: 0
+
+        ThemedText {
+            Accessible.ignored: true
+            Layout.fillWidth: true
+            Layout.rightMargin: root.indicator.width + root.spacing
+            text: root.text
+            wrapMode: Text.Wrap
+        }
+
+        ThemedText {
+            Accessible.ignored: true
+            Layout.fillWidth: true
+            Layout.rightMargin: root.indicator.width + root.spacing
+            color: Theme.secondary
+            text: root.detail
+            type: Theme.caption
+            visible: text !== ""
+            wrapMode: Text.Wrap
+        }
+    }
+    indicator: Rectangle {
+        border.color: root.checked ? Theme.accent : Theme.faint
+        border.width: 1
+        color: root.checked ? Theme.accent : Theme.surface
+        height: 5 * Theme.unit
+        opacity: root.enabled ? 1 : 0.45
+        radius: height / 2
+        width: 9 * Theme.unit
+        x: root.width - width
+        y: (root.height - height) / 2
+
+        Rectangle {
+            color: root.checked ? Theme.onAccent : Theme.faint
+            height: 3 * Theme.unit
+            radius: height / 2
+            width: height
+            x: Theme.unit + root.visualPosition * (parent.width - width - 2 * Theme.unit)
+            y: Theme.unit
+
+            Behavior on x {
+                enabled: !root.down
+
+                NumberAnimation { duration: Theme.motion }
+            }
+        }
+
+        FocusRing {
+            anchors.fill: parent
+            control: root
+            radius: height / 2
+        }
+    }
+}
