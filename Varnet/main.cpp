@@ -7,6 +7,7 @@
 #include "Varnet/shell/TerminationSignals.h"
 #include "Varnet/shell/Translations.h"
 #include "Varnet/shell/VarnetApp.h"
+#include "Varnet/shell/WindowExport.h"
 
 #include <QGuiApplication>
 #include <QIcon>
@@ -68,6 +69,8 @@ int run(const CommandLine& commandLine, StorageLock* lock, std::function<LoadedM
     if (!window.open())
         return 1;
     app.windowAppeared();
+    WindowExport windowExport(app, window);
+    windowExport.exportWindowIfRequested();
 
     ApplicationBus bus({.show = [&window] { window.show(); },
                         .importFiles = [&app](const QList<QUrl>& addresses) { app.commands().importFiles(addresses); },
@@ -92,6 +95,8 @@ int main(int argc, char** argv) {
     // Another process may still be writing to a library that is not locked yet.
     auto load = lock && lock->held() ? beginLoading(root) : nullptr;
 
+    if (commandLine.exportScale && !qEnvironmentVariableIsSet("QT_SCALE_FACTOR")) // read when the application is made
+        qputenv("QT_SCALE_FACTOR", QByteArray::number(*commandLine.exportScale));
     QGuiApplication application(argc, argv);
     installTranslations();
     commandLine.takeFiles({argv, argv + argc}); // without the arguments that were meant for the toolkit

@@ -39,6 +39,8 @@ void CaptureLevels::apply(float microphone, std::optional<float> call) {
 void CaptureLevels::preview(float microphone, float call, bool callMissing) {
     m_microphone = microphone;
     m_call = call;
+    m_previewing = true;
+    Q_EMIT previewingChanged();
     setCallMissing(callMissing);
     Q_EMIT changed();
 }

@@ -29,6 +29,9 @@ public:
     /// The user has been heard, but the call has stayed silent for 30 seconds.
     bool callMissing() const { return m_callMissing; }
 
+    /// The values are those of a picture: no recording belongs to them.
+    bool previewing() const { return m_previewing; }
+
     /// A recording begins.
     void reset(bool capturingCall);
 
@@ -43,6 +46,7 @@ public:
 Q_SIGNALS:
     void changed();
     void callMissingChanged();
+    void previewingChanged();
 
 private:
     void setCallMissing(bool missing);
@@ -51,6 +55,7 @@ private:
     float m_microphone = 0;
     std::optional<float> m_call;
     bool m_callMissing = false;
+    bool m_previewing = false;
     CallAudioMonitor m_monitor;
     std::int64_t m_started;
 };

@@ -44,12 +44,14 @@ MeetingPage::MeetingPage(MeetingStore& store, const RecordingClock& clock, QObje
         m_turns.append(*meeting, std::span(meeting->turns).last(added), m_hues);
         Q_EMIT changed();
     });
+    const auto followRecording = [this] {
+        refresh();
+        Q_EMIT callMissingChanged();
+        Q_EMIT clockChanged();
+    };
     for (const auto signal : {&MeetingStore::recordingChanged, &MeetingStore::recordingIDChanged})
-        connect(&store, signal, this, [this] {
-            refresh();
-            Q_EMIT callMissingChanged();
-            Q_EMIT clockChanged();
-        });
+        connect(&store, signal, this, followRecording);
+    connect(&store.levels(), &CaptureLevels::previewingChanged, this, followRecording);
     connect(&store, &MeetingStore::audioWorkChanged, this, [this] {
         const auto& work = m_store.audioWork();
         if (!work || work->meetingID == m_shown)
@@ -117,7 +119,7 @@ bool MeetingPage::badgeMarked() const {
 }
 
 bool MeetingPage::live() const {
-    return m_store.recording() && m_store.showingLiveMeeting();
+    return (m_store.recording() && m_store.showingLiveMeeting()) || (m_store.levels().previewing() && present());
 }
 
 QString MeetingPage::emptyText() const {
@@ -150,7 +152,11 @@ QString MeetingPage::notes() const {
 }
 
 QString MeetingPage::clock() const {
-    return live() ? m_clock.text() : QString();
+    if (!live() || m_store.recording())
+        return live() ? m_clock.text() : QString();
+    // A preview stands where its transcript ends.
+    const auto& turns = m_store.selected()->turns;
+    return toQString(MeetingPresentation::clock(turns.empty() ? 0 : turns.back().end));
 }
 
 double MeetingPage::microphoneLevel() const {

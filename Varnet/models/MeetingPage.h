@@ -59,7 +59,7 @@ public:
     QString badgeText() const;
     int badgeTone() const;
     bool badgeMarked() const;
-    bool live() const;            ///< the selected meeting is the one being recorded
+    bool live() const;            ///< the selected meeting is the one being recorded, or shown as if it were
     QString emptyText() const;    ///< what stands in place of turns while there are none
     QString importedText() const; ///< what an import brought along; empty if nothing
     QString notes() const;        ///< the user's own, as stored

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
+#include <cmath>
 #include <string_view>
 
 namespace varnet {
@@ -17,6 +19,14 @@ std::optional<std::string> value(const std::vector<std::string>& arguments, std:
     if (found == arguments.end() || found + 1 == arguments.end())
         return {};
     return *(found + 1);
+}
+
+std::optional<double> scale(const std::optional<std::string>& text) {
+    double number = 0;
+    const auto* end = text ? text->data() + text->size() : nullptr;
+    if (!text || std::from_chars(text->data(), end, number).ptr != end || !std::isfinite(number) || number < 1)
+        return {};
+    return number;
 }
 
 constexpr std::array<std::string_view, 6> valueFlags{"--storage-root",   "--export-ui",  "--export-scale",
@@ -40,10 +50,18 @@ CommandLine CommandLine::parse(std::vector<std::string> arguments) {
     line.exportsWindow = holds(arguments, "--export-ui");
     if (!line.exportsWindow)
         return line;
+    if (const auto path = value(arguments, "--export-ui"))
+        line.exportPath = *path;
+    line.exportScale = scale(value(arguments, "--export-scale"));
+    if (const auto meeting = value(arguments, "--select-meeting"))
+        line.selectMeeting = Uuid::parse(*meeting);
     line.appearance = value(arguments, "--appearance");
+    line.showsOnboarding = holds(arguments, "--show-onboarding");
+    line.showsHistory = holds(arguments, "--show-history");
     line.showsMeeting = holds(arguments, "--show-meeting");
     line.previewsRecording = holds(arguments, "--preview-recording");
     line.previewsCallMissing = holds(arguments, "--preview-call-missing");
+    line.showsDeleted = holds(arguments, "--show-deleted");
     return line;
 }
 

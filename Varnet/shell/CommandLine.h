@@ -1,5 +1,7 @@
 #pragma once
 
+#include "MeetingCore/base/Uuid.h"
+
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -18,10 +20,16 @@ struct CommandLine {
     /// --export-ui stands in the list. Such a run only reads: no engines, no repairs, no lock. Everything below counts
     /// only in such a run.
     bool exportsWindow = false;
+    std::optional<std::filesystem::path> exportPath{}; ///< its value: the PNG to write; without one nothing is written
+    std::optional<double> exportScale{}; ///< --export-scale: pixels per unit, from 1; other values count as not given
+    std::optional<Uuid> selectMeeting{}; ///< --select-meeting; what is no UUID counts as not given
     std::optional<std::string> appearance{}; ///< --appearance: "dark" is dark, anything else is light
+    bool showsOnboarding = false;            ///< --show-onboarding
+    bool showsHistory = false;               ///< --show-history
     bool showsMeeting = false;               ///< --show-meeting
     bool previewsRecording = false;          ///< --preview-recording
     bool previewsCallMissing = false;        ///< --preview-call-missing, which changes the former
+    bool showsDeleted = false;               ///< --show-deleted
 
     /// All but the files.
     static CommandLine parse(std::vector<std::string> arguments);

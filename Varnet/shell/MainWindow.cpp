@@ -174,7 +174,7 @@ void MainWindow::restoreGeometry() {
 }
 
 void MainWindow::keepGeometry() {
-    if (m_window->windowStates() != Qt::WindowNoState)
+    if (m_window->windowStates() != Qt::WindowNoState || m_app.commandLine().exportsWindow)
         return;
     auto& settings = m_app.settings();
     settings.setNumber("WindowX", m_window->x());

@@ -79,6 +79,10 @@ Task<> VarnetApp::checkOnce(VarnetApp* self, std::stop_token stop) {
 
 /// The flags in their order: a later one's page wins.
 void VarnetApp::applyPreviews() {
+    if (m_commandLine.showsHistory) {
+        m_router.setPage(AppRouter::Page::meeting);
+        m_commands.openHistory();
+    }
     if (m_commandLine.showsMeeting)
         m_router.setPage(AppRouter::Page::meeting);
     if (m_commandLine.previewsRecording) {
@@ -86,6 +90,8 @@ void VarnetApp::applyPreviews() {
         m_store.levels().preview(0.07f, m_commandLine.previewsCallMissing ? 0.0f : 0.05f,
                                  m_commandLine.previewsCallMissing);
     }
+    if (m_commandLine.showsDeleted)
+        m_router.setPage(AppRouter::Page::deleted);
 }
 
 Task<> VarnetApp::poll(VarnetApp* self, std::stop_token stop) {

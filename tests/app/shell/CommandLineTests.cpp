@@ -16,7 +16,22 @@ TEST(CommandLines, AreReadByTheirRules) {
         {"behind two dashes are only files",
          {"varnet", "--storage-root", "--", "a", "--", "--export-ui", "--", "-b", "--storage-root", "c"},
          {.storageRoot = "--", .files = {"a", "--export-ui", "--", "-b", "--storage-root", "c"}}},
-        {"an export imports nothing", {"varnet", "--export-ui", "a.png", "b.wav"}, {.exportsWindow = true}},
+        {"an export imports nothing",
+         {"varnet", "--export-ui", "a.png", "b.wav"},
+         {.exportsWindow = true, .exportPath = "a.png"}},
+        {"an export without a picture",
+         {"varnet", "--show-history", "--show-deleted", "--show-onboarding", "--export-ui"},
+         {.exportsWindow = true, .showsOnboarding = true, .showsHistory = true, .showsDeleted = true}},
+        {"scale and meeting of an export",
+         {"varnet", "--export-ui", "a", "--export-scale", "1.5", "--select-meeting",
+          "00000000-0000-0000-0000-000000000000"},
+         {.exportsWindow = true, .exportPath = "a", .exportScale = 1.5, .selectMeeting = Uuid()}},
+        {"neither a scale nor a meeting",
+         {"varnet", "--export-ui", "a", "--export-scale", "2x", "--select-meeting", "1"},
+         {.exportsWindow = true, .exportPath = "a"}},
+        {"a scale below one",
+         {"varnet", "--export-ui", "a", "--export-scale", "0.99"},
+         {.exportsWindow = true, .exportPath = "a"}},
     };
     for (const auto& [name, arguments, expected] : cases) {
         auto line = CommandLine::parse(arguments);
