@@ -2,6 +2,7 @@
 #include "Varnet/platform/AppInfo.h"
 #include "Varnet/shell/ApplicationBus.h"
 #include "Varnet/shell/MainWindow.h"
+#include "Varnet/shell/MediaPlayer2.h"
 #include "Varnet/shell/SingleInstance.h"
 #include "Varnet/shell/StorageLock.h"
 #include "Varnet/shell/TerminationSignals.h"
@@ -11,6 +12,7 @@
 
 #include <QGuiApplication>
 #include <QIcon>
+#include <QQuickWindow>
 #include <QSessionManager>
 
 #include <cstdio>
@@ -74,11 +76,17 @@ int run(const CommandLine& commandLine, StorageLock* lock, std::function<LoadedM
 
     ApplicationBus bus({.show = [&window] { window.show(); },
                         .importFiles = [&app](const QList<QUrl>& addresses) { app.commands().importFiles(addresses); },
+                        .newRecording = [&app] { app.commands().newRecording(); },
                         .toggleRecording = [&app] { app.commands().toggleRecording(); },
                         .quit = [&delegate] { delegate.quit(); }});
     QObject::connect(&delegate, &MeetingAppDelegate::terminating, &bus, &ApplicationBus::unregisterName);
     if (!commandLine.exportsWindow && bus.registerName() == ApplicationBus::Registration::nameTaken)
         return refuse(SingleInstance::anotherLibraryOpen(ApplicationBus::owner()));
+    MediaPlayer2 player(*window.playback(),
+                        {.raise = [&window] { window.show(); }, .quit = [&delegate] { delegate.quit(); }});
+    if (!commandLine.exportsWindow)
+        QObject::connect(window.window(), &QQuickWindow::frameSwapped, &player, &MediaPlayer2::start,
+                         static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
     if (!files.isEmpty())
         app.commands().importFiles(files);
     return QCoreApplication::exec();

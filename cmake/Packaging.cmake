@@ -12,7 +12,31 @@ install(FILES ${CMAKE_BINARY_DIR}/Varnet.conf DESTINATION /etc/xdg/Varnet)
 install(PROGRAMS scripts/start-notes.sh DESTINATION lib/varnet/scripts)
 install(FILES packaging/org.varnet.Varnet.desktop DESTINATION share/applications)
 install(FILES packaging/org.varnet.Varnet.service DESTINATION share/dbus-1/services)
-install(FILES packaging/org.varnet.Varnet.svg DESTINATION share/icons/hicolor/scalable/apps)
+install(FILES packaging/org.varnet.Varnet.metainfo.xml DESTINATION share/metainfo)
+install(FILES LICENSE DESTINATION share/doc/varnet RENAME copyright)
+
+# The icon as a drawing, and in the sizes for desktops that take pictures only. The sizes that are no multiple of 16 have
+# a drawing of their own; in the one of 24 it has the margin that is usual there.
+set(drawing ${PROJECT_SOURCE_DIR}/packaging/org.varnet.Varnet)
+find_program(RSVG_CONVERT rsvg-convert REQUIRED)
+foreach(size IN ITEMS 16 22 24 32 48 64 128 256 512)
+    set(picture ${CMAKE_BINARY_DIR}/icons/${size}.png)
+    set(source ${drawing}.svg)
+    set(arguments --width ${size} --height ${size})
+    if(size EQUAL 22 OR size EQUAL 24)
+        math(EXPR margin "(${size} - 22) / 2")
+        set(source ${drawing}-22.svg)
+        set(arguments --page-width ${size} --page-height ${size} --left ${margin} --top ${margin})
+    endif()
+    add_custom_command(OUTPUT ${picture} COMMAND ${RSVG_CONVERT} ${arguments} --output ${picture} ${source}
+        DEPENDS ${source} VERBATIM)
+    list(APPEND pictures ${picture})
+    install(FILES ${picture} DESTINATION share/icons/hicolor/${size}x${size}/apps RENAME org.varnet.Varnet.png)
+endforeach()
+file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/icons)
+add_custom_target(icons ALL DEPENDS ${pictures})
+install(FILES ${drawing}.svg DESTINATION share/icons/hicolor/scalable/apps)
+install(FILES ${drawing}-symbolic.svg DESTINATION share/icons/hicolor/symbolic/apps)
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME varnet)
@@ -24,10 +48,15 @@ set(CPACK_STRIP_FILES ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION sound)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_PACKAGE_DEPENDS
-    "pipewire, wireplumber, pocketsphinx-en-us, libqt6svg6, qt6-qpa-plugins, qml6-module-qtquick, \
-qml6-module-qtquick-controls, qml6-module-qtquick-layouts, qml6-module-qtquick-window, qml6-module-qtquick-templates, \
-qml6-module-qtqml, qml6-module-qtqml-models, qml6-module-qtqml-workerscript, qml6-module-qtquick-shapes, \
-qml6-module-qtcore, qml6-module-qtquick-dialogs, qml6-module-qt-labs-folderlistmodel")
+set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
+    "Zelvik records the microphone and the sound of the others in a call as two\naligned tracks, shows the words while \
+people talk, and tells the speakers\napart. Audio, transcripts and notes stay on this computer.")
+# What the program needs to run stands in scripts/setup.sh; the libraries that it is linked to are found by themselves.
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS scripts/setup.sh)
+file(READ scripts/setup.sh setup)
+string(REGEX MATCH "\\[run\\]=\"([^\"]*)\"" run_group "${setup}")
+string(REGEX REPLACE "[ \n]+" ", " CPACK_DEBIAN_PACKAGE_DEPENDS "${CMAKE_MATCH_1}")
+# The window on Wayland; icons; folders and the actions of the entry where the desktop itself has nothing for them.
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "qt6-wayland, hicolor-icon-theme, xdg-utils, libglib2.0-bin")
 set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA ${PROJECT_SOURCE_DIR}/packaging/conffiles)
 include(CPack)

@@ -37,6 +37,16 @@ check_qml() {
 
 check_desktop_entry() { ! desktop-file-validate packaging/*.desktop | grep .; }
 
+# What software centres show is well formed, and says the same as the entry and the build.
+check_metainfo() {
+    local metainfo=packaging/org.varnet.Varnet.metainfo.xml report version
+    version=$(sed -n 's/^project(Varnet VERSION \([0-9.]*\) .*/\1/p' CMakeLists.txt)
+    report=$(appstreamcli validate --no-net --no-color "$metainfo") || { echo "$report" >&2 && return 1; }
+    grep -q "<release version=\"$version\"" "$metainfo" || { echo "$metainfo: no release $version" >&2 && return 1; }
+    diff <(sed -n 's/^MimeType=//p' packaging/org.varnet.Varnet.desktop | tr ';' '\n' | grep . | sort) \
+        <(sed -n 's|.*<mediatype>\(.*\)</mediatype>.*|\1|p' "$metainfo" | sort)
+}
+
 check_lengths() {
     git ls-files 'Varnet/*.qml' | xargs -r wc -l |
         awk '$2 != "total" && $1 > 150 {print "over 150 lines: " $2; bad = 1} END {exit bad}'
@@ -54,5 +64,6 @@ step "theme" check_theme
 step "QML" check_qml
 step "QML lengths" check_lengths
 step "desktop entry" check_desktop_entry
+step "metainfo" check_metainfo
 step "clang-tidy" check_tidy
 exit $failed

@@ -6,7 +6,7 @@ set -euo pipefail
 declare -A groups=(
     [build]="clang-19 libclang-rt-19-dev lld-19 cmake ninja-build pkg-config ccache git
         qt6-base-dev qt6-base-dev-tools qt6-declarative-dev qt6-declarative-dev-tools qt6-websockets-dev
-        qt6-svg-dev qt6-tools-dev qt6-l10n-tools qcoro-qt6-dev libgl-dev libegl-dev
+        qt6-svg-dev qt6-tools-dev qt6-l10n-tools librsvg2-bin qcoro-qt6-dev libgl-dev libegl-dev
         libpipewire-0.3-dev libspa-0.2-dev libavformat-dev libavcodec-dev libswresample-dev libavutil-dev
         libsoundtouch-dev
         libicu-dev libssl-dev libsimdjson-dev libpocketsphinx-dev libsphinxbase-dev"
@@ -18,7 +18,7 @@ declare -A groups=(
     [test]="libgtest-dev libgmock-dev xvfb xauth xdotool x11-utils pipewire-bin flite sox ffmpeg
         libglib2.0-bin iproute2 util-linux procps python3 python3-dbus python3-gi python3-dbusmock
         at-spi2-core python3-pyatspi"
-    [lint]="clang-tidy-19 clang-format-19 shellcheck python3 desktop-file-utils"
+    [lint]="clang-tidy-19 clang-format-19 shellcheck python3 desktop-file-utils appstream"
     [bench]="libsoxr-dev nlohmann-json3-dev ffmpeg"
     [package]="dpkg-dev file"
 )

@@ -21,7 +21,6 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr std::chrono::milliseconds positionInterval{40};
-constexpr double slowest = 0.75, fastest = 2;
 
 /// Whether a recording is being started, runs, or has files open.
 bool isRecording(const MeetingStore& store) {
@@ -148,7 +147,7 @@ void AudioPlayback::play() {
     if (!present() || m_recording || m_playing)
         return;
     if (m_position >= duration())
-        moveTo(0);
+        seek(0);
     start();
 }
 
@@ -175,6 +174,7 @@ void AudioPlayback::seek(double seconds) {
     moveTo(std::clamp(seconds, 0.0, duration()));
     if (m_playing)
         start();
+    Q_EMIT jumped();
 }
 
 void AudioPlayback::skip(double seconds) {

@@ -42,6 +42,8 @@ class AudioPlayback : public QObject {
     Q_PROPERTY(QString problem READ problem NOTIFY problemChanged)
 
 public:
+    static constexpr double slowest = 0.75, fastest = 2; ///< rates
+
     using MakeOutput = std::function<std::unique_ptr<AudioOutput>(AudioOutput::Callbacks)>;
 
     explicit AudioPlayback(MeetingStore& store, MakeOutput makeOutput = makeAudioOutput, QObject* parent = nullptr);
@@ -76,6 +78,7 @@ Q_SIGNALS:
     void playingChanged();
     void positionChanged();
     void positionTextChanged();
+    void jumped(); ///< to a position that did not come by itself
     void playingTurnChanged();
     void rateChanged();
     void problemChanged();

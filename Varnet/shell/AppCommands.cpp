@@ -138,6 +138,11 @@ QString AppCommands::redoText() const {
     return withAction(tr("Redo"), m_undoStack.redoText());
 }
 
+void AppCommands::newRecording() {
+    if (!stops())
+        toggleRecording();
+}
+
 void AppCommands::toggleRecording() {
     if (recordEnabled())
         m_tasks.spawn(RecordingCoordinator::toggle(&m_store, &m_engines, &m_router));

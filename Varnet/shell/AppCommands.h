@@ -62,6 +62,8 @@ public:
     QString undoText() const; ///< such as "Undo Delete Meeting"; "Undo" while there is nothing to undo
     QString redoText() const;
 
+    /// Starts a recording; one that runs goes on.
+    Q_INVOKABLE void newRecording();
     Q_INVOKABLE void toggleRecording();
     Q_INVOKABLE void showLibrary();
     Q_INVOKABLE void showDeleted();

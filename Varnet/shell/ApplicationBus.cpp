@@ -97,7 +97,10 @@ void ApplicationBus::Open(const QStringList& uris, const QVariantMap& platformDa
 void ApplicationBus::ActivateAction(const QString& name, const QVariantList&, const QVariantMap& platformData) {
     if (name == QLatin1String("show"))
         show(platformData);
-    else if (name == QLatin1String("toggle-recording"))
+    else if (name == QLatin1String("new-recording")) {
+        show(platformData);
+        m_actions.newRecording();
+    } else if (name == QLatin1String("toggle-recording"))
         m_actions.toggleRecording();
     else if (name == QLatin1String("quit"))
         m_actions.quit();

@@ -18,12 +18,14 @@ namespace varnet {
 struct BusActions {
     std::function<void()> show;
     std::function<void(QList<QUrl>)> importFiles; ///< addresses of files on this computer
+    std::function<void()> newRecording;           ///< does nothing while one runs
     std::function<void()> toggleRecording;
     std::function<void()> quit;
 };
 
 /// The program on the session bus: the name org.varnet.Varnet, and at /org/varnet/Varnet the interface
-/// org.freedesktop.Application with the actions "show", "toggle-recording" and "quit". Main thread.
+/// org.freedesktop.Application with the actions "show", "new-recording", which shows the window too, "toggle-recording"
+/// and "quit". Main thread.
 class ApplicationBus : public QObject, protected QDBusContext {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")

@@ -37,7 +37,7 @@ TEST(Desktop, AutostartIsWhatTheUsersEntrySays) {
     const auto program = QCoreApplication::applicationFilePath().toStdString();
     EXPECT_EQ(contentOf(entry), "[Desktop Entry]\nType=Application\nName=Zelvik\nGenericName=Meeting Recorder\n"
                                 "Comment=Record meetings and read along, on this computer alone\n"
-                                "Icon=org.varnet.Varnet\nTryExec=" +
+                                "Icon=org.varnet.Varnet\nStartupWMClass=Varnet\nTryExec=" +
                                     program + "\nExec=\"" + program + "\"\n");
 
     const struct {
