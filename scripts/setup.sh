@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # The single list of packages. `scripts/setup.sh GROUP...` installs what is missing of the named groups:
-# build, run, test, lint, bench, package. As root or with sudo, on Debian 12.
+# build, run, test, screens, lint, bench, package. As root or with sudo, on Debian 12.
 set -euo pipefail
 
 declare -A groups=(
@@ -18,6 +18,7 @@ declare -A groups=(
     [test]="libgtest-dev libgmock-dev xvfb xauth xdotool x11-utils pipewire-bin flite sox ffmpeg
         libglib2.0-bin iproute2 util-linux procps python3 python3-dbus python3-gi python3-dbusmock
         at-spi2-core python3-pyatspi"
+    [screens]="fonts-noto-cjk fonts-noto-color-emoji"
     [lint]="clang-tidy-19 clang-format-19 shellcheck python3 desktop-file-utils appstream"
     [bench]="libsoxr-dev nlohmann-json3-dev ffmpeg"
     [package]="dpkg-dev file"

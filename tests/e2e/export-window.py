@@ -1,4 +1,4 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3
 """Pictures of the window by --export-ui: their sizes, what a run says and how it ends, and that it leaves alone what it
 shows. `export-window.py BINARY`."""
 import json

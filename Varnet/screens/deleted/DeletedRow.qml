@@ -55,6 +55,7 @@ Rectangle {
             ThemedText {
                 Accessible.ignored: true
                 Layout.fillWidth: true
+                horizontalAlignment: Text.AlignLeft
                 text: root.title
                 type: Theme.emphasis
             }

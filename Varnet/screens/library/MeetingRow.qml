@@ -22,6 +22,7 @@ Column {
     required property string spoken
     property bool current: false
     property bool focused: false
+    readonly property bool narrow: width < 30 * Theme.body.lineHeight // no room for a badge beside the title
 
     signal chosen(int modifiers)
     signal menuAsked(real x, real y)
@@ -79,9 +80,10 @@ Column {
             anchors.verticalCenter: parent.verticalCenter
             spacing: 0
 
-            RowLayout {
+            GridLayout {
                 Layout.fillWidth: true
-                spacing: 4 * Theme.unit
+                columnSpacing: 4 * Theme.unit
+                rowSpacing: 0
 
                 ColumnLayout {
                     Layout.fillWidth: true
@@ -106,12 +108,16 @@ Column {
 
                 Badge {
                     Accessible.ignored: true
+                    Layout.column: root.narrow ? 0 : 1
+                    Layout.row: root.narrow ? 1 : 0
                     marked: root.badgeMarked
                     text: root.badgeText
                     tone: root.badgeTone
                 }
 
                 RowTimes {
+                    Layout.column: 2
+                    Layout.rowSpan: root.narrow ? 2 : 1
                     Layout.minimumWidth: 20 * Theme.unit
                     duration: root.duration
                     time: root.time

@@ -17,6 +17,7 @@ Item {
         id: words
 
         Accessible.ignored: true
+        horizontalAlignment: Text.AlignLeft // in every script: titles stand below each other
         text: root.title
         type: Theme.emphasis
         visible: !root.renaming
