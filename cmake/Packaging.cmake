@@ -5,6 +5,7 @@ include(GNUInstallDirs)
 # settings may name another.
 set(runtime lib/varnet/runtime)
 install(TARGETS varnet RUNTIME DESTINATION bin)
+install(TARGETS varnet_media LIBRARY DESTINATION lib/varnet)
 install(TARGETS nemo-speech RUNTIME DESTINATION ${runtime}/.runtime/source/build/metal-asr/bin)
 install(FILES config/speech.yaml DESTINATION ${runtime}/config)
 file(WRITE ${CMAKE_BINARY_DIR}/Varnet.conf "[General]\nRuntimeRoot=/usr/${runtime}\n")

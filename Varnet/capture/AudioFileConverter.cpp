@@ -2,6 +2,7 @@
 
 #include "MeetingCore/audio/DurableWAV.h"
 #include "Varnet/capture/AudioFailure.h"
+#include "Varnet/capture/MediaModule.h"
 #include "Varnet/platform/AudioFileReader.h"
 #include "Varnet/platform/MonoResampler.h"
 
@@ -251,3 +252,5 @@ void convertFile(const std::filesystem::path& source, const std::filesystem::pat
 }
 
 } // namespace varnet
+
+extern "C" [[gnu::visibility("default")]] const varnet::FileConversion varnetFileConversion = &varnet::convertFile;

@@ -11,7 +11,6 @@ ColumnLayout {
     required property WorkStatus work
 
     spacing: 0
-    visible: banner.message !== "" || banner.saveMessage !== "" || work.showing
 
     Banner {
         Layout.fillWidth: true

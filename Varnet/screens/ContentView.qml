@@ -31,12 +31,17 @@ Item {
         ColumnLayout {
             spacing: 0
 
-            Banners {
-                Layout.fillHeight: false
+            Later {
                 Layout.fillWidth: true
-                banner: root.frame.banner
-                commands: root.frame.commands
-                work: root.frame.work
+                frame: root.frame
+                part: Qt.resolvedUrl("Banners.qml")
+                properties: ({
+                    "banner": root.frame.banner,
+                    "commands": root.frame.commands,
+                    "work": root.frame.work
+                })
+                visible: wanted
+                wanted: root.frame.banner.message !== "" || root.frame.banner.saveMessage !== "" || root.frame.work.showing
             }
 
             StackLayout {
@@ -51,31 +56,46 @@ Item {
                     router: root.frame.router
                 }
 
-                DeletedScreen {
-                    commands: root.frame.commands
-                    deleted: root.frame.deleted
+                Later {
                     focus: visible
+                    frame: root.frame
+                    part: Qt.resolvedUrl("deleted/DeletedScreen.qml")
+                    properties: ({
+                        "commands": root.frame.commands,
+                        "deleted": root.frame.deleted,
+                        "focus": true
+                    })
+                    wanted: visible
                 }
 
-                MeetingScreen {
-                    commands: root.frame.commands
+                Later {
                     focus: visible
-                    page: root.frame.meetingPage
-                    playback: root.frame.playback
-                    router: root.frame.router
+                    frame: root.frame
+                    part: Qt.resolvedUrl("meeting/MeetingScreen.qml")
+                    properties: ({
+                        "commands": root.frame.commands,
+                        "focus": true,
+                        "page": root.frame.meetingPage,
+                        "playback": root.frame.playback,
+                        "router": root.frame.router
+                    })
+                    wanted: visible
                 }
             }
         }
     }
 
-    Toast {
+    Loader {
+        active: root.frame.shown
         anchors.bottom: parent.bottom
         anchors.bottomMargin: 6 * Theme.unit
         anchors.horizontalCenter: parent.horizontalCenter
         anchors.horizontalCenterOffset: sidebar.width / 2
-        toast: root.frame.toast
-        width: Math.min(implicitWidth, parent.width - sidebar.width - 12 * Theme.unit)
-        onFocusLeft: pages.children[pages.currentIndex].forceActiveFocus()
-        onUndo: root.frame.commands.undoDelete()
+        sourceComponent: Toast {
+            toast: root.frame.toast
+            width: Math.min(implicitWidth, root.width - sidebar.width - 12 * Theme.unit)
+            onFocusLeft: pages.children[pages.currentIndex].forceActiveFocus()
+            onUndo: root.frame.commands.undoDelete()
+        }
     }
 }

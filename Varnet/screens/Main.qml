@@ -55,8 +55,10 @@ ApplicationWindow {
         Component.onCompleted: setSource("welcome/OnboardingView.qml", {"frame": root.frame})
     }
 
-    Overlays {
+    Later {
         anchors.fill: parent
         frame: root.frame
+        part: Qt.resolvedUrl("Overlays.qml")
+        properties: ({ "frame": root.frame })
     }
 }

@@ -108,7 +108,12 @@ bool MainWindow::open() {
             m_playback.pause();
     });
     connect(
-        m_window, &QQuickWindow::frameSwapped, this, [] { qCInfo(startLog, "first frame"); }, Qt::SingleShotConnection);
+        m_window, &QQuickWindow::frameSwapped, this,
+        [this] {
+            qCInfo(startLog, "first frame");
+            QMetaObject::invokeMethod(this, &MainWindow::finishLoading, Qt::QueuedConnection);
+        },
+        Qt::SingleShotConnection);
     m_window->show();
     return true;
 }
@@ -150,6 +155,11 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
     }
     keepGeometry();
     return false;
+}
+
+void MainWindow::finishLoading() {
+    m_shown = true;
+    Q_EMIT shownChanged();
 }
 
 void MainWindow::followHistory() {

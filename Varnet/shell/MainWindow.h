@@ -47,6 +47,7 @@ class MainWindow : public QObject {
     Q_PROPERTY(varnet::SidebarState* sidebar READ sidebar CONSTANT)
     Q_PROPERTY(varnet::ErrorBanner* banner READ banner CONSTANT)
     Q_PROPERTY(varnet::WorkStatus* work READ work CONSTANT)
+    Q_PROPERTY(bool shown READ shown NOTIFY shownChanged)
     Q_PROPERTY(bool askingToClose READ askingToClose NOTIFY askingToCloseChanged)
     Q_PROPERTY(QString closeNotice READ closeNotice CONSTANT)
 
@@ -80,6 +81,7 @@ public:
     ErrorBanner* banner() { return &m_banner; }
     WorkStatus* work() { return &m_work; }
 
+    bool shown() const { return m_shown; } ///< the first frame is up: the rest of the window can be made
     bool askingToClose() const { return m_askingToClose; } ///< the notice about going on in the background is up
     QString closeNotice() const;
     Q_INVOKABLE void close();         ///< the notice has been read: the window goes
@@ -88,9 +90,11 @@ public:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 Q_SIGNALS:
+    void shownChanged();
     void askingToCloseChanged();
 
 private:
+    void finishLoading();
     void followHistory();
     void restoreGeometry();
     void keepGeometry();
@@ -107,6 +111,7 @@ private:
     SidebarState m_sidebar;
     ErrorBanner m_banner;
     WorkStatus m_work;
+    bool m_shown = false;
     bool m_askingToClose = false;
     QQuickWindow* m_window = nullptr;
     std::unique_ptr<QQmlApplicationEngine> m_engine; ///< last: its objects look at the others
