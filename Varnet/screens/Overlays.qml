@@ -13,6 +13,12 @@ Item {
         visible: root.frame.router.historyOpen
     }
 
+    SettingsDialog {
+        commands: root.frame.commands
+        settings: root.frame.settings
+        visible: root.frame.router.settingsOpen
+    }
+
     Loader {
         active: root.frame.router.exporting
         sourceComponent: ExportDialog {

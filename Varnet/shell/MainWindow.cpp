@@ -54,6 +54,7 @@ MainWindow::MainWindow(VarnetApp& app, std::unique_ptr<QQmlApplicationEngine> sc
       m_history(app.store()),
       m_toast(app.store()),
       m_sidebar(app.store(), app.engines(), m_clock),
+      m_settings(app.store(), app.engines(), app.settings(), app.onboarding()),
       m_banner(app.store()),
       m_work(app.store(), app.commands()),
       m_engine(screens ? std::move(screens) : loadScreens()) {

@@ -7,6 +7,7 @@
 #include "Varnet/models/MeetingPage.h"
 #include "Varnet/models/Onboarding.h"
 #include "Varnet/models/RecordingClock.h"
+#include "Varnet/models/SettingsState.h"
 #include "Varnet/models/SidebarState.h"
 #include "Varnet/models/UndoToast.h"
 #include "Varnet/models/VersionHistory.h"
@@ -45,6 +46,7 @@ class MainWindow : public QObject {
     Q_PROPERTY(varnet::VersionHistory* history READ history CONSTANT)
     Q_PROPERTY(varnet::UndoToast* toast READ toast CONSTANT)
     Q_PROPERTY(varnet::SidebarState* sidebar READ sidebar CONSTANT)
+    Q_PROPERTY(varnet::SettingsState* settings READ settings CONSTANT)
     Q_PROPERTY(varnet::ErrorBanner* banner READ banner CONSTANT)
     Q_PROPERTY(varnet::WorkStatus* work READ work CONSTANT)
     Q_PROPERTY(bool shown READ shown NOTIFY shownChanged)
@@ -78,6 +80,7 @@ public:
     VersionHistory* history() { return &m_history; }
     UndoToast* toast() { return &m_toast; }
     SidebarState* sidebar() { return &m_sidebar; }
+    SettingsState* settings() { return &m_settings; }
     ErrorBanner* banner() { return &m_banner; }
     WorkStatus* work() { return &m_work; }
 
@@ -109,6 +112,7 @@ private:
     VersionHistory m_history;
     UndoToast m_toast;
     SidebarState m_sidebar;
+    SettingsState m_settings;
     ErrorBanner m_banner;
     WorkStatus m_work;
     bool m_shown = false;

@@ -62,6 +62,7 @@ std::vector<std::string> repairAudio(const Meeting& meeting, const fs::path& fol
 
 MeetingStore::MeetingStore(const std::optional<fs::path>& storageRoot, StoreParts parts)
     : m_parts(std::move(parts)),
+      m_storageRoot(storageRoot ? *storageRoot : Paths::applicationSupport() / "Varnet" / "meetings"),
       m_http(std::make_shared<LoopbackHTTP>()),
       m_levels(std::make_unique<CaptureLevels>()),
       m_tasks(std::make_unique<TaskScope>("MeetingStore")) {
@@ -71,7 +72,7 @@ MeetingStore::MeetingStore(const std::optional<fs::path>& storageRoot, StorePart
         m_parts.makeLiveSpeech = [](const QUrl& url) { return LiveSpeech::make(url); };
     if (!m_parts.inhibitSleep)
         m_parts.inhibitSleep = SleepInhibitor::take;
-    open(storageRoot);
+    open();
     if (!m_meetings.empty())
         setSelectedID(m_meetings.front().id);
 }
@@ -84,9 +85,9 @@ MeetingStore::~MeetingStore() {
     closeLive();
 }
 
-void MeetingStore::open(const std::optional<fs::path>& storageRoot) {
+void MeetingStore::open() {
     try {
-        m_repository.emplace(storageRoot ? *storageRoot : Paths::applicationSupport() / "Varnet" / "meetings");
+        m_repository.emplace(m_storageRoot);
         auto loaded = m_parts.load ? m_parts.load() : m_repository->loadRecovering();
         m_meetings = std::move(loaded.meetings);
         if (!loaded.unreadable.empty())

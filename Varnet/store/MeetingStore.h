@@ -116,7 +116,8 @@ public:
     /// The meeting with that id, or null. Valid until the store is next called or control returns to the event loop.
     const Meeting* meeting(const Uuid& id) const;
     const Meeting* selected() const;
-    const DeletedMeeting* deletedMeeting(const Uuid& id) const; ///< the same for the deleted ones
+    const DeletedMeeting* deletedMeeting(const Uuid& id) const;                ///< the same for the deleted ones
+    const std::filesystem::path& storageRoot() const { return m_storageRoot; } ///< also when it could not be opened
     /// Files of a recording are open: from a start on, before `recording`, until a stop has closed them.
     bool capturing() const { return m_recorder || m_systemRecorder; }
     bool writable() const { return m_repository && m_parts.writable; } ///< meetings can be made and changed
@@ -277,7 +278,7 @@ private:
     template <class Change>
     void update(Uuid id, Change change);
     Meeting* find(const Uuid& id);
-    void open(const std::optional<std::filesystem::path>& storageRoot);
+    void open();
     void recoverInterrupted();
     const Meeting* meetingFrom(const MeetingSource& source) const;
     void takeOut(const std::set<Uuid>& moved, Date deletedAt);
@@ -324,6 +325,7 @@ private:
 
     StoreParts m_parts;
     CalendarLookup m_calendarLookup;
+    std::filesystem::path m_storageRoot;
     std::optional<MeetingRepository> m_repository; ///< absent when storage could not be opened
 
     CaptureMode m_captureMode = CaptureMode::meeting;
