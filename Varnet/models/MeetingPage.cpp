@@ -139,7 +139,14 @@ QString MeetingPage::emptyText() const {
             return tr("Converting the audio. %1 %").arg(static_cast<int>(*work->converted * 100));
         return tr("Transcribing. This takes about a minute for ten minutes of audio.");
     }
+    if (importFailed())
+        return tr("The audio file could not be imported. The file itself was not changed.");
     return tr("This meeting has no transcript.");
+}
+
+bool MeetingPage::importFailed() const {
+    const auto* meeting = m_store.selected();
+    return meeting && meeting->status == MeetingStatus::importNeedsAttention && !m_store.audioURL(*meeting);
 }
 
 QString MeetingPage::importedText() const {

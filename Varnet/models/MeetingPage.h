@@ -34,6 +34,7 @@ class MeetingPage : public QObject {
     Q_PROPERTY(bool badgeMarked READ badgeMarked NOTIFY changed)
     Q_PROPERTY(bool live READ live NOTIFY changed)
     Q_PROPERTY(QString emptyText READ emptyText NOTIFY changed)
+    Q_PROPERTY(bool importFailed READ importFailed NOTIFY changed)
     Q_PROPERTY(QString importedText READ importedText NOTIFY changed)
     Q_PROPERTY(QString notes READ notes NOTIFY notesReplaced)
     Q_PROPERTY(QString clock READ clock NOTIFY clockChanged)
@@ -61,6 +62,7 @@ public:
     bool badgeMarked() const;
     bool live() const;            ///< the selected meeting is the one being recorded, or shown as if it were
     QString emptyText() const;    ///< what stands in place of turns while there are none
+    bool importFailed() const;    ///< nothing came of an audio file: it is to be picked again
     QString importedText() const; ///< what an import brought along; empty if nothing
     QString notes() const;        ///< the user's own, as stored
     QString clock() const;        ///< the running time; empty unless live

@@ -68,6 +68,10 @@ MainWindow::MainWindow(VarnetApp& app, std::unique_ptr<QQmlApplicationEngine> sc
         m_app.router().setHistoryOpen(false);
         m_app.router().setExporting(false);
     });
+    connect(&app.onboarding(), &Onboarding::doneChanged, this, [this] {
+        if (m_app.onboarding().showing()) // in place of the player
+            m_playback.pause();
+    });
     connect(&app.commands(), &AppCommands::windowWanted, this, &MainWindow::show);
     connect(&app.delegate(), &MeetingAppDelegate::closing, &app.commands(), &AppCommands::aboutToAct);
     connect(&app.commands(), &AppCommands::aboutToAct, &m_meetingPage, &MeetingPage::handIn);

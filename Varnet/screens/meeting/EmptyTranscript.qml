@@ -25,4 +25,12 @@ Column {
         visible: root.commands.transcribeAgainEnabled
         onClicked: root.commands.askToTranscribeAgain()
     }
+
+    PlainButton {
+        anchors.horizontalCenter: parent.horizontalCenter
+        enabled: root.commands.importEnabled
+        text: qsTr("Import Audio…")
+        visible: root.page.importFailed
+        onClicked: root.commands.importAudio()
+    }
 }

@@ -58,7 +58,7 @@ TEST_F(SettingsStates, WhatCannotBeDoneIsSaidAndChangesNothing) {
 
     std::filesystem::remove_all(store().storageRoot());
     state.showMeetings();
-    EXPECT_TRUE(eventually([&] { return state.problem().contains("could not be read"); }));
+    EXPECT_TRUE(eventually([&] { return state.problem().contains("could not be found"); }));
 }
 
 TEST_F(SettingsStates, OnlyACrashOfTheFastModeCanBeTriedAgain) {

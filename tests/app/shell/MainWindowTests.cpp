@@ -256,4 +256,27 @@ TEST_F(Window, AQuoteLeadsToItsTurnAndBackByTheKeyboard) {
     EXPECT_EQ(focused()->text(QAccessible::Name), "Quote, Mara, 00:03: “hello”") << "the place in the draft is kept";
 }
 
+TEST_F(Window, SettingsAreChosenByTheKeyboardAndGiveTheFocusBack) {
+    open(AppRouter::Page::library);
+    const auto* before = frame->window()->activeFocusItem();
+    const auto focused = [&] { return QAccessible::queryAccessibleInterface(frame->window()->activeFocusItem()); };
+    press(Qt::Key_Comma, Qt::ControlModifier);
+    EXPECT_EQ(focused()->text(QAccessible::Name), "General");
+    press(Qt::Key_Right);
+    EXPECT_EQ(focused()->role(), QAccessible::PageTab);
+    EXPECT_TRUE(focused()->state().selected);
+    for (int tab = 0; tab < 6 && focused()->role() != QAccessible::ComboBox; ++tab)
+        press(Qt::Key_Tab);
+    EXPECT_EQ(focused()->text(QAccessible::Name), "Record");
+    press(Qt::Key_Down);
+    EXPECT_EQ(app->store().captureMode(), CaptureMode::microphone);
+    EXPECT_TRUE(focused()->text(QAccessible::Description).contains("Microphone only"));
+    press(Qt::Key_Tab, Qt::ControlModifier | Qt::ShiftModifier);
+    press(Qt::Key_Tab, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(focused()->text(QAccessible::Name), "Storage") << "round the end";
+    press(Qt::Key_Escape);
+    EXPECT_FALSE(app->router().settingsOpen());
+    EXPECT_EQ(frame->window()->activeFocusItem(), before);
+}
+
 } // namespace varnet::test
