@@ -130,7 +130,8 @@ void MainWindow::show() {
         m_window->showNormal();
     else
         m_window->show();
-    m_window->raise();
+    if (!m_window->isActive())
+        m_window->raise();
     m_window->requestActivate();
 }
 

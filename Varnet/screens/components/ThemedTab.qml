@@ -6,7 +6,10 @@ import Varnet
 TabButton {
     id: root
 
+    Accessible.name: text
     Accessible.onPressAction: TabBar.tabBar.setCurrentIndex(TabBar.index)
+    Accessible.selectable: true
+    Accessible.selected: checked
     bottomPadding: 1.5 * Theme.unit
     leftPadding: 3 * Theme.unit
     rightPadding: 3 * Theme.unit
