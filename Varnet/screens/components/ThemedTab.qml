@@ -15,6 +15,8 @@ TabButton {
     rightPadding: 3 * Theme.unit
     topPadding: 1.5 * Theme.unit
     width: implicitWidth
+    // The bar's own list moves the focus without saying that it was by a key.
+    onActiveFocusChanged: if (activeFocus && focusReason === Qt.OtherFocusReason) focusReason = Qt.TabFocusReason
 
     background: Rectangle {
         color: root.hovered && !root.checked ? Theme.raised : "transparent"

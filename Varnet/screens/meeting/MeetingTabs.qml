@@ -13,7 +13,6 @@ TabBar {
     function stepFocused(by) {
         step(by)
         currentItem.forceActiveFocus(Qt.TabFocusReason)
-        currentItem.focusReason = Qt.TabFocusReason // the bar may have moved the focus already
     }
 
     Accessible.name: qsTr("Transcript or notes")

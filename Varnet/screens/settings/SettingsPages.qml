@@ -13,7 +13,6 @@ FocusScope {
     function step(by) {
         tabs.currentIndex = (tabs.currentIndex + by + tabs.count) % tabs.count
         tabs.currentItem.forceActiveFocus(Qt.TabFocusReason)
-        tabs.currentItem.focusReason = Qt.TabFocusReason // the bar may have moved the focus already
     }
 
     Component.onCompleted: Qt.callLater(step, 0)
