@@ -7,6 +7,7 @@
 #include "Varnet/shell/StorageLock.h"
 #include "Varnet/shell/TerminationSignals.h"
 #include "Varnet/shell/Translations.h"
+#include "Varnet/shell/Tray.h"
 #include "Varnet/shell/VarnetApp.h"
 #include "Varnet/shell/WindowExport.h"
 
@@ -74,7 +75,15 @@ int run(const CommandLine& commandLine, StorageLock* lock, std::function<LoadedM
     WindowExport windowExport(app, window);
     windowExport.exportWindowIfRequested();
 
-    ApplicationBus bus({.show = [&window] { window.show(); },
+    std::unique_ptr<Tray> tray;
+    if (!commandLine.exportsWindow)
+        QObject::connect(&window, &MainWindow::shownChanged, &app, [&] {
+            tray = std::make_unique<Tray>(app, window.clock());
+            QObject::connect(tray.get(), &Tray::windowWanted, &window, &MainWindow::show);
+            QObject::connect(tray.get(), &Tray::presentChanged, &window, [&] { window.setInTray(tray->present()); });
+        });
+
+    ApplicationBus bus({.show = [&window](const QString& token) { window.show(token); },
                         .importFiles = [&app](const QList<QUrl>& addresses) { app.commands().importFiles(addresses); },
                         .newRecording = [&app] { app.commands().newRecording(); },
                         .toggleRecording = [&app] { app.commands().toggleRecording(); },

@@ -38,6 +38,7 @@ file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/icons)
 add_custom_target(icons ALL DEPENDS ${pictures})
 install(FILES ${drawing}.svg DESTINATION share/icons/hicolor/scalable/apps)
 install(FILES ${drawing}-symbolic.svg DESTINATION share/icons/hicolor/symbolic/apps)
+install(DIRECTORY packaging/tray/ DESTINATION share/icons/hicolor/symbolic/apps)
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME varnet)

@@ -17,9 +17,7 @@ Item {
 
             Layout.fillHeight: true
             Layout.preferredWidth: implicitWidth
-            commands: root.frame.commands
-            router: root.frame.router
-            sidebar: root.frame.sidebar
+            frame: root.frame
         }
 
         Rectangle {

@@ -13,48 +13,53 @@ Item {
     Shortcut {
         context: Qt.ApplicationShortcut
         enabled: root.commands.recordEnabled
-        sequence: "Ctrl+N"
+        sequence: ShortcutKeys.record
         onActivated: root.commands.toggleRecording()
     }
 
     Shortcut {
         enabled: root.commands.importEnabled
-        sequences: [StandardKey.Open]
+        sequence: ShortcutKeys.importAudio
         onActivated: root.commands.importAudio()
     }
 
     Shortcut {
         context: Qt.ApplicationShortcut
-        sequence: "Ctrl+1"
+        sequence: ShortcutKeys.allMeetings
         onActivated: root.commands.showLibrary()
     }
 
     Shortcut {
         context: Qt.ApplicationShortcut
-        sequence: "Ctrl+2"
+        sequence: ShortcutKeys.recentlyDeleted
         onActivated: root.commands.showDeleted()
     }
 
     Shortcut {
-        sequence: "Ctrl+,"
+        sequence: ShortcutKeys.settings
         onActivated: root.commands.showSettings()
     }
 
     Shortcut {
+        sequence: ShortcutKeys.closeWindow
+        onActivated: root.Window.window.close()
+    }
+
+    Shortcut {
         enabled: root.router.showingMeeting
-        sequence: "Ctrl+Shift+H"
+        sequence: ShortcutKeys.history
         onActivated: root.commands.openHistory()
     }
 
     Shortcut {
         enabled: root.commands.canUndo
-        sequences: [StandardKey.Undo]
+        sequence: ShortcutKeys.undo
         onActivated: root.commands.undo()
     }
 
     Shortcut {
         enabled: root.commands.canRedo
-        sequences: [StandardKey.Redo]
+        sequence: ShortcutKeys.redo
         onActivated: root.commands.redo()
     }
 
@@ -66,12 +71,12 @@ Item {
 
     Shortcut {
         context: Qt.ApplicationShortcut
-        sequences: [StandardKey.Quit]
+        sequence: ShortcutKeys.quit
         onActivated: root.delegate.quit()
     }
 
     Shortcut {
-        sequences: [StandardKey.Find]
+        sequence: ShortcutKeys.find
         onActivated: root.commands.searchLibrary()
     }
 }

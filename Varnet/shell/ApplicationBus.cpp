@@ -109,11 +109,9 @@ void ApplicationBus::ActivateAction(const QString& name, const QVariantList&, co
 }
 
 void ApplicationBus::show(const QVariantMap& platformData) {
-    // The windowing system lets a program come to the front only with the token of who asked for it.
     const auto token = platformData.value(QStringLiteral("activation-token")).toString();
-    if (!token.isEmpty())
-        qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8());
-    m_actions.show();
+    // Older desktops give the same thing by this name only.
+    m_actions.show(token.isEmpty() ? platformData.value(QStringLiteral("desktop-startup-id")).toString() : token);
 }
 
 } // namespace varnet

@@ -16,7 +16,7 @@ namespace varnet {
 
 /// What others may ask of the program over the session bus.
 struct BusActions {
-    std::function<void()> show;
+    std::function<void(QString token)> show;      ///< with the leave to come to the front; empty where none was given
     std::function<void(QList<QUrl>)> importFiles; ///< addresses of files on this computer
     std::function<void()> newRecording;           ///< does nothing while one runs
     std::function<void()> toggleRecording;

@@ -72,7 +72,7 @@ MainWindow::MainWindow(VarnetApp& app, std::unique_ptr<QQmlApplicationEngine> sc
         if (m_app.onboarding().showing()) // in place of the player
             m_playback.pause();
     });
-    connect(&app.commands(), &AppCommands::windowWanted, this, &MainWindow::show);
+    connect(&app.commands(), &AppCommands::windowWanted, this, [this] { show(); });
     connect(&app.delegate(), &MeetingAppDelegate::closing, &app.commands(), &AppCommands::aboutToAct);
     connect(&app.commands(), &AppCommands::aboutToAct, &m_meetingPage, &MeetingPage::handIn);
 }
@@ -123,9 +123,12 @@ bool MainWindow::open() {
     return true;
 }
 
-void MainWindow::show() {
+void MainWindow::show(const QString& token) {
     if (!m_window)
         return;
+    // The windowing system lets a program come to the front only with the token of who asked for it.
+    if (!token.isEmpty())
+        qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8());
     if (m_window->windowState() == Qt::WindowMinimized)
         m_window->showNormal();
     else
@@ -135,10 +138,20 @@ void MainWindow::show() {
     m_window->requestActivate();
 }
 
+void MainWindow::setInTray(bool inTray) {
+    if (std::exchange(m_inTray, inTray) != inTray)
+        Q_EMIT closeNoticeChanged();
+}
+
 QString MainWindow::closeNotice() const {
-    return tr("Recordings and the engines go on while the window is closed. Start %1 again to bring the window back; "
-              "Ctrl+Q quits. This is said only once.")
-        .arg(QGuiApplication::applicationDisplayName());
+    const auto name = QGuiApplication::applicationDisplayName();
+    return m_inTray
+               ? tr("Recordings and the engines go on while the window is closed. “Open %1” in the tray brings the "
+                    "window back; Ctrl+Q quits. This is said only once.")
+                     .arg(name)
+               : tr("Recordings and the engines go on while the window is closed. Start %1 again to bring the "
+                    "window back; Ctrl+Q quits. This is said only once.")
+                     .arg(name);
 }
 
 void MainWindow::close() {

@@ -51,7 +51,7 @@ class MainWindow : public QObject {
     Q_PROPERTY(varnet::WorkStatus* work READ work CONSTANT)
     Q_PROPERTY(bool shown READ shown NOTIFY shownChanged)
     Q_PROPERTY(bool askingToClose READ askingToClose NOTIFY askingToCloseChanged)
-    Q_PROPERTY(QString closeNotice READ closeNotice CONSTANT)
+    Q_PROPERTY(QString closeNotice READ closeNotice NOTIFY closeNoticeChanged)
 
 public:
     /// An engine that knows the screens. It takes a while and needs nothing but the application object, so it can be
@@ -64,10 +64,15 @@ public:
     /// Loads the window at its last place and size. False when the screens could not be loaded; the log says why.
     bool open();
 
-    /// Brings the window up and forward.
-    void show();
+    /// Brings the window up and forward. `token` is the leave to come to the front (xdg-activation token or startup
+    /// id) of who asked for it; empty where there is none.
+    void show(const QString& token = {});
+
+    /// The program has an item in the tray, which the notice about going on in the background names.
+    void setInTray(bool inTray);
 
     QQuickWindow* window() const { return m_window; }
+    const RecordingClock& clock() const { return m_clock; }
 
     AppCommands* commands() const;
     AppRouter* router() const;
@@ -95,6 +100,7 @@ public:
 Q_SIGNALS:
     void shownChanged();
     void askingToCloseChanged();
+    void closeNoticeChanged();
 
 private:
     void finishLoading();
@@ -117,6 +123,7 @@ private:
     WorkStatus m_work;
     bool m_shown = false;
     bool m_askingToClose = false;
+    bool m_inTray = false;
     QQuickWindow* m_window = nullptr;
     std::unique_ptr<QQmlApplicationEngine> m_engine; ///< last: its objects look at the others
 };

@@ -17,7 +17,7 @@ Row {
         id: writing
 
         enabled: root.visible && root.commands.writeNotesEnabled
-        shortcut: "Ctrl+Shift+N"
+        shortcut: ShortcutKeys.writeNotes
         text: root.draft.writeTitle
         onTriggered: root.commands.writeNotes()
     }
@@ -25,7 +25,8 @@ Row {
     Action {
         id: exporting
 
-        shortcut: "Ctrl+Shift+E"
+        enabled: root.visible
+        shortcut: ShortcutKeys.exportMeeting
         text: qsTr("Export…")
         onTriggered: root.router.exporting = true
     }
@@ -86,15 +87,15 @@ Row {
 
             ThemedMenuItem {
                 action: writing
-                keys: "Ctrl+Shift+N"
+                keys: ShortcutKeys.writeNotes
             }
             ThemedMenuItem {
                 action: exporting
-                keys: "Ctrl+Shift+E"
+                keys: ShortcutKeys.exportMeeting
             }
             ThemedMenuItem {
                 action: history
-                keys: "Ctrl+Shift+H"
+                keys: ShortcutKeys.history
             }
             ThemedMenuItem {
                 action: transcribing

@@ -1,86 +1,130 @@
 import QtQuick
+import QtQuick.Controls.Basic
 import QtQuick.Layouts
 import Varnet
 
-// What there is and what can be begun.
+// What there is and what can be begun. It scrolls where large words leave too little room.
 Rectangle {
     id: root
 
-    required property AppCommands commands
-    required property AppRouter router
-    required property SidebarState sidebar
+    required property MainWindow frame
+    readonly property AppCommands commands: frame.commands
 
     color: Theme.window
     implicitWidth: 12 * Theme.body.lineHeight // 240; wider with larger words
 
-    ColumnLayout {
+    Flickable {
+        id: view
+
+        // Brings what has the keyboard's focus into view.
+        function follow(item) {
+            if (!item || item.parent !== content)
+                return
+            contentY = Math.max(Math.min(contentY, item.y), item.y + item.height + 6 * Theme.unit - height)
+        }
+
         anchors.fill: parent
-        anchors.margins: 3 * Theme.unit
-        spacing: Theme.unit
+        boundsBehavior: Flickable.StopAtBounds
+        clip: true
+        contentHeight: content.height + 6 * Theme.unit
+        contentWidth: width
+        interactive: contentHeight > height
 
-        RowLayout {
-            Layout.bottomMargin: 4 * Theme.unit
-            Layout.leftMargin: Theme.unit
-            Layout.topMargin: 2 * Theme.unit
-            spacing: 2 * Theme.unit
+        ScrollBar.vertical: ScrollBar {}
 
-            BrandMark {}
-
-            ThemedText {
-                text: Qt.application.displayName
-                type: Theme.heading
+        Connections {
+            function onActiveFocusItemChanged() {
+                view.follow(root.Window.window.activeFocusItem)
             }
+
+            target: root.Window.window
         }
 
-        PrimaryButton {
-            Layout.bottomMargin: 3 * Theme.unit
-            Layout.fillWidth: true
-            detail: root.sidebar.elapsed
-            enabled: root.commands.recordEnabled
-            ground: root.commands.stops ? Theme.rec : Theme.accent
-            ink: root.commands.stops ? Theme.onRec : Theme.onAccent
-            symbol: root.commands.stops ? "stop" : "record"
-            text: root.commands.recordTitle
-            onClicked: root.commands.toggleRecording()
-        }
+        ColumnLayout {
+            id: content
 
-        SidebarItem {
-            Layout.fillWidth: true
-            current: root.router.showingLibrary
-            detail: root.sidebar.meetingCount
-            symbol: "meetings"
-            text: qsTr("All Meetings")
-            onClicked: root.commands.showLibrary()
-        }
+            height: Math.max(implicitHeight, view.height - 6 * Theme.unit)
+            spacing: Theme.unit
+            width: view.width - 6 * Theme.unit
+            x: 3 * Theme.unit
+            y: 3 * Theme.unit
 
-        SidebarItem {
-            Layout.fillWidth: true
-            current: root.router.showingDeleted
-            detail: root.sidebar.deletedCount
-            symbol: "deleted"
-            text: qsTr("Recently Deleted")
-            onClicked: root.commands.showDeleted()
-        }
+            RowLayout {
+                Layout.bottomMargin: 4 * Theme.unit
+                Layout.leftMargin: Theme.unit
+                Layout.topMargin: 2 * Theme.unit
+                spacing: 2 * Theme.unit
 
-        Item {
-            Layout.fillHeight: true
-        }
+                BrandMark {}
 
-        EngineLine {
-            Layout.fillWidth: true
-            Layout.leftMargin: Theme.unit
-            Layout.rightMargin: Theme.unit
-            engine: root.sidebar.speech
-            name: qsTr("Speech engine")
-        }
+                ThemedText {
+                    Layout.fillWidth: true
+                    text: Qt.application.displayName
+                    type: Theme.heading
+                }
 
-        EngineLine {
-            Layout.bottomMargin: Theme.unit
-            Layout.fillWidth: true
-            Layout.leftMargin: Theme.unit
-            Layout.rightMargin: Theme.unit
-            engine: root.sidebar.notes
-            name: qsTr("Notes engine")
+                MainMenuButton {
+                    frame: root.frame
+                }
+            }
+
+            PrimaryButton {
+                Layout.bottomMargin: 3 * Theme.unit
+                Layout.fillWidth: true
+                detail: root.frame.sidebar.elapsed
+                enabled: root.commands.recordEnabled
+                ground: root.commands.stops ? Theme.rec : Theme.accent
+                ink: root.commands.stops ? Theme.onRec : Theme.onAccent
+                symbol: root.commands.stops ? "stop" : "record"
+                text: root.commands.recordTitle
+                onClicked: root.commands.toggleRecording()
+            }
+
+            SidebarItem {
+                Layout.fillWidth: true
+                current: root.frame.router.showingLibrary
+                detail: root.frame.sidebar.meetingCount
+                symbol: "meetings"
+                text: qsTr("All Meetings")
+                onClicked: root.commands.showLibrary()
+            }
+
+            SidebarItem {
+                Layout.fillWidth: true
+                current: root.frame.router.showingDeleted
+                detail: root.frame.sidebar.deletedCount
+                symbol: "deleted"
+                text: qsTr("Recently Deleted")
+                onClicked: root.commands.showDeleted()
+            }
+
+            Item {
+                Layout.fillHeight: true
+            }
+
+            EngineLine {
+                Layout.fillWidth: true
+                Layout.leftMargin: Theme.unit
+                Layout.rightMargin: Theme.unit
+                engine: root.frame.sidebar.speech
+                name: qsTr("Speech engine")
+            }
+
+            EngineLine {
+                Layout.fillWidth: true
+                Layout.leftMargin: Theme.unit
+                Layout.rightMargin: Theme.unit
+                engine: root.frame.sidebar.notes
+                name: qsTr("Notes engine")
+            }
+
+            SidebarItem {
+                Layout.fillWidth: true
+                Layout.topMargin: 2 * Theme.unit
+                symbol: "settings"
+                text: qsTr("Settings")
+                onClicked: root.commands.showSettings()
+            }
         }
     }
 }

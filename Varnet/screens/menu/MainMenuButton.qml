@@ -1,0 +1,36 @@
+import QtQuick
+import Varnet
+
+// Opens the main menu, as F10 does.
+IconButton {
+    id: root
+
+    required property MainWindow frame
+
+    function show() {
+        menu.popup(root, 0, height)
+        menu.currentIndex = 0
+    }
+
+    Accessible.role: Accessible.ButtonMenu
+    symbol: "menu"
+    text: qsTr("Main menu")
+    onClicked: show()
+
+    Shortcut {
+        sequence: ShortcutKeys.menu
+        onActivated: root.show()
+    }
+
+    MainMenu {
+        id: menu
+
+        frame: root.frame
+        onClosed: root.forceActiveFocus(Qt.PopupFocusReason)
+        onKeysWanted: keys.open()
+    }
+
+    KeysDialog {
+        id: keys
+    }
+}
