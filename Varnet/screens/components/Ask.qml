@@ -25,6 +25,8 @@ ThemedDialog {
         Component.onCompleted: (root.grave ? firstButton : secondButton).forceActiveFocus(Qt.TabFocusReason)
 
         ThemedText {
+            Accessible.name: text
+            Accessible.role: Accessible.StaticText
             Layout.fillWidth: true
             Layout.leftMargin: 6 * Theme.unit
             Layout.rightMargin: 6 * Theme.unit

@@ -12,7 +12,7 @@ ReadingList {
 
     Keys.onPressed: event => event.accepted = root.stepped(event.key)
 
-    ScrollBar.vertical: ScrollBar {}
+    ScrollBar.vertical: ThemedScrollBar {}
     delegate: Item {
         id: row
 

@@ -18,6 +18,7 @@ IconButton {
     onClicked: show()
 
     Shortcut {
+        enabled: root.visible
         sequence: ShortcutKeys.menu
         onActivated: root.show()
     }

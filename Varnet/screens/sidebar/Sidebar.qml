@@ -30,7 +30,7 @@ Rectangle {
         contentWidth: width
         interactive: contentHeight > height
 
-        ScrollBar.vertical: ScrollBar {}
+        ScrollBar.vertical: ThemedScrollBar {}
 
         Connections {
             function onActiveFocusItemChanged() {
