@@ -15,6 +15,7 @@ if(NOT VARNET_CORE_ONLY)
     pkg_check_modules(PIPEWIRE REQUIRED IMPORTED_TARGET libpipewire-0.3)
     pkg_check_modules(FFMPEG REQUIRED IMPORTED_TARGET libavformat libavcodec libswresample libavutil)
     pkg_check_modules(SOUNDTOUCH REQUIRED IMPORTED_TARGET soundtouch)
+    pkg_check_modules(XCB REQUIRED IMPORTED_TARGET xcb)
     pkg_check_modules(POCKETSPHINX REQUIRED IMPORTED_TARGET pocketsphinx sphinxbase)
     qt_standard_project_setup()
     # moc of Qt 6.4 cannot read libstdc++'s <concepts>, which <compare> includes.

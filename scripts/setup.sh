@@ -8,7 +8,7 @@ declare -A groups=(
         qt6-base-dev qt6-base-dev-tools qt6-declarative-dev qt6-declarative-dev-tools qt6-websockets-dev
         qt6-svg-dev qt6-tools-dev qt6-l10n-tools librsvg2-bin qcoro-qt6-dev libgl-dev libegl-dev
         libpipewire-0.3-dev libspa-0.2-dev libavformat-dev libavcodec-dev libswresample-dev libavutil-dev
-        libsoundtouch-dev
+        libsoundtouch-dev libxcb1-dev
         libicu-dev libssl-dev libsimdjson-dev libpocketsphinx-dev libsphinxbase-dev"
     [run]="qml6-module-qtquick qml6-module-qtquick-controls qml6-module-qtquick-layouts
         qml6-module-qtquick-window qml6-module-qtquick-templates qml6-module-qtqml qml6-module-qtqml-models

@@ -1,5 +1,6 @@
 #include "Varnet/shell/MainWindow.h"
 
+#include "Varnet/platform/WindowActivation.h"
 #include "Varnet/shell/VarnetApp.h"
 
 #include <QEvent>
@@ -124,18 +125,8 @@ bool MainWindow::open() {
 }
 
 void MainWindow::show(const QString& token) {
-    if (!m_window)
-        return;
-    // The windowing system lets a program come to the front only with the token of who asked for it.
-    if (!token.isEmpty())
-        qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8());
-    if (m_window->windowState() == Qt::WindowMinimized)
-        m_window->showNormal();
-    else
-        m_window->show();
-    if (!m_window->isActive())
-        m_window->raise();
-    m_window->requestActivate();
+    if (m_window)
+        bringForward(*m_window, token);
 }
 
 void MainWindow::setInTray(bool inTray) {
