@@ -10,16 +10,32 @@ Loader {
     required property url part // its file
     property var properties: ({})
     property bool wanted: false
+    property bool complete: false // before, neither `properties` nor whether it is visible is settled
 
     function load() {
-        if (source.toString() === "")
+        if (complete && source.toString() === "")
             setSource(part, properties)
     }
 
-    asynchronous: !wanted
+    // One that is being loaded begins anew: hurrying it on would lose its properties.
+    function loadAtOnce() {
+        if (!complete || status === Loader.Ready)
+            return
+        source = ""
+        asynchronous = false
+        load()
+    }
 
-    Component.onCompleted: if (wanted || frame.shown) load()
-    onWantedChanged: if (wanted) load()
+    asynchronous: true
+
+    Component.onCompleted: {
+        complete = true
+        if (wanted)
+            loadAtOnce()
+        else if (frame.shown)
+            load()
+    }
+    onWantedChanged: if (wanted) loadAtOnce()
 
     Connections {
         function onShownChanged() {
