@@ -261,7 +261,7 @@ TEST_F(Window, SettingsAreChosenByTheKeyboardAndGiveTheFocusBack) {
     const auto* before = frame->window()->activeFocusItem();
     const auto focused = [&] { return QAccessible::queryAccessibleInterface(frame->window()->activeFocusItem()); };
     press(Qt::Key_Comma, Qt::ControlModifier);
-    ASSERT_TRUE(eventually([&] { return focused()->text(QAccessible::Name) == "General"; }));
+    ASSERT_TRUE(eventually([&] { return focused() && focused()->text(QAccessible::Name) == "General"; }));
     press(Qt::Key_Right);
     EXPECT_EQ(focused()->role(), QAccessible::PageTab);
     EXPECT_TRUE(focused()->state().selected);
