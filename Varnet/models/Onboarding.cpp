@@ -2,6 +2,8 @@
 
 #include "Varnet/platform/Settings.h"
 
+#include <QDir>
+
 #include <algorithm>
 
 namespace varnet {
@@ -13,14 +15,21 @@ constexpr auto stepKey = "OnboardingStep";
 
 constexpr int lastStep = static_cast<int>(Onboarding::Step::engines);
 
+QString written(const std::filesystem::path& folder) {
+    const auto path = QString::fromStdString(folder.string());
+    const auto home = QDir::homePath() + u'/';
+    return path.startsWith(home) ? QStringLiteral("~/") + path.sliced(home.size()) : path;
+}
+
 } // namespace
 
-Onboarding::Onboarding(Settings& settings, bool wanted, QObject* parent)
+Onboarding::Onboarding(Settings& settings, bool wanted, const std::filesystem::path& folder, QObject* parent)
     : QObject(parent),
       m_settings(settings),
       m_wanted(wanted),
       m_done(settings.flag(doneKey).value_or(false)),
-      m_step(std::clamp(settings.number(stepKey).value_or(0), 0, lastStep)) {}
+      m_step(std::clamp(settings.number(stepKey).value_or(0), 0, lastStep)),
+      m_folder(written(folder)) {}
 
 void Onboarding::setDone(bool done) {
     if (done == m_done)

@@ -3,6 +3,8 @@
 #include <QObject>
 #include <QtQml/qqmlregistration.h>
 
+#include <filesystem>
+
 namespace varnet {
 
 class Settings;
@@ -20,14 +22,16 @@ class Onboarding : public QObject {
     Q_PROPERTY(bool first READ first NOTIFY stepChanged)
     Q_PROPERTY(bool last READ last NOTIFY stepChanged)
     Q_PROPERTY(QString progress READ progress NOTIFY stepChanged)
+    Q_PROPERTY(QString folder READ folder CONSTANT)
 
 public:
     /// What the flow shows, in this order.
     enum class Step { about, microphone, meetingAudio, engines };
     Q_ENUM(Step)
 
-    /// `wanted` false: the flow is never shown, whether it has been finished or not.
-    explicit Onboarding(Settings& settings, bool wanted = true, QObject* parent = nullptr);
+    /// `wanted` false: the flow is never shown, whether it has been finished or not. `folder` is where meetings live.
+    explicit Onboarding(Settings& settings, bool wanted = true, const std::filesystem::path& folder = {},
+                        QObject* parent = nullptr);
 
     bool done() const { return m_done; }
     void setDone(bool done); ///< not done begins the flow anew, at its first step
@@ -40,7 +44,8 @@ public:
     int stepCount() const;
     bool first() const { return m_step == 0; }
     bool last() const { return m_step == stepCount() - 1; }
-    QString progress() const; ///< such as "Step 2 of 4"
+    QString progress() const;                          ///< such as "Step 2 of 4"
+    const QString& folder() const { return m_folder; } ///< as people write it, such as "~/Meetings"
 
     Q_INVOKABLE void next();   ///< finishes the flow at its last step
     Q_INVOKABLE void back();   ///< does nothing at the first step
@@ -55,6 +60,7 @@ private:
     bool m_wanted;
     bool m_done;
     int m_step;
+    QString m_folder;
 };
 
 } // namespace varnet

@@ -28,6 +28,7 @@ ApplicationWindow {
     Shortcuts {
         commands: root.frame.commands
         delegate: root.frame.delegate
+        pagesShown: !root.frame.onboarding.showing
         router: root.frame.router
     }
 

@@ -9,6 +9,7 @@ Item {
     required property AppCommands commands
     required property AppRouter router
     required property MeetingAppDelegate delegate
+    required property bool pagesShown
 
     Shortcut {
         context: Qt.ApplicationShortcut
@@ -18,19 +19,21 @@ Item {
     }
 
     Shortcut {
-        enabled: root.commands.importEnabled
+        enabled: root.pagesShown && root.commands.importEnabled
         sequence: ShortcutKeys.importAudio
         onActivated: root.commands.importAudio()
     }
 
     Shortcut {
         context: Qt.ApplicationShortcut
+        enabled: root.pagesShown
         sequence: ShortcutKeys.allMeetings
         onActivated: root.commands.showLibrary()
     }
 
     Shortcut {
         context: Qt.ApplicationShortcut
+        enabled: root.pagesShown
         sequence: ShortcutKeys.recentlyDeleted
         onActivated: root.commands.showDeleted()
     }
@@ -46,25 +49,25 @@ Item {
     }
 
     Shortcut {
-        enabled: root.router.showingMeeting
+        enabled: root.pagesShown && root.router.showingMeeting
         sequence: ShortcutKeys.history
         onActivated: root.commands.openHistory()
     }
 
     Shortcut {
-        enabled: root.commands.canUndo
+        enabled: root.pagesShown && root.commands.canUndo
         sequence: ShortcutKeys.undo
         onActivated: root.commands.undo()
     }
 
     Shortcut {
-        enabled: root.commands.canRedo
+        enabled: root.pagesShown && root.commands.canRedo
         sequence: ShortcutKeys.redo
         onActivated: root.commands.redo()
     }
 
     Shortcut {
-        enabled: root.router.showingMeeting
+        enabled: root.pagesShown && root.router.showingMeeting
         sequences: [StandardKey.Cancel]
         onActivated: root.commands.showLibrary()
     }
@@ -76,6 +79,7 @@ Item {
     }
 
     Shortcut {
+        enabled: root.pagesShown
         sequence: ShortcutKeys.find
         onActivated: root.commands.searchLibrary()
     }

@@ -109,6 +109,10 @@ bool MainWindow::open() {
         return false;
     m_window->installEventFilter(this);
     restoreGeometry();
+    for (const auto signal : {&Onboarding::doneChanged, &Onboarding::stepChanged})
+        connect(&m_app.onboarding(), signal, this, &MainWindow::followOnboarding);
+    connect(&m_app.store(), &MeetingStore::recordingChanged, this, &MainWindow::followOnboarding);
+    connect(m_window, &QWindow::visibilityChanged, this, &MainWindow::followOnboarding);
     connect(m_window, &QWindow::visibleChanged, &m_playback, [this](bool visible) {
         if (!visible)
             m_playback.pause();
@@ -177,6 +181,22 @@ void MainWindow::followHistory() {
         m_history.open();
     else
         m_history.close();
+}
+
+/// The sound check runs while its step can be seen, and leaves the devices to a recording.
+void MainWindow::followOnboarding() {
+    const auto& onboarding = m_app.onboarding();
+    if (onboarding.showing())
+        m_playback.pause();
+    const bool seen = onboarding.showing() && m_window->isVisible() && m_window->visibility() != QWindow::Minimized;
+    if (!seen || m_app.store().recording() || m_app.commandLine().exportsWindow)
+        m_soundCheck.listenTo(std::nullopt);
+    else if (onboarding.step() == static_cast<int>(Onboarding::Step::microphone))
+        m_soundCheck.listenTo(CaptureSource::microphone);
+    else if (onboarding.step() == static_cast<int>(Onboarding::Step::meetingAudio))
+        m_soundCheck.listenTo(CaptureSource::system);
+    else
+        m_soundCheck.listenTo(std::nullopt);
 }
 
 void MainWindow::restoreGeometry() {

@@ -9,6 +9,7 @@
 #include "Varnet/models/RecordingClock.h"
 #include "Varnet/models/SettingsState.h"
 #include "Varnet/models/SidebarState.h"
+#include "Varnet/models/SoundCheck.h"
 #include "Varnet/models/UndoToast.h"
 #include "Varnet/models/VersionHistory.h"
 #include "Varnet/models/WorkStatus.h"
@@ -39,6 +40,7 @@ class MainWindow : public QObject {
     Q_PROPERTY(varnet::AppRouter* router READ router CONSTANT)
     Q_PROPERTY(varnet::MeetingAppDelegate* delegate READ delegate CONSTANT)
     Q_PROPERTY(varnet::Onboarding* onboarding READ onboarding CONSTANT)
+    Q_PROPERTY(varnet::SoundCheck* soundCheck READ soundCheck CONSTANT)
     Q_PROPERTY(varnet::LibraryModel* library READ library CONSTANT)
     Q_PROPERTY(varnet::MeetingPage* meetingPage READ meetingPage CONSTANT)
     Q_PROPERTY(varnet::AudioPlayback* playback READ playback CONSTANT)
@@ -78,6 +80,7 @@ public:
     AppRouter* router() const;
     MeetingAppDelegate* delegate() const;
     Onboarding* onboarding() const;
+    SoundCheck* soundCheck() { return &m_soundCheck; }
     LibraryModel* library() { return &m_library; }
     MeetingPage* meetingPage() { return &m_meetingPage; }
     AudioPlayback* playback() { return &m_playback; }
@@ -105,12 +108,14 @@ Q_SIGNALS:
 private:
     void finishLoading();
     void followHistory();
+    void followOnboarding();
     void restoreGeometry();
     void keepGeometry();
     void setAskingToClose(bool asking);
 
     VarnetApp& m_app;
     RecordingClock m_clock;
+    SoundCheck m_soundCheck;
     LibraryModel m_library;
     MeetingPage m_meetingPage;
     AudioPlayback m_playback;

@@ -56,7 +56,8 @@ private:
     AppRouter m_router;
     MeetingAppDelegate m_delegate;
     AppCommands m_commands{m_store, m_engines, m_router};
-    Onboarding m_onboarding{m_settings, !m_commandLine.exportsWindow || m_commandLine.showsOnboarding};
+    Onboarding m_onboarding{m_settings, !m_commandLine.exportsWindow || m_commandLine.showsOnboarding,
+                            storageRoot(m_commandLine)};
     TaskScope m_tasks{"Application"};
     bool m_appeared = false;
     bool m_wasRecording = false;

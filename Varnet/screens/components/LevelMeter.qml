@@ -10,6 +10,7 @@ RowLayout {
     required property string name
     required property string symbol
     property alias level: bar.value
+    property real longest: 45 * Theme.unit
 
     spacing: 2 * Theme.unit
 
@@ -29,7 +30,7 @@ RowLayout {
 
         Accessible.name: qsTr("%1 level").arg(root.name)
         Layout.fillWidth: true
-        Layout.maximumWidth: 45 * Theme.unit
+        Layout.maximumWidth: root.longest
         Layout.minimumWidth: 15 * Theme.unit
         Layout.preferredWidth: 35 * Theme.unit
 

@@ -4,6 +4,8 @@ import Varnet
 
 // What the application does, and where its files live.
 StepPage {
+    id: root
+
     explanation: qsTr("%1 records your meetings, writes down what is said and drafts the notes. All of it happens on this computer.").arg(Qt.application.displayName)
     heading: qsTr("Welcome to %1").arg(Qt.application.displayName)
 
@@ -26,5 +28,12 @@ StepPage {
         detail: qsTr("Each point of the draft shows the words it rests on. What the transcript doesn't say is left out.")
         symbol: "check"
         text: qsTr("Notes you can check")
+    }
+
+    StepPoint {
+        Layout.fillWidth: true
+        detail: qsTr("Recordings, transcripts and notes are files in one folder: %1").arg(root.frame.onboarding.folder)
+        symbol: "folder"
+        text: qsTr("Files of your own")
     }
 }

@@ -2,27 +2,28 @@ import QtQuick
 import QtQuick.Layouts
 import Varnet
 
-// One engine with its state in words, and what is wrong with it.
+// One engine: its state in words, and what it does, or what is wrong with it.
 Rectangle {
     id: root
 
     required property string name
     required property var engine
+    required property string purpose
 
-    Accessible.description: engine.detail
+    Accessible.description: words.text
     Accessible.name: name + ": " + engine.words
     Accessible.role: Accessible.StaticText
     border.color: Theme.line
     border.width: 1
     color: Theme.surface
-    implicitHeight: column.implicitHeight + 6 * Theme.unit
+    implicitHeight: column.implicitHeight + 8 * Theme.unit
     radius: Theme.cardRadius
 
     ColumnLayout {
         id: column
 
         anchors.fill: parent
-        anchors.margins: 3 * Theme.unit
+        anchors.margins: 4 * Theme.unit
         spacing: Theme.unit
 
         RowLayout {
@@ -47,11 +48,12 @@ Rectangle {
         }
 
         ThemedText {
+            id: words
+
             Accessible.ignored: true
             Layout.fillWidth: true
             color: Theme.secondary
-            text: root.engine.detail
-            visible: text !== ""
+            text: root.engine.detail || root.purpose
             wrapMode: Text.Wrap
         }
     }

@@ -32,7 +32,7 @@ FocusScope {
         boundsBehavior: Flickable.StopAtBounds
         clip: true
         contentHeight: column.height + 8 * Theme.unit
-        ScrollBar.vertical: ScrollBar {}
+        ScrollBar.vertical: ThemedScrollBar {}
 
         ColumnLayout {
             id: column
@@ -40,7 +40,7 @@ FocusScope {
             anchors.horizontalCenter: parent.horizontalCenter
             spacing: 3 * Theme.unit
             width: Math.min(28 * Theme.body.lineHeight, page.width - 16 * Theme.unit)
-            y: Math.max(4 * Theme.unit, (page.height - height) * 0.4)
+            y: Math.max(4 * Theme.unit, Math.min(page.height / 6, (page.height - height) / 2)) // a heading stays where the last one was
 
             ThemedText {
                 Accessible.role: Accessible.Heading
