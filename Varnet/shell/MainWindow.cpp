@@ -186,8 +186,6 @@ void MainWindow::followHistory() {
 /// The sound check runs while its step can be seen, and leaves the devices to a recording.
 void MainWindow::followOnboarding() {
     const auto& onboarding = m_app.onboarding();
-    if (onboarding.showing())
-        m_playback.pause();
     const bool seen = onboarding.showing() && m_window->isVisible() && m_window->visibility() != QWindow::Minimized;
     if (!seen || m_app.store().recording() || m_app.commandLine().exportsWindow)
         m_soundCheck.listenTo(std::nullopt);

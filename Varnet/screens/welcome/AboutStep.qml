@@ -32,8 +32,13 @@ StepPage {
 
     StepPoint {
         Layout.fillWidth: true
-        detail: qsTr("Recordings, transcripts and notes are files in one folder: %1").arg(root.frame.onboarding.folder)
+        detail: root.frame.settings.problem || qsTr("Recordings, transcripts and notes are files in one folder: %1").arg(root.frame.onboarding.folder)
         symbol: "folder"
         text: qsTr("Files of your own")
+
+        PlainButton {
+            text: qsTr("Show folder")
+            onClicked: root.frame.settings.showMeetings()
+        }
     }
 }
