@@ -5,6 +5,7 @@ closed window back and quits; the host comes late and is restarted; without a ho
 usage: tray.py PROGRAM DIALOGUE
 """
 import pathlib
+import subprocess
 import sys
 
 SUPPORT = pathlib.Path(__file__).resolve().parent.parent / "support"
@@ -77,6 +78,10 @@ class Host:
         return ["-" if row["type"] == "separator" else row["label"] if row["enabled"] else f"[{row['label']}]"
                 for row in self.rows.values() if row["visible"]]
 
+    def token(self, token):
+        self.bus.call_sync(self.item, "/StatusNotifierItem", "org.kde.StatusNotifierItem", "ProvideXdgActivationToken",
+                           GLib.Variant("(s)", (token,)), None, Gio.DBusCallFlags.NONE, 5000, None)
+
     def press(self, label):
         row, = [row for row, its in self.rows.items() if its["label"].startswith(label) and its["visible"]]
         self.menu("Event", "(isvu)", row, "clicked", GLib.Variant("i", 0), 0)
@@ -87,6 +92,13 @@ def inks(pictures):
     width, height, data = pictures[2]
     assert len(data) == width * height * 4, (width, height, len(data))
     return {tuple(data[dot + 1:dot + 4]) for dot in range(0, len(data), 4) if data[dot] == 255}
+
+
+def user_time(application):
+    of_process = ["xdotool", "search", "--onlyvisible", "--pid", str(application.process.pid)]
+    id_of_window = subprocess.check_output(of_process, text=True).split()[-1]
+    told = subprocess.check_output(["xprop", "-id", id_of_window, "_NET_WM_USER_TIME"], text=True)
+    return int(told.rsplit(" ", 1)[1])
 
 
 def shown():
@@ -125,8 +137,10 @@ def main():
     driver.wait_for("what is said once", lambda: any("in the tray" in name for name in window.names("label")))
     window.click("Close the window")
     driver.wait_for("the closed window", lambda: not shown())
+    host.token("panel_TIME4242")  # the moment of the click, as startup ids of X11 have it
     host.press("Open Zelvik")
     driver.wait_for("the window again", shown)
+    assert user_time(application) == 4242
     host.press("Quit Zelvik")
     assert application.process.wait(30) == 0
     assert "qt.qpa" not in log.read_text() and "tray" not in log.read_text(), log.read_text()

@@ -60,7 +60,8 @@ void bringForward(QWindow& window, const QString& token) {
     const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
     if (const auto time = startupTime(token); x11 && time != 0)
         activateSince(window, time, x11->connection());
-    window.requestActivate();
+    else
+        window.requestActivate();
 }
 
 } // namespace varnet

@@ -27,7 +27,6 @@ IconButton {
         id: menu
 
         frame: root.frame
-        onClosed: root.forceActiveFocus(Qt.PopupFocusReason)
         onKeysWanted: keys.open()
     }
 

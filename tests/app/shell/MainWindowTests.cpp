@@ -279,4 +279,24 @@ TEST_F(Window, SettingsAreChosenByTheKeyboardAndGiveTheFocusBack) {
     EXPECT_EQ(frame->window()->activeFocusItem(), before);
 }
 
+TEST_F(Window, TheMainMenuIsWorkedByTheKeyboard) {
+    open(AppRouter::Page::library);
+    const auto choose = [this](int below) {
+        press(Qt::Key_F10);
+        for (int row = 0; row < below; ++row)
+            press(Qt::Key_Down);
+        press(Qt::Key_Return);
+    };
+    choose(4); // of the rows that can be chosen: there is nothing to undo or to redo
+    EXPECT_TRUE(app->router().showingDeleted());
+    press(Qt::Key_E, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_FALSE(app->router().exporting()) << "the meeting's page is not up";
+    choose(2);
+    EXPECT_TRUE(app->router().showingLibrary());
+    type("retro");
+    EXPECT_EQ(frame->library()->query(), "retro");
+    choose(6);
+    EXPECT_TRUE(app->router().settingsOpen());
+}
+
 } // namespace varnet::test
