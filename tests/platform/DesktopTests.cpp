@@ -40,6 +40,13 @@ TEST(Desktop, AutostartIsWhatTheUsersEntrySays) {
                                 "Icon=org.varnet.Varnet\nStartupWMClass=Varnet\nTryExec=" +
                                     program + "\nExec=\"" + program + "\"\n");
 
+    {
+        const ScopedVariable path("PATH", configuration.path().string());
+        std::filesystem::create_symlink(program, configuration / "varnet"); // as if it were installed
+        Autostart::setEnabled(true);
+        EXPECT_TRUE(contentOf(entry).ends_with("\nTryExec=varnet\nExec=varnet\n"));
+    }
+
     const struct {
         const char* name;
         const char* entry;
