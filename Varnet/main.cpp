@@ -13,7 +13,6 @@
 
 #include <QGuiApplication>
 #include <QIcon>
-#include <QQuickWindow>
 #include <QSessionManager>
 
 #include <cstdio>
@@ -94,8 +93,7 @@ int run(const CommandLine& commandLine, StorageLock* lock, std::function<LoadedM
     MediaPlayer2 player(*window.playback(),
                         {.raise = [&window] { window.show(); }, .quit = [&delegate] { delegate.quit(); }});
     if (!commandLine.exportsWindow)
-        QObject::connect(window.window(), &QQuickWindow::frameSwapped, &player, &MediaPlayer2::start,
-                         static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
+        QObject::connect(&window, &MainWindow::shownChanged, &player, &MediaPlayer2::start);
     if (!files.isEmpty())
         app.commands().importFiles(files);
     return QCoreApplication::exec();
