@@ -17,11 +17,11 @@ Loader {
             setSource(part, properties)
     }
 
-    // One that is being loaded begins anew: hurrying it on would lose its properties.
     function loadAtOnce() {
         if (!complete || status === Loader.Ready)
             return
-        source = ""
+        if (progress < 1)
+            source = "" // a file that is still being read would be made without its properties
         asynchronous = false
         load()
     }

@@ -8,6 +8,16 @@ PlainButton {
 
     required property AudioPlayback playback
 
+    component Speed: ThemedMenuItem {
+        required property real rate
+
+        Accessible.checkable: true
+        Accessible.checked: root.playback.rate === rate
+        keys: root.playback.rate === rate ? "✓" : ""
+        text: qsTr("%1×").arg(rate)
+        onTriggered: root.playback.setRate(rate)
+    }
+
     Accessible.name: qsTr("Speed, %1").arg(text)
     ToolTip.delay: 600
     ToolTip.text: qsTr("Speed")
@@ -23,18 +33,10 @@ PlainButton {
         x: root.width - width
         y: -height - Theme.unit
 
-        Repeater {
-            model: [0.75, 1, 1.25, 1.5, 2]
-
-            ThemedMenuItem {
-                required property real modelData
-
-                Accessible.checkable: true
-                Accessible.checked: root.playback.rate === modelData
-                keys: root.playback.rate === modelData ? "✓" : ""
-                text: qsTr("%1×").arg(modelData)
-                onTriggered: root.playback.setRate(modelData)
-            }
-        }
+        Speed { rate: 0.75 }
+        Speed { rate: 1 }
+        Speed { rate: 1.25 }
+        Speed { rate: 1.5 }
+        Speed { rate: 2 }
     }
 }
