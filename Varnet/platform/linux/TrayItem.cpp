@@ -57,8 +57,9 @@ TrayItem::TrayItem(TrayContent content, QString drawings, QDBusConnection connec
                 if (!owner.isEmpty())
                     registerItem();
             });
+    // From anybody: naming the sender would wait until the bus has told who that is.
     for (const auto* signal : {"StatusNotifierHostRegistered", "StatusNotifierHostUnregistered"})
-        m_connection.connect(watcherName, watcherPath, watcherName, QString::fromLatin1(signal), this,
+        m_connection.connect(QString(), watcherPath, watcherName, QString::fromLatin1(signal), this,
                              SLOT(hostsChanged()));
     registerItem();
 }
