@@ -1,5 +1,6 @@
 #include "MeetingCore/records/MeetingRepository.h"
 #include "Varnet/platform/AppInfo.h"
+#include "Varnet/platform/DesktopDialogs.h"
 #include "Varnet/shell/ApplicationBus.h"
 #include "Varnet/shell/MainWindow.h"
 #include "Varnet/shell/MediaPlayer2.h"
@@ -112,9 +113,11 @@ int main(int argc, char** argv) {
 
     if (commandLine.exportScale && !qEnvironmentVariableIsSet("QT_SCALE_FACTOR")) // read when the application is made
         qputenv("QT_SCALE_FACTOR", QByteArray::number(*commandLine.exportScale));
-    QGuiApplication application(argc, argv);
+    auto arguments = argumentsWithDesktopDialogs(argc, argv);
+    int count = static_cast<int>(arguments.size()) - 1;
+    QGuiApplication application(count, arguments.data());
     installTranslations();
-    commandLine.takeFiles({argv, argv + argc}); // without the arguments that were meant for the toolkit
+    commandLine.takeFiles({arguments.data(), arguments.data() + count}); // what the toolkit has left
     QGuiApplication::setApplicationName(QStringLiteral("Varnet"));
     QGuiApplication::setApplicationDisplayName(QString::fromStdString(AppInfo::name()));
     QGuiApplication::setApplicationVersion(QString::fromStdString(AppInfo::version()));

@@ -58,7 +58,8 @@ set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS scripts/setup.sh)
 file(READ scripts/setup.sh setup)
 string(REGEX MATCH "\\[run\\]=\"([^\"]*)\"" run_group "${setup}")
 string(REGEX REPLACE "[ \n]+" ", " CPACK_DEBIAN_PACKAGE_DEPENDS "${CMAKE_MATCH_1}")
-# The window on Wayland; icons; folders and the actions of the entry where the desktop itself has nothing for them.
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "qt6-wayland, hicolor-icon-theme, xdg-utils, libglib2.0-bin")
+# The window on Wayland; icons; folders and the actions of the entry where the desktop itself has nothing for them; the
+# desktop's preferences and file dialogs.
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "qt6-wayland, hicolor-icon-theme, xdg-utils, libglib2.0-bin, xdg-desktop-portal")
 set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA ${PROJECT_SOURCE_DIR}/packaging/conffiles)
 include(CPack)

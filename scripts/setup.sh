@@ -13,7 +13,7 @@ declare -A groups=(
     [run]="qml6-module-qtquick qml6-module-qtquick-controls qml6-module-qtquick-layouts
         qml6-module-qtquick-window qml6-module-qtquick-templates qml6-module-qtqml qml6-module-qtqml-models
         qml6-module-qtqml-workerscript qml6-module-qtquick-shapes qml6-module-qtcore qml6-module-qtquick-dialogs
-        qml6-module-qt-labs-folderlistmodel libqt6svg6 qt6-qpa-plugins
+        qml6-module-qt-labs-folderlistmodel libqt6svg6 qt6-qpa-plugins qt6-xdgdesktopportal-platformtheme
         libgl1-mesa-dri fonts-dejavu-core pipewire wireplumber dbus pocketsphinx-en-us"
     [test]="libgtest-dev libgmock-dev xvfb xauth xdotool x11-utils pipewire-bin flite sox ffmpeg
         libglib2.0-bin iproute2 util-linux procps python3 python3-dbus python3-gi python3-dbusmock
