@@ -8,6 +8,7 @@
 #include <QQmlEngine>
 
 #include <algorithm>
+#include <utility>
 
 namespace varnet {
 
@@ -32,9 +33,23 @@ Theme* Theme::create(QQmlEngine*, QJSEngine*) {
     return &shared();
 }
 
-Theme::Theme() {
+Theme::Theme() : m_ownFont(QGuiApplication::font()) {
     QCoreApplication::instance()->installEventFilter(this);
-    connect(&m_preference, &MotionPreference::changed, this, &Theme::motionChanged);
+    connect(&m_preferences, &DesktopPreferences::changed, this, &Theme::follow);
+}
+
+void Theme::follow() {
+    const auto before = std::exchange(m_followed, m_preferences.values());
+    if (before.font != m_followed.font || before.textScale != m_followed.textScale) {
+        auto font = m_followed.font.value_or(m_ownFont);
+        if (font.pointSizeF() > 0)
+            font.setPointSizeF(font.pointSizeF() * m_followed.textScale);
+        QGuiApplication::setFont(font); // comes back as an event
+    }
+    if (before.colorScheme != m_followed.colorScheme || before.highContrast != m_followed.highContrast)
+        Q_EMIT appearanceChanged();
+    if (before.reducedMotion != m_followed.reducedMotion)
+        Q_EMIT motionChanged();
 }
 
 void Theme::setAppearance(std::optional<Appearance> appearance) {
@@ -45,7 +60,16 @@ void Theme::setAppearance(std::optional<Appearance> appearance) {
 bool Theme::dark() const {
     if (m_appearance)
         return *m_appearance == Appearance::dark;
+    const auto scheme = m_preferences.values().colorScheme;
+    if (scheme != DesktopPreferences::ColorScheme::none)
+        return scheme == DesktopPreferences::ColorScheme::dark;
     return QGuiApplication::palette().color(QPalette::Window).lightnessF() < 0.5;
+}
+
+const Palette& Theme::palette() const {
+    if (highContrast())
+        return dark() ? Palette::highContrastDark() : Palette::highContrastLight();
+    return dark() ? Palette::dark() : Palette::light();
 }
 
 QList<QColor> Theme::speakers() const {

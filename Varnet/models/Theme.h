@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Varnet/models/Palette.h"
-#include "Varnet/platform/MotionPreference.h"
+#include "Varnet/platform/DesktopPreferences.h"
 
 #include <QFont>
 #include <QObject>
@@ -30,18 +30,22 @@ public:
     bool operator==(const TypeStyle&) const = default;
 };
 
-/// The one place that names colours, type, spacing, radii and motion; QML reads everything from here. It follows the
-/// desktop's palette (a dark window ground means dark) and its font size. Main thread.
+/// The one place that names colours, type, spacing, radii and motion; QML reads everything from here. It follows what
+/// the desktop's user prefers, as that changes: light or dark (where the desktop does not say, a dark window ground of
+/// the toolkit's palette means dark), high contrast, the interface font with its size and scale, and stillness. The
+/// font becomes the application's own, so that the toolkit's parts have it too. Main thread.
 class Theme : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_SINGLETON
     Q_PROPERTY(bool dark READ dark NOTIFY appearanceChanged)
+    Q_PROPERTY(bool highContrast READ highContrast NOTIFY appearanceChanged)
     Q_PROPERTY(QColor window READ window NOTIFY appearanceChanged)
     Q_PROPERTY(QColor surface READ surface NOTIFY appearanceChanged)
     Q_PROPERTY(QColor raised READ raised NOTIFY appearanceChanged)
     Q_PROPERTY(QColor selection READ selection NOTIFY appearanceChanged)
     Q_PROPERTY(QColor line READ line NOTIFY appearanceChanged)
+    Q_PROPERTY(QColor track READ track NOTIFY appearanceChanged)
     Q_PROPERTY(QColor text READ text NOTIFY appearanceChanged)
     Q_PROPERTY(QColor secondary READ secondary NOTIFY appearanceChanged)
     Q_PROPERTY(QColor faint READ faint NOTIFY appearanceChanged)
@@ -79,13 +83,18 @@ public:
     /// Fixes the appearance; absent follows the desktop again.
     void setAppearance(std::optional<Appearance> appearance);
 
+    /// Takes what the desktop prefers if its answer is here already; for the moment before the first window shows.
+    void takePreferences() { m_preferences.takeAnswer(); }
+
     bool dark() const;
-    const Palette& palette() const { return dark() ? Palette::dark() : Palette::light(); }
+    bool highContrast() const { return m_preferences.values().highContrast; }
+    const Palette& palette() const;
     QColor window() const { return palette().window; }
     QColor surface() const { return palette().surface; }
     QColor raised() const { return palette().raised; }
     QColor selection() const { return palette().selection; }
     QColor line() const { return palette().line; }
+    QColor track() const { return palette().track; }
     QColor text() const { return palette().text; }
     QColor secondary() const { return palette().secondary; }
     QColor faint() const { return palette().faint; }
@@ -108,8 +117,8 @@ public:
     int unit() const { return 4; }
     int cardRadius() const { return 8; }
     int controlRadius() const { return 6; }
-    int motion() const { return moves() ? 140 : 0; }       ///< milliseconds
-    bool moves() const { return !m_preference.reduced(); } ///< the desktop does not ask for stillness
+    int motion() const { return moves() ? 140 : 0; } ///< milliseconds
+    bool moves() const { return !m_preferences.values().reducedMotion; }
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -121,9 +130,12 @@ Q_SIGNALS:
 private:
     Theme();
     TypeStyle type(int pixels, int lineHeight, QFont::Weight weight = QFont::Normal) const;
+    void follow();
 
     std::optional<Appearance> m_appearance;
-    MotionPreference m_preference;
+    QFont m_ownFont; ///< the application's before the desktop named one
+    DesktopPreferences m_preferences;
+    DesktopPreferences::Values m_followed; ///< what the window looks like now
 };
 
 } // namespace varnet

@@ -1,5 +1,6 @@
 #include "Varnet/shell/MainWindow.h"
 
+#include "Varnet/models/Theme.h"
 #include "Varnet/platform/WindowActivation.h"
 #include "Varnet/shell/VarnetApp.h"
 
@@ -36,6 +37,7 @@ void registerScreens() {
 
 std::unique_ptr<QQmlApplicationEngine> MainWindow::loadScreens() {
     registerScreens();
+    Theme::shared(); // asks for the desktop's preferences, which come while the screens are being read
     if (QQuickStyle::name().isEmpty())
         QQuickStyle::setStyle(QStringLiteral("Basic"));
     auto engine = std::make_unique<QQmlApplicationEngine>();
@@ -100,6 +102,7 @@ Onboarding* MainWindow::onboarding() const {
 }
 
 bool MainWindow::open() {
+    Theme::shared().takePreferences();
     m_engine->setInitialProperties({{QStringLiteral("frame"), QVariant::fromValue(this)}});
     m_engine->load(mainScreen());
     if (m_engine->rootObjects().isEmpty())

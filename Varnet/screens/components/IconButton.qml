@@ -16,7 +16,7 @@ ThemedButton {
     padding: 2 * Theme.unit
 
     background: Rectangle {
-        color: root.down ? Theme.line : root.hovered ? Theme.raised : "transparent"
+        color: root.down ? Theme.selection : root.hovered ? Theme.raised : "transparent"
         radius: Theme.controlRadius
 
         FocusRing {

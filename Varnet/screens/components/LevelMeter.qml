@@ -35,7 +35,7 @@ RowLayout {
         Layout.preferredWidth: 35 * Theme.unit
 
         background: Rectangle {
-            color: Theme.line
+            color: Theme.track
             implicitHeight: 1.5 * Theme.unit
             radius: height / 2
         }

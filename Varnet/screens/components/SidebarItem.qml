@@ -17,6 +17,8 @@ ThemedButton {
     topPadding: 1.5 * Theme.unit
 
     background: Rectangle {
+        border.color: Theme.line
+        border.width: root.current && Theme.highContrast ? 1 : 0
         color: root.current ? Theme.selection : root.hovered ? Theme.raised : "transparent"
         radius: Theme.controlRadius
 

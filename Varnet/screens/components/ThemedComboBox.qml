@@ -75,6 +75,8 @@ ComboBox {
         width: ListView.view.width
 
         background: Rectangle {
+            border.color: Theme.line
+            border.width: item.highlighted && Theme.highContrast ? 1 : 0
             color: item.highlighted ? Theme.selection : "transparent"
             radius: Theme.controlRadius
         }

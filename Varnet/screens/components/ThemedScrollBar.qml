@@ -15,7 +15,7 @@ ScrollBar {
 
         states: State {
             name: "active"
-            when: root.size < 1 && (root.active || root.policy === ScrollBar.AlwaysOn)
+            when: root.size < 1 && (root.active || root.policy === ScrollBar.AlwaysOn || Theme.highContrast)
 
             PropertyChanges { root.contentItem.opacity: 0.75 }
         }

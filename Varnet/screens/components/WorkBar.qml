@@ -10,7 +10,7 @@ ProgressBar {
     readonly property bool glides: indeterminate && Theme.moves
 
     background: Rectangle {
-        color: Theme.line
+        color: Theme.track
         implicitHeight: Theme.unit
         radius: height / 2
     }

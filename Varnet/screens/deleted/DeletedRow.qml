@@ -24,8 +24,8 @@ Rectangle {
     Accessible.role: Accessible.ListItem
     Accessible.selectable: true
     Accessible.selected: selected
-    border.color: Theme.accent
-    border.width: current && focused ? 1 : 0
+    border.color: current && focused ? Theme.accent : Theme.line
+    border.width: current && focused || selected && Theme.highContrast ? 1 : 0
     color: selected ? Theme.selection : hover.hovered ? Theme.raised : "transparent"
     implicitHeight: row.implicitHeight + 5 * Theme.unit
     radius: Theme.cardRadius

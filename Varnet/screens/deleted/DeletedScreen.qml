@@ -118,7 +118,7 @@ FocusScope {
                 root.deleted.selectAll()
         }
 
-        ScrollBar.vertical: ScrollBar {}
+        ScrollBar.vertical: ThemedScrollBar {}
         delegate: DeletedRow {
             required property int index
 

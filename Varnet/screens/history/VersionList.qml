@@ -36,7 +36,7 @@ ColumnLayout {
                 root.history.moveSelection(rows[event.key])
         }
 
-        ScrollBar.vertical: ScrollBar {}
+        ScrollBar.vertical: ThemedScrollBar {}
         delegate: VersionRow {
             required property int index
 

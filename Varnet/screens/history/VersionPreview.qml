@@ -56,7 +56,7 @@ ColumnLayout {
             model: root.history.turns
             topMargin: 2 * Theme.unit
 
-            ScrollBar.vertical: ScrollBar {}
+            ScrollBar.vertical: ThemedScrollBar {}
             delegate: VersionTurn {
                 focused: ListView.isCurrentItem && turns.activeFocus
                 width: ListView.view.width - 3 * Theme.unit

@@ -19,8 +19,8 @@ Rectangle {
     Accessible.role: Accessible.ListItem
     Accessible.selectable: true
     Accessible.selected: current
-    border.color: Theme.accent
-    border.width: current && focused ? 1 : 0
+    border.color: current && focused ? Theme.accent : Theme.line
+    border.width: current && focused || current && Theme.highContrast ? 1 : 0
     color: current ? Theme.selection : hover.hovered ? Theme.raised : "transparent"
     implicitHeight: words.implicitHeight + 4 * Theme.unit
     radius: Theme.controlRadius

@@ -10,6 +10,12 @@ ScrollView {
     required property string nothing
     required property string text
 
+    ScrollBar.vertical: ThemedScrollBar {
+        height: root.availableHeight
+        parent: root
+        x: root.width - width
+        y: root.topPadding
+    }
     contentWidth: availableWidth
 
     TextArea {

@@ -35,7 +35,7 @@ ListView {
     Keys.onSpacePressed: event => library.clickRow(currentIndex, event.modifiers)
     Keys.onUpPressed: event => library.moveBy(-1, event.modifiers)
 
-    ScrollBar.vertical: ScrollBar {}
+    ScrollBar.vertical: ThemedScrollBar {}
     delegate: MeetingRow {
         id: row
 

@@ -48,8 +48,8 @@ Column {
     }
 
     Rectangle {
-        border.color: Theme.accent
-        border.width: root.current && root.focused ? 1 : 0
+        border.color: root.current && root.focused ? Theme.accent : Theme.line
+        border.width: root.current && root.focused || root.selected && Theme.highContrast ? 1 : 0
         color: root.selected ? Theme.selection : pointer.containsMouse ? Theme.raised : "transparent"
         implicitHeight: words.implicitHeight + 5 * Theme.unit
         radius: Theme.cardRadius

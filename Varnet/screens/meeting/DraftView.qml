@@ -52,7 +52,7 @@ ReadingList {
         target: root.page.draft
     }
 
-    ScrollBar.vertical: ScrollBar {}
+    ScrollBar.vertical: ThemedScrollBar {}
     delegate: DraftRow {
         required property int index
 

@@ -22,7 +22,7 @@ FocusScope {
         boundsBehavior: Flickable.StopAtBounds
         clip: true
 
-        ScrollBar.vertical: ScrollBar {}
+        ScrollBar.vertical: ThemedScrollBar {}
         TextArea.flickable: TextArea {
             id: area
 

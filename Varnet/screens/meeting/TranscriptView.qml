@@ -100,7 +100,7 @@ FocusScope {
         onLooked: root.following = root.caughtUp()
         onPlayed: root.following = true
 
-        ScrollBar.vertical: ScrollBar {
+        ScrollBar.vertical: ThemedScrollBar {
             id: bar
         }
     }

@@ -41,8 +41,8 @@ Item {
         anchors.fill: parent
         anchors.leftMargin: -2 * Theme.unit
         anchors.rightMargin: -2 * Theme.unit
-        border.color: Theme.accent
-        border.width: root.activeFocus ? 2 : 0
+        border.color: root.activeFocus ? Theme.accent : Theme.line
+        border.width: root.activeFocus || root.playing && Theme.highContrast ? 2 : 0
         color: root.playing ? Theme.selection : hover.hovered || root.activeFocus ? Theme.raised : "transparent"
         radius: Theme.controlRadius
         visible: !root.tentative && !editing.active

@@ -24,15 +24,28 @@ double contrast(const QColor& one, const QColor& other) {
 } // namespace
 
 TEST(Palettes, EveryTextIsReadableOnEveryGround) {
-    for (const auto& palette : {Palette::light(), Palette::dark()}) {
+    const struct {
+        const char* name;
+        const Palette& palette;
+        double text, line; ///< the least contrast on a ground
+    } rows[] = {{"light", Palette::light(), 4.5, 1},
+                {"dark", Palette::dark(), 4.5, 1},
+                {"high contrast, light", Palette::highContrastLight(), 7, 4.5},
+                {"high contrast, dark", Palette::highContrastDark(), 7, 4.5}};
+    for (const auto& [name, palette, least, leastOfLine] : rows) {
+        SCOPED_TRACE(name);
         std::vector<QColor> texts{palette.text, palette.secondary, palette.faint, palette.accent,
                                   palette.rec,  palette.amber,     palette.ok};
         texts.insert(texts.end(), palette.speakers.begin(), palette.speakers.end());
-        for (const auto& ground : {palette.window, palette.surface, palette.raised, palette.selection})
+        for (const auto& ground : {palette.window, palette.surface, palette.raised, palette.selection}) {
             for (const auto& text : texts)
-                EXPECT_GE(contrast(text, ground), 4.5)
+                EXPECT_GE(contrast(text, ground), least)
                     << text.name().toStdString() << " on " << ground.name().toStdString();
-        EXPECT_GE(contrast(palette.onAccent, palette.accent), 4.5);
-        EXPECT_GE(contrast(palette.onRec, palette.rec), 4.5);
+            EXPECT_GE(contrast(palette.line, ground), leastOfLine) << ground.name().toStdString();
+        }
+        EXPECT_GE(contrast(palette.onAccent, palette.accent), least);
+        EXPECT_GE(contrast(palette.onRec, palette.rec), least);
+        for (const auto& bar : {palette.accent, palette.ok})
+            EXPECT_GE(contrast(bar, palette.track), 3) << bar.name().toStdString();
     }
 }
