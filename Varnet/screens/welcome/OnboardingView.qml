@@ -81,6 +81,7 @@ FocusScope {
         anchors.left: parent.left
         anchors.right: parent.right
         anchors.top: head.bottom
+        anchors.topMargin: 2 * Theme.unit
         focus: true
         sourceComponent: [about, microphone, meetingAudio, engines][root.frame.onboarding.step]
     }

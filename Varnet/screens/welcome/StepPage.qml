@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Controls.Basic
 import QtQuick.Layouts
 import Varnet
 
@@ -19,20 +18,17 @@ FocusScope {
     focus: true
     Keys.onEnterPressed: frame.onboarding.next()
     Keys.onReturnPressed: frame.onboarding.next()
-    Keys.onDownPressed: page.flick(0, -600)
-    Keys.onUpPressed: page.flick(0, 600)
+    Keys.onDownPressed: page.scroll(2 * Theme.reading.lineHeight)
+    Keys.onUpPressed: page.scroll(-2 * Theme.reading.lineHeight)
 
-    Flickable {
+    ScrollArea {
         id: page
 
         anchors.bottom: foot.top
         anchors.left: parent.left
         anchors.right: parent.right
         anchors.top: parent.top
-        boundsBehavior: Flickable.StopAtBounds
-        clip: true
         contentHeight: column.height + 8 * Theme.unit
-        ScrollBar.vertical: ThemedScrollBar {}
 
         ColumnLayout {
             id: column
