@@ -65,7 +65,9 @@ def shoot(screen):
 
 def press(name, role="push button"):
     driver.wait_for(f"the {role} '{name}'", lambda: window.find(role, name))
-    Atspi.Action.do_action(window.find(role, name)[-1], 0)
+    control = window.find(role, name)[-1]
+    actions = [Atspi.Action.get_action_name(control, index) for index in range(Atspi.Action.get_n_actions(control))]
+    Atspi.Action.do_action(control, actions.index("Press"))
 
 
 def library():
@@ -92,7 +94,8 @@ def meeting():
     keys("Escape", "ctrl+Tab")
     shoot("meeting-notes")
     keys("ctrl+Tab")
-    if window.find("push button", "Transcribe again"):
+    driver.wait_for("the actions", lambda: window.find("push button", "Transcribe again") or window.find("push button", "More actions"))
+    if not window.find("push button", "More actions"):
         press("Transcribe again")
     else:  # there is no room for the words
         press("More actions")
@@ -184,8 +187,8 @@ def main():
     try:
         library()
         meeting()
-        #settings()
-        #menu()
+        settings()
+        menu()
         deleting()
         recording(application)
         closing(application)

@@ -40,15 +40,15 @@ before = contents()
 stays = start("--export-ui")
 pictures = {name: FOLDER / f"{name}.png" for name in ["plain", "double", "history", "unwritable"]}
 pictures["unwritable"] = FOLDER / "nowhere" / "unwritable.png"
-runs = {"plain": start("--export-ui", pictures["plain"], "--select-meeting", "nonsense", "--export-scale", "0.5"),
+runs = {"plain": start("--export-ui", pictures["plain"], "--select-meeting", "nonsense", "--export-scale", "0.5",
+                        "--show-meeting"),
         "double": start("--export-scale", "2", "--export-ui", pictures["double"], "--show-onboarding"),
         "history": start("--export-ui", pictures["history"], "--show-history", "--select-meeting", MEETING),
         "unwritable": start("--export-ui", pictures["unwritable"])}
 ends = {name: (*run.communicate(timeout=60), run.returncode) for name, run in runs.items()}
 
 for name in ["plain", "double", "history"]:
-    said, complained, status = ends[name]
-    assert (said, status) == (f"Exported app content: {pictures[name]}\n", 0), (name, ends[name])
+    assert ends[name] == (f"Exported app content: {pictures[name]}\n", "", 0), (name, ends[name])  # the screens complain there
 assert size(pictures["plain"]) == (1280, 820), size(pictures["plain"])
 assert size(pictures["double"]) == (2560, 1640), size(pictures["double"])
 assert size(pictures["history"]) == (1000, 680), size(pictures["history"])  # the dialog alone

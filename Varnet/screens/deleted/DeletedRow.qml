@@ -15,6 +15,7 @@ Rectangle {
     required property string spoken
     property bool current: false
     property bool focused: false
+    readonly property bool narrow: width < 26 * Theme.body.lineHeight // the times stand below the title
 
     signal chosen(int modifiers)
 
@@ -38,7 +39,7 @@ Rectangle {
         onTapped: root.chosen(point.modifiers)
     }
 
-    RowLayout {
+    GridLayout {
         id: row
 
         anchors.left: parent.left
@@ -46,7 +47,8 @@ Rectangle {
         anchors.right: parent.right
         anchors.rightMargin: 4 * Theme.unit
         anchors.verticalCenter: parent.verticalCenter
-        spacing: 4 * Theme.unit
+        columnSpacing: 4 * Theme.unit
+        rowSpacing: 0
 
         ColumnLayout {
             Layout.fillWidth: true
@@ -70,19 +72,24 @@ Rectangle {
         }
 
         ColumnLayout {
+            Layout.column: root.narrow ? 0 : 1
+            Layout.fillWidth: root.narrow
+            Layout.row: root.narrow ? 1 : 0
             spacing: 0
 
             ThemedText {
                 Accessible.ignored: true
-                Layout.alignment: Qt.AlignRight
+                Layout.fillWidth: true
+                horizontalAlignment: root.narrow ? Text.AlignLeft : Text.AlignRight
                 color: root.urgent ? Theme.amber : Theme.text
                 text: root.erased
             }
 
             ThemedText {
                 Accessible.ignored: true
-                Layout.alignment: Qt.AlignRight
+                Layout.fillWidth: true
                 color: Theme.faint
+                horizontalAlignment: root.narrow ? Text.AlignLeft : Text.AlignRight
                 text: root.deleted
                 type: Theme.caption
             }

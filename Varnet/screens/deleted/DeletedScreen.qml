@@ -1,6 +1,5 @@
 import QtQuick
 import QtQuick.Controls.Basic
-import QtQuick.Layouts
 import Varnet
 
 // The deleted meetings. Enter restores the selected ones, Delete erases them after a question.
@@ -14,7 +13,7 @@ FocusScope {
         commands.restoreDeleted(deleted.selectedIDs)
     }
 
-    ColumnLayout {
+    DeletedHead {
         id: head
 
         anchors.left: list.left
@@ -23,62 +22,19 @@ FocusScope {
         anchors.rightMargin: 4 * Theme.unit
         anchors.top: parent.top
         anchors.topMargin: 7 * Theme.unit
-        spacing: Theme.unit
-
-        Item {
-            Layout.fillWidth: true
-            implicitHeight: Math.max(title.implicitHeight, actions.implicitHeight)
-
-            ThemedText {
-                id: title
-
-                Accessible.role: Accessible.Heading
-                anchors.left: parent.left
-                anchors.right: actions.left
-                anchors.verticalCenter: parent.verticalCenter
-                text: qsTr("Recently Deleted")
-                type: Theme.title
-            }
-
-            // A layout does not place what turns visible while its page is hidden.
-            Row {
-                id: actions
-
-                anchors.right: parent.right
-                anchors.verticalCenter: parent.verticalCenter
-                spacing: 2 * Theme.unit
-                visible: !root.deleted.empty
-
-                PlainButton {
-                    enabled: root.deleted.selectedIDs.length > 0
-                    text: root.deleted.eraseText
-                    onClicked: root.deleted.askToErase()
-                }
-
-                PlainButton {
-                    enabled: root.deleted.selectedIDs.length > 0
-                    text: root.deleted.restoreText
-                    onClicked: root.restore()
-                }
-            }
-        }
-
-        ThemedText {
-            Layout.fillWidth: true
-            color: Theme.secondary
-            text: qsTr("Deleted meetings stay in Recently deleted for 30 days, then their audio, transcript and notes are erased from this computer.")
-            wrapMode: Text.Wrap
-        }
+        deleted: root.deleted
+        onRestored: root.restore()
     }
 
     ThemedText {
-        anchors.centerIn: parent
+        anchors.horizontalCenter: parent.horizontalCenter
         color: Theme.secondary
         horizontalAlignment: Text.AlignHCenter
         text: qsTr("No deleted meetings")
         type: Theme.heading
         visible: root.deleted.empty
         width: Math.min(130 * Theme.unit, root.width - 16 * Theme.unit)
+        y: Math.max((parent.height - height) / 2, list.y)
     }
 
     ListView {

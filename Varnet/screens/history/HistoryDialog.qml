@@ -8,8 +8,8 @@ ThemedDialog {
     required property AppCommands commands
     required property VersionHistory history
 
-    preferredHeight: 170 * Theme.unit
-    preferredWidth: 250 * Theme.unit
+    preferredHeight: 34 * Theme.body.lineHeight
+    preferredWidth: 50 * Theme.body.lineHeight
     subtitle: history.title
     title: qsTr("Version history")
     onDismissed: commands.closeHistory()

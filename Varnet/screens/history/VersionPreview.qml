@@ -21,14 +21,17 @@ ColumnLayout {
 
         ThemedTab {
             text: qsTr("Transcript")
+            width: Math.min(implicitWidth, root.width / 3 - Theme.unit)
         }
 
         ThemedTab {
             text: qsTr("Personal notes")
+            width: Math.min(implicitWidth, root.width / 3 - Theme.unit)
         }
 
         ThemedTab {
             text: qsTr("Generated notes")
+            width: Math.min(implicitWidth, root.width / 3 - Theme.unit)
         }
     }
 

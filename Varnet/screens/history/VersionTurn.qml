@@ -37,7 +37,7 @@ Rectangle {
             ThemedText {
                 Accessible.ignored: true
                 Layout.alignment: Qt.AlignBaseline
-                Layout.maximumWidth: implicitWidth
+                Layout.maximumWidth: Math.ceil(implicitWidth)
                 color: root.hue < 0 ? Theme.faint : Theme.speakers[root.hue]
                 text: root.speaker
                 type: Theme.emphasis

@@ -21,7 +21,7 @@ FocusScope {
         VersionList {
             Layout.fillHeight: true
             Layout.margins: 2 * Theme.unit
-            Layout.maximumWidth: 13 * Theme.body.lineHeight
+            Layout.maximumWidth: Math.min(13 * Theme.body.lineHeight, 0.38 * root.width)
             Layout.minimumWidth: Layout.maximumWidth
             history: root.history
             visible: root.history.count > 0 || root.history.unreadableText !== ""

@@ -1,4 +1,5 @@
 import QtQuick
+import QtQuick.Layouts
 import Varnet
 
 // The name of a day above its meetings.
@@ -12,26 +13,28 @@ Item {
     Accessible.role: Accessible.Heading
     implicitHeight: row.implicitHeight + 8 * Theme.unit
 
-    Row {
+    RowLayout {
         id: row
 
         anchors.bottom: parent.bottom
         anchors.bottomMargin: 2 * Theme.unit
         anchors.left: parent.left
         anchors.leftMargin: 4 * Theme.unit
+        anchors.right: parent.right
+        anchors.rightMargin: 4 * Theme.unit
         spacing: 2 * Theme.unit
 
         ThemedText {
-            id: name
-
             Accessible.ignored: true
+            Layout.alignment: Qt.AlignBaseline
             text: root.day
             type: Theme.emphasis
         }
 
         ThemedText {
             Accessible.ignored: true
-            anchors.baseline: name.baseline
+            Layout.alignment: Qt.AlignBaseline
+            Layout.fillWidth: true
             color: Theme.faint
             text: root.detail
             type: Theme.body

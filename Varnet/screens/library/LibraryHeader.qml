@@ -2,12 +2,13 @@ import QtQuick
 import QtQuick.Layouts
 import Varnet
 
-// The name of the page, how much is selected or found, and the search.
-RowLayout {
+// The name of the page, how much is selected or found, and the search, which stands below where the words are large.
+GridLayout {
     id: root
 
     required property AppCommands commands
     required property LibraryModel library
+    readonly property bool narrow: width < 26 * Theme.body.lineHeight
 
     signal passedOn
 
@@ -15,33 +16,41 @@ RowLayout {
         field.begin()
     }
 
-    spacing: 3 * Theme.unit
+    columnSpacing: 3 * Theme.unit
+    rowSpacing: 2 * Theme.unit
 
-    ThemedText {
-        Accessible.role: Accessible.Heading
-        Layout.fillWidth: true
-        Layout.maximumWidth: implicitWidth
-        Layout.minimumWidth: Math.min(implicitWidth, root.width * 0.29)
-        text: qsTr("All Meetings")
-        type: Theme.title
-    }
+    RowLayout {
+        Layout.columnSpan: root.narrow ? 2 : 1
+        spacing: 3 * Theme.unit
 
-    ThemedText {
-        Accessible.name: text
-        Accessible.role: Accessible.StaticText
-        Layout.alignment: Qt.AlignBaseline
-        Layout.fillWidth: true
-        color: Theme.secondary
-        text: root.library.summary
+        ThemedText {
+            Accessible.role: Accessible.Heading
+            Layout.fillWidth: true
+            Layout.maximumWidth: Math.ceil(implicitWidth)
+            Layout.minimumWidth: Math.min(implicitWidth, root.width * 0.29)
+            text: qsTr("All Meetings")
+            type: Theme.title
+        }
+
+        ThemedText {
+            Accessible.name: text
+            Accessible.role: Accessible.StaticText
+            Layout.alignment: Qt.AlignBaseline
+            Layout.fillWidth: true
+            color: Theme.secondary
+            text: root.library.summary
+        }
     }
 
     SearchField {
         id: field
 
+        Layout.column: root.narrow ? 0 : 1
         Layout.fillWidth: true
-        Layout.maximumWidth: 70 * Theme.unit
+        Layout.maximumWidth: root.narrow ? root.width : 70 * Theme.unit
         Layout.minimumWidth: 30 * Theme.unit
         Layout.preferredWidth: 70 * Theme.unit
+        Layout.row: root.narrow ? 1 : 0
         placeholderText: qsTr("Search titles and transcripts")
         visible: !root.library.empty
         onActiveFocusChanged: if (activeFocus) root.library.prepareSearch()
@@ -58,9 +67,11 @@ RowLayout {
     }
 
     PlainButton {
+        Layout.column: root.narrow ? 1 : 2
         Layout.fillWidth: true
-        Layout.maximumWidth: implicitWidth
+        Layout.maximumWidth: Math.ceil(implicitWidth)
         Layout.minimumWidth: Math.min(implicitWidth, root.width * 0.24)
+        Layout.row: root.narrow ? 1 : 0
         enabled: root.commands.importEnabled
         text: qsTr("Import Audio…")
         visible: !root.library.empty

@@ -22,7 +22,7 @@ Column {
     required property string spoken
     property bool current: false
     property bool focused: false
-    readonly property bool narrow: width < 30 * Theme.body.lineHeight // no room for a badge beside the title
+    readonly property bool narrow: width < 26 * Theme.body.lineHeight // no room for a badge beside the title
 
     signal chosen(int modifiers)
     signal menuAsked(real x, real y)

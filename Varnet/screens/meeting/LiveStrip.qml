@@ -14,21 +14,27 @@ Rectangle {
     implicitHeight: row.implicitHeight + 6 * Theme.unit
     radius: Theme.cardRadius
 
-    RowLayout {
+    GridLayout {
         id: row
+
+        readonly property int below: root.width < 18 * Theme.body.lineHeight ? 1 : 0 // the second meter stands there
 
         anchors.fill: parent
         anchors.leftMargin: 4 * Theme.unit
         anchors.rightMargin: 4 * Theme.unit
-        spacing: 6 * Theme.unit
+        columnSpacing: 6 * Theme.unit
+        rowSpacing: Theme.unit
 
         LevelMeter {
+            Layout.columnSpan: row.below ? 4 : 1
             level: root.page.microphoneLevel
             name: qsTr("Microphone")
             symbol: "microphone"
         }
 
         LevelMeter {
+            Layout.column: 1 - row.below
+            Layout.row: row.below
             level: root.page.callLevel
             name: qsTr("Call")
             symbol: "call"
@@ -36,16 +42,22 @@ Rectangle {
         }
 
         Item {
+            Layout.column: 2 - row.below
             Layout.fillWidth: true
+            Layout.row: row.below
         }
 
         StatusDot {
+            Layout.column: 3 - row.below
+            Layout.row: row.below
             tone: 0
         }
 
         ThemedText {
             Accessible.name: qsTr("Recording for %1").arg(root.page.clock)
+            Layout.column: 4 - row.below
             Layout.leftMargin: -4 * Theme.unit
+            Layout.row: row.below
             text: root.page.clock
             type: Theme.heading
         }

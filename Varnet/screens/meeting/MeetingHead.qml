@@ -12,15 +12,10 @@ ColumnLayout {
 
     spacing: 0
 
-    component State: Badge {
-        marked: root.page.badgeMarked
-        text: root.page.badgeText
-        tone: root.page.badgeTone
-    }
-
-    RowLayout {
+    GridLayout {
         Layout.leftMargin: -2 * Theme.unit
-        spacing: Theme.unit
+        columnSpacing: Theme.unit
+        rowSpacing: 0
 
         IconButton {
             symbol: "back"
@@ -50,15 +45,14 @@ ColumnLayout {
             }
         }
 
-        State {
-            Layout.leftMargin: 4 * Theme.unit
-            visible: !root.narrow
+        Badge {
+            Layout.column: root.narrow ? 1 : 2
+            Layout.leftMargin: (root.narrow ? 2 : 4) * Theme.unit
+            Layout.row: root.narrow ? 1 : 0
+            marked: root.page.badgeMarked
+            text: root.page.badgeText
+            tone: root.page.badgeTone
         }
-    }
-
-    State {
-        Layout.leftMargin: 10 * Theme.unit
-        visible: root.narrow
     }
 
     ThemedText {

@@ -8,6 +8,7 @@ TextField {
 
     property string began // the title when the editing began
     required property string title
+    readonly property bool cut: !activeFocus && contentWidth > width - leftPadding - rightPadding
 
     signal renamed(string title)
 
@@ -19,10 +20,11 @@ TextField {
     Accessible.name: qsTr("Title")
     ToolTip.delay: 600
     ToolTip.text: title
-    ToolTip.visible: hovered && !activeFocus && contentWidth > width - leftPadding - rightPadding
+    ToolTip.visible: hovered && cut
     bottomPadding: Theme.unit
-    color: Theme.text
+    color: cut ? "transparent" : Theme.text
     font: Theme.title.font
+    horizontalAlignment: TextInput.AlignLeft // in every script: the lines below it begin there too
     leftPadding: 2 * Theme.unit
     rightPadding: 2 * Theme.unit
     selectByMouse: true
@@ -54,5 +56,17 @@ TextField {
         border.width: root.activeFocus ? 2 : root.hovered ? 1 : 0
         color: "transparent"
         radius: Theme.controlRadius
+    }
+
+    // A field cannot end in an ellipsis.
+    ThemedText {
+        Accessible.ignored: true
+        anchors.fill: parent
+        anchors.leftMargin: root.leftPadding
+        anchors.rightMargin: root.rightPadding
+        horizontalAlignment: Text.AlignLeft
+        text: root.text
+        type: Theme.title
+        visible: root.cut
     }
 }
