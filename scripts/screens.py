@@ -86,9 +86,16 @@ def export(binary, target, libraries, screen, library, flags, variant):
                               "--appearance", "dark" if variant.dark else "light", *arguments],
                              env={**os.environ, **variant.environment(), "QT_QPA_PLATFORM": "offscreen", "XDG_CONFIG_HOME": config},
                              capture_output=True, text=True, timeout=120, check=False)
-    # What is being made for later may be unfinished when the program ends.
-    said = "\n".join(line for line in run.stderr.splitlines() if "items in the process of being created" not in line)
-    return "" if run.returncode == 0 and not said else f"{target.name}: status {run.returncode}: {said}"
+    return "" if run.returncode == 0 and not run.stderr else f"{target.name}: status {run.returncode}: {run.stderr.strip()}"
+
+
+def export_patiently(*job):
+    """Three seconds are short for a machine that has other pictures to make: what was unfinished is tried again."""
+    for _ in range(3):
+        problem = export(*job)
+        if "in the process of being created" not in problem:
+            break
+    return problem
 
 
 def walk(binary, target, name):
@@ -118,7 +125,7 @@ def in_session(binary, target, only):
     # A run mostly waits for its screens to settle; a walk keeps a processor busy.
     with concurrent.futures.ThreadPoolExecutor(4) as exports, concurrent.futures.ThreadPoolExecutor(2) as drives:
         jobs = [drives.submit(walk, binary, target, name) for name in walks]
-        jobs += [exports.submit(export, binary, target / f"{screen}_{name}.png", libraries, screen, library, flags, VARIANTS[name])
+        jobs += [exports.submit(export_patiently, binary, target / f"{screen}_{name}.png", libraries, screen, library, flags, VARIANTS[name])
                  for screen, library, flags, name in wanted]
         failures = [job.result() for job in concurrent.futures.as_completed(jobs) if job.result()]
     contact_sheet(target)
