@@ -75,6 +75,12 @@ MainWindow::MainWindow(VarnetApp& app, std::unique_ptr<QQmlApplicationEngine> sc
         if (m_app.onboarding().showing()) // in place of the player
             m_playback.pause();
     });
+    // What was asked for from the tray or the bus has failed, and nobody would hear of it. Not while a recording goes
+    // on: the screen may be shared.
+    connect(&app.store(), &MeetingStore::errorChanged, this, [this] {
+        if (m_window && !m_window->isVisible() && m_app.store().error() && !m_app.store().recording())
+            show();
+    });
     connect(&app.commands(), &AppCommands::windowWanted, this, [this] { show(); });
     connect(&app.delegate(), &MeetingAppDelegate::closing, &app.commands(), &AppCommands::aboutToAct);
     connect(&app.commands(), &AppCommands::aboutToAct, &m_meetingPage, &MeetingPage::handIn);
