@@ -73,8 +73,10 @@ Task<> VarnetApp::checkOnce(VarnetApp* self, std::stop_token stop) {
     if (stop.stop_requested())
         co_return;
     co_await self->m_store.checkNotesRuntime();
-    if (!stop.stop_requested())
-        self->applyPreviews();
+    if (stop.stop_requested())
+        co_return;
+    self->applyPreviews();
+    co_await self->m_engines.refresh(); // else the notes engine would be called unknown until the poll
 }
 
 /// The flags in their order: a later one's page wins.
