@@ -35,6 +35,17 @@ check_qml() {
     fi
 }
 
+# Words that people see or hear go through qsTr.
+check_words() {
+    # shellcheck disable=SC2016 # Perl's variables
+    git ls-files 'Varnet/screens/*.qml' | xargs -r perl -ne 's/qsTr\("(\\.|[^"\\])*"//g;
+        if (/\b(text|title|detail|keys|name|nothing|message|question|explanation|firstAnswer|secondAnswer|action|placeholderText
+                |acceptLabel|Accessible\.(name|description)|ToolTip\.text)\ *:(.*)/x) {
+            for ($3 =~ /"((?:\\.|[^"\\])*)"/g) { if (/[A-Za-z]{2}/) { print STDERR "$ARGV:$.: $_\n"; $bad = 1 } }
+        }
+        close ARGV if eof; END { exit !!$bad }'
+}
+
 check_desktop_entry() { ! desktop-file-validate packaging/*.desktop | grep .; }
 
 # What software centres show is well formed, and says the same as the entry and the build.
@@ -62,6 +73,7 @@ step "format" check_format
 step "scripts" check_scripts
 step "theme" check_theme
 step "QML" check_qml
+step "words" check_words
 step "QML lengths" check_lengths
 step "desktop entry" check_desktop_entry
 step "metainfo" check_metainfo
