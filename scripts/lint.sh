@@ -46,6 +46,8 @@ check_words() {
         close ARGV if eof; END { exit !!$bad }'
 }
 
+check_plurals() { scripts/words.sh --check; }
+
 check_desktop_entry() { ! desktop-file-validate packaging/*.desktop | grep .; }
 
 # What software centres show is well formed, and says the same as the entry and the build.
@@ -74,6 +76,7 @@ step "scripts" check_scripts
 step "theme" check_theme
 step "QML" check_qml
 step "words" check_words
+step "plurals" check_plurals
 step "QML lengths" check_lengths
 step "desktop entry" check_desktop_entry
 step "metainfo" check_metainfo

@@ -8,6 +8,8 @@ ApplicationWindow {
 
     required property MainWindow frame
 
+    LayoutMirroring.childrenInherit: true
+    LayoutMirroring.enabled: Qt.locale().textDirection === Qt.RightToLeft
     color: Theme.surface
     font: Theme.body.font
     minimumHeight: 600

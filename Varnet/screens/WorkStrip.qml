@@ -36,15 +36,11 @@ Rectangle {
                 rowSpacing: 0
 
                 ThemedText {
-                    Accessible.name: text
-                    Accessible.role: Accessible.StaticText
                     Layout.fillWidth: true
                     text: root.work.text
                 }
 
                 ThemedText {
-                    Accessible.name: text
-                    Accessible.role: Accessible.StaticText
                     Layout.maximumWidth: parent.width
                     color: Theme.secondary
                     text: root.work.waitingText
@@ -62,7 +58,7 @@ Rectangle {
             }
 
             WorkBar {
-                Accessible.description: root.work.progress
+                Accessible.description: root.work.progress || qsTr("Under way")
                 Accessible.name: root.work.text
                 Layout.fillWidth: true
                 indeterminate: !root.work.measured

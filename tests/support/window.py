@@ -50,12 +50,18 @@ def description(role, name):
     return find(role, name)[-1].get_description()
 
 
-def click(name, role="push button", times=1):
-    """Clicks the last control of that name with the mouse, once it can be seen: the one on top."""
+def point(role, name=None):
+    """Puts the mouse on the last control of that name, once it can be seen: the one on top."""
     driver.wait_for(f"the {role} '{name}'", lambda: find(role, name))
     place = Atspi.Component.get_extents(find(role, name)[-1], Atspi.CoordType.SCREEN)
     middle = (place.x + place.width // 2, place.y + place.height // 2)
-    subprocess.run(["xdotool", "mousemove", *map(str, middle), "click", "--repeat", str(times), "--delay", "50", "1"], check=True)
+    subprocess.run(["xdotool", "mousemove", *map(str, middle)], check=True)
+
+
+def click(name, role="push button", times=1):
+    """Clicks the last control of that name with the mouse, once it can be seen."""
+    point(role, name)
+    subprocess.run(["xdotool", "click", "--repeat", str(times), "--delay", "50", "1"], check=True)
 
 
 def take_focus(process):

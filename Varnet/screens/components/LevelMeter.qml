@@ -20,6 +20,7 @@ RowLayout {
     }
 
     ThemedText {
+        Accessible.ignored: true
         color: Theme.secondary
         text: root.name
         type: Theme.caption
@@ -28,6 +29,7 @@ RowLayout {
     ProgressBar {
         id: bar
 
+        Accessible.description: value > 0.02 ? qsTr("Something is heard") : qsTr("Silent")
         Accessible.name: qsTr("%1 level").arg(root.name)
         Layout.fillWidth: true
         Layout.maximumWidth: root.longest

@@ -32,6 +32,7 @@ ThemedButton {
         }
 
         ThemedText {
+            Accessible.ignored: true
             color: Theme.onAccent
             text: root.text
             type: Theme.emphasis

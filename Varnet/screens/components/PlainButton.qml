@@ -23,6 +23,7 @@ ThemedButton {
         }
     }
     contentItem: ThemedText {
+        Accessible.ignored: true
         horizontalAlignment: Text.AlignHCenter
         text: root.text
         type: Theme.emphasis

@@ -41,6 +41,7 @@ ThemedButton {
         }
 
         ThemedText {
+            Accessible.ignored: true
             Layout.fillWidth: true
             color: root.ink
             text: root.text
@@ -48,6 +49,7 @@ ThemedButton {
         }
 
         ThemedText {
+            Accessible.ignored: true
             color: root.ink
             text: root.detail
             type: Theme.emphasis

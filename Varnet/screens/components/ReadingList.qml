@@ -2,7 +2,8 @@ import QtQuick
 import QtQuick.Controls.Basic
 import Varnet
 
-// A list to be read. The keyboard goes through its rows, and a row is brought into view with what is around it.
+// A list to be read. The keyboard goes through its rows, of which the current one is the stop of the Tab key, and a row
+// is brought into view with what is around it.
 ListView {
     id: root
 
@@ -41,7 +42,6 @@ ListView {
     }
 
     Accessible.role: Accessible.List
-    activeFocusOnTab: true
     bottomMargin: 8 * Theme.unit
     boundsBehavior: Flickable.StopAtBounds
     clip: true

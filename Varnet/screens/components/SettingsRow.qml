@@ -23,16 +23,12 @@ Item {
         width: root.stacked ? parent.width : parent.width - place.width - 2 * root.gap
 
         ThemedText {
-            Accessible.name: text
-            Accessible.role: Accessible.StaticText
             text: root.text
             width: parent.width
             wrapMode: Text.Wrap
         }
 
         ThemedText {
-            Accessible.name: text
-            Accessible.role: Accessible.StaticText
             color: Theme.secondary
             text: root.detail
             type: Theme.caption

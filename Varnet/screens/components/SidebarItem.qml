@@ -10,6 +10,7 @@ ThemedButton {
     property string detail
     property bool current: false
 
+    Accessible.description: current ? qsTr("Shown now") : ""
     Accessible.name: detail ? text + ", " + detail : text
     bottomPadding: 1.5 * Theme.unit
     leftPadding: 3 * Theme.unit
@@ -36,12 +37,14 @@ ThemedButton {
         }
 
         ThemedText {
+            Accessible.ignored: true
             Layout.fillWidth: true
             text: root.text
             type: root.current ? Theme.emphasis : Theme.body
         }
 
         ThemedText {
+            Accessible.ignored: true
             color: Theme.secondary
             text: root.detail
             type: Theme.caption

@@ -1,7 +1,8 @@
 import QtQuick
 import QtQuick.Controls.Basic
 
-// What all buttons have in common: Enter presses them, as Space does, and so do screen readers.
+// What all buttons have in common: Enter presses them, as Space does, and so do screen readers. Qt 6.4 does not
+// tell them by itself that a control is disabled.
 Button {
     id: root
 
@@ -12,8 +13,11 @@ Button {
             clicked()
     }
 
+    Accessible.description: enabled ? "" : qsTr("Unavailable")
+    Accessible.focusable: activeFocusOnTab
     Accessible.name: text
     Accessible.onPressAction: press()
     Keys.onEnterPressed: press()
     Keys.onReturnPressed: press()
+    focusPolicy: enabled ? Qt.StrongFocus : Qt.NoFocus
 }

@@ -14,10 +14,13 @@ CheckBox {
         toggled()
     }
 
-    Accessible.description: detail
+    Accessible.checkable: true
+    Accessible.description: enabled ? detail : qsTr("Unavailable") + ", " + detail
+    Accessible.focusable: activeFocusOnTab
     Keys.onEnterPressed: press()
     Keys.onReturnPressed: press()
     bottomPadding: Theme.unit
+    focusPolicy: enabled ? Qt.StrongFocus : Qt.NoFocus
     leftPadding: 0
     spacing: 2 * Theme.unit
     topPadding: Theme.unit

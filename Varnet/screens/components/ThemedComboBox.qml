@@ -16,7 +16,8 @@ ComboBox {
             popup.open()
     }
 
-    Accessible.description: displayText
+    Accessible.description: enabled ? displayText : qsTr("Unavailable") + ", " + displayText
+    Accessible.focusable: activeFocusOnTab
     Accessible.name: name
     Accessible.onPressAction: popup.open()
     Keys.onEnterPressed: event => drop(event)
@@ -26,6 +27,7 @@ ComboBox {
     }
     Keys.onReturnPressed: event => drop(event)
     bottomPadding: Theme.unit
+    focusPolicy: enabled ? Qt.StrongFocus : Qt.NoFocus
     font: Theme.body.font
     implicitContentWidthPolicy: ComboBox.WidestText
     leftPadding: 3 * Theme.unit

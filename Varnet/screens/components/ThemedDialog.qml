@@ -54,7 +54,6 @@ Dialog {
                     spacing: 0
 
                     ThemedText {
-                        Accessible.name: text
                         Accessible.role: Accessible.Heading
                         Layout.fillWidth: true
                         text: root.title

@@ -2,12 +2,14 @@ import QtQuick
 import QtQuick.Controls.Basic
 import Varnet
 
-// A menu of commands that pops up where it is asked for.
+// A menu of commands that pops up where it is asked for. Its `title` is for screen readers.
 Menu {
     id: root
 
     margins: 2 * Theme.unit
     padding: Theme.unit
+
+    Component.onCompleted: contentItem.parent.Accessible.name = Qt.binding(() => title)
 
     background: Rectangle {
         border.color: Theme.line
@@ -15,6 +17,15 @@ Menu {
         color: Theme.surface
         implicitWidth: 13 * Theme.body.lineHeight // the longest entry fits at every font size
         radius: Theme.cardRadius
+    }
+    contentItem: ListView {
+        boundsBehavior: Flickable.StopAtBounds
+        clip: true
+        currentIndex: root.currentIndex
+        implicitHeight: contentHeight
+        model: root.contentModel
+
+        ScrollBar.vertical: ThemedScrollBar {}
     }
     delegate: ThemedMenuItem {}
 }

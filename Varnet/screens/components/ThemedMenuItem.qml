@@ -9,6 +9,8 @@ MenuItem {
 
     property string keys
 
+    Accessible.description: enabled ? keys : qsTr("Unavailable")
+    Accessible.focusable: enabled
     Accessible.name: text
     Accessible.onPressAction: {
         if (action)
@@ -34,11 +36,13 @@ MenuItem {
         spacing: 4 * Theme.unit
 
         ThemedText {
+            Accessible.ignored: true
             Layout.fillWidth: true
             text: root.text
         }
 
         ThemedText {
+            Accessible.ignored: true
             color: Theme.faint
             text: root.keys
             type: Theme.caption

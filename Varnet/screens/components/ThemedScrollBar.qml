@@ -6,6 +6,7 @@ import Varnet
 ScrollBar {
     id: root
 
+    Accessible.ignored: true
     contentItem: Rectangle {
         color: root.pressed ? Theme.secondary : Theme.faint
         implicitHeight: 1.5 * Theme.unit

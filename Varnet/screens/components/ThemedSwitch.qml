@@ -16,12 +16,14 @@ Switch {
 
     Accessible.checkable: true
     Accessible.checked: checked
-    Accessible.description: detail
+    Accessible.description: enabled ? detail : qsTr("Unavailable") + ", " + detail
+    Accessible.focusable: activeFocusOnTab
     Accessible.name: text
     Accessible.role: Accessible.CheckBox
     Keys.onEnterPressed: press()
     Keys.onReturnPressed: press()
     bottomPadding: 2 * Theme.unit
+    focusPolicy: enabled ? Qt.StrongFocus : Qt.NoFocus
     leftPadding: 0
     rightPadding: 0
     spacing: 4 * Theme.unit

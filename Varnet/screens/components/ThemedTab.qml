@@ -36,6 +36,7 @@ TabButton {
         }
     }
     contentItem: ThemedText {
+        Accessible.ignored: true
         color: root.checked ? Theme.text : Theme.secondary
         horizontalAlignment: Text.AlignHCenter
         text: root.text

@@ -2,12 +2,16 @@ import QtQuick
 import QtQuick.Controls.Basic
 import Varnet
 
-// Text in one step of the type scale. What does not fit is cut off with an ellipsis and shown whole on hover.
+// Text in one step of the type scale. What does not fit is cut off with an ellipsis and shown whole on hover. Screen
+// readers are told it, unless it is part of a control that says it already and is `Accessible.ignored` there.
 Text {
     id: root
 
     property var type: Theme.body
 
+    Accessible.ignored: text === ""
+    Accessible.name: text
+    Accessible.role: Accessible.StaticText
     ToolTip.delay: 600
     ToolTip.text: text
     ToolTip.visible: hover.hovered && truncated

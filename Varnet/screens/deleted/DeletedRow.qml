@@ -16,8 +16,10 @@ Rectangle {
     property bool current: false
     property bool focused: false
     readonly property bool narrow: width < 26 * Theme.body.lineHeight // the times stand below the title
+    property bool pooled: false // kept for another use; screen readers would find it otherwise
 
     signal chosen(int modifiers)
+    signal menuAsked(point at)
 
     Accessible.focused: current && focused
     Accessible.name: spoken
@@ -25,11 +27,14 @@ Rectangle {
     Accessible.role: Accessible.ListItem
     Accessible.selectable: true
     Accessible.selected: selected
+    ListView.onPooled: pooled = true
+    ListView.onReused: pooled = false
     border.color: current && focused ? Theme.accent : Theme.line
     border.width: current && focused || selected && Theme.highContrast ? 1 : 0
     color: selected ? Theme.selection : hover.hovered ? Theme.raised : "transparent"
     implicitHeight: row.implicitHeight + 5 * Theme.unit
     radius: Theme.cardRadius
+    visible: !pooled
 
     HoverHandler {
         id: hover
@@ -37,6 +42,11 @@ Rectangle {
 
     TapHandler {
         onTapped: root.chosen(point.modifiers)
+    }
+
+    TapHandler {
+        acceptedButtons: Qt.RightButton
+        onTapped: eventPoint => root.menuAsked(eventPoint.position)
     }
 
     GridLayout {

@@ -3,34 +3,34 @@ import QtQuick.Controls.Basic
 import Varnet
 
 // A long text to read and to copy from.
-ScrollView {
+Item {
     id: root
 
     required property string name
     required property string nothing
     required property string text
 
-    ScrollBar.vertical: ThemedScrollBar {
-        height: root.availableHeight
-        parent: root
-        x: root.width - width
-        y: root.topPadding
-    }
-    contentWidth: availableWidth
+    Flickable {
+        anchors.fill: parent
+        boundsBehavior: Flickable.StopAtBounds
+        clip: true
 
-    TextArea {
-        Accessible.name: root.name
-        activeFocusOnTab: root.text !== ""
-        color: Theme.text
-        font: Theme.body.font
-        padding: 3 * Theme.unit
-        readOnly: true
-        selectByMouse: true
-        selectedTextColor: Theme.text
-        selectionColor: Theme.selection
-        text: root.text
-        textFormat: TextEdit.PlainText
-        wrapMode: TextEdit.Wrap
+        ScrollBar.vertical: ThemedScrollBar {}
+        TextArea.flickable: TextArea {
+            Accessible.name: root.name
+            activeFocusOnTab: root.text !== ""
+            background: null
+            color: Theme.text
+            font: Theme.body.font
+            padding: 3 * Theme.unit
+            readOnly: true
+            selectByMouse: true
+            selectedTextColor: Theme.text
+            selectionColor: Theme.selection
+            text: root.text
+            textFormat: TextEdit.PlainText
+            wrapMode: TextEdit.Wrap
+        }
     }
 
     NothingHere {

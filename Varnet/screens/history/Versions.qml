@@ -80,7 +80,6 @@ FocusScope {
                 visible: root.history.count > 0
 
                 ThemedText {
-                    Accessible.name: text
                     Accessible.role: Accessible.AlertMessage
                     Layout.fillWidth: true
                     color: Theme.ok

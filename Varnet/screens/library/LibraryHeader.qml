@@ -33,8 +33,6 @@ GridLayout {
         }
 
         ThemedText {
-            Accessible.name: text
-            Accessible.role: Accessible.StaticText
             Layout.alignment: Qt.AlignBaseline
             Layout.fillWidth: true
             color: Theme.secondary

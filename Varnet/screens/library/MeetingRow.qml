@@ -23,6 +23,7 @@ Column {
     property bool current: false
     property bool focused: false
     readonly property bool narrow: width < 26 * Theme.body.lineHeight // no room for a badge beside the title
+    property bool pooled: false // kept for another use; screen readers would find it otherwise
 
     signal chosen(int modifiers)
     signal menuAsked(real x, real y)
@@ -35,6 +36,9 @@ Column {
     Accessible.role: Accessible.ListItem
     Accessible.selectable: true
     Accessible.selected: selected
+    ListView.onPooled: pooled = true
+    ListView.onReused: pooled = false
+    visible: !pooled
 
     Loader {
         active: root.startsDay

@@ -11,6 +11,8 @@ ThemedMenu {
     required property LibraryModel library
     readonly property bool single: library.selectedCount === 1
 
+    title: qsTr("What to do with it")
+
     ThemedMenuItem {
         keys: qsTr("Enter")
         text: qsTr("Open")

@@ -13,7 +13,6 @@ Column {
     spacing: 2 * Theme.unit
 
     ThemedText {
-        Accessible.name: text
         Accessible.role: Accessible.Heading
         text: qsTr("Notes are being written")
         type: Theme.heading
@@ -23,8 +22,6 @@ Column {
     }
 
     ThemedText {
-        Accessible.name: text
-        Accessible.role: Accessible.StaticText
         color: Theme.secondary
         text: root.draft.present ? qsTr("The draft below is kept until the new one is there.") : qsTr("You can go on working. The draft will stand here.")
         visible: root.commands.writingNotes
@@ -40,8 +37,6 @@ Column {
     }
 
     ThemedText {
-        Accessible.name: text
-        Accessible.role: Accessible.StaticText
         color: Theme.faint
         text: root.draft.origin
         type: Theme.caption
@@ -56,8 +51,6 @@ Column {
         width: root.width
 
         ThemedText {
-            Accessible.name: text
-            Accessible.role: Accessible.StaticText
             color: Theme.amber
             height: Math.max(implicitHeight, again.height)
             text: root.draft.outdatedText
@@ -81,8 +74,6 @@ Column {
     }
 
     ThemedText {
-        Accessible.name: text
-        Accessible.role: Accessible.StaticText
         text: root.draft.emptyText
         type: Theme.reading
         visible: text !== ""

@@ -22,14 +22,13 @@ Column {
     signal playAsked
 
     Accessible.description: leads ? qsTr("Goes to its turn in the transcript") : ""
-    Accessible.focusable: true
+    Accessible.focusable: activeFocusOnTab
     Accessible.name: spoken
     Accessible.onPressAction: if (leads) turnAsked()
     Accessible.role: leads ? Accessible.Button : quote ? Accessible.StaticText : Accessible.ListItem
     topPadding: quote ? 0 : 2 * Theme.unit
 
     ThemedText {
-        Accessible.name: text
         Accessible.role: Accessible.Heading
         bottomPadding: Theme.unit
         text: root.heading

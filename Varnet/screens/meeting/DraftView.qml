@@ -29,7 +29,6 @@ ReadingList {
     }
 
     Accessible.name: qsTr("Draft")
-    activeFocusOnTab: count > 0
     model: page.draft
 
     Keys.enabled: current !== null
@@ -56,6 +55,7 @@ ReadingList {
     delegate: DraftRow {
         required property int index
 
+        activeFocusOnTab: current
         current: ListView.isCurrentItem
         playable: root.playback.present && root.playback.enabled && turn !== ""
         width: ListView.view.width - 6 * Theme.unit

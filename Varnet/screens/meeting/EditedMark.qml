@@ -22,6 +22,7 @@ ThemedButton {
         control: root
     }
     contentItem: ThemedText {
+        Accessible.ignored: true
         color: root.hovered || root.visualFocus ? Theme.text : Theme.faint
         text: root.text
         type: Theme.caption

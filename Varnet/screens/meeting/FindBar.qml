@@ -84,8 +84,6 @@ Rectangle {
         }
 
         ThemedText {
-            Accessible.name: text
-            Accessible.role: Accessible.StaticText
             Layout.fillWidth: true
             Layout.leftMargin: 2 * Theme.unit
             Layout.minimumWidth: 4 * Theme.body.lineHeight

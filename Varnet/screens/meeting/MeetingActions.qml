@@ -85,6 +85,8 @@ Row {
         ThemedMenu {
             id: menu
 
+            title: qsTr("More actions")
+
             ThemedMenuItem {
                 action: writing
                 keys: ShortcutKeys.writeNotes

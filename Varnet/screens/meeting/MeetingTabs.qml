@@ -23,12 +23,10 @@ TabBar {
     Keys.onRightPressed: stepFocused(1)
 
     ThemedTab {
-        Accessible.name: text
         text: qsTr("Transcript")
     }
 
     ThemedTab {
-        Accessible.name: text
         text: qsTr("Notes")
     }
 }

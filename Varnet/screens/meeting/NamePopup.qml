@@ -21,6 +21,7 @@ Popover {
     }
 
     closePolicy: Popup.CloseOnPressOutside
+    title: qsTr("Name of %1").arg(label)
     width: 15 * Theme.body.lineHeight
 
     onAboutToHide: {
@@ -43,9 +44,8 @@ Popover {
         spacing: 2 * Theme.unit
 
         ThemedText {
-            id: heading
-
-            text: qsTr("Name of %1").arg(root.label)
+            Accessible.ignored: true
+            text: root.title
             type: Theme.emphasis
             width: parent.width
         }
@@ -54,7 +54,7 @@ Popover {
             id: field
 
             Accessible.description: hint.text
-            Accessible.name: heading.text
+            Accessible.name: root.title
             color: Theme.text
             focus: true
             font: Theme.body.font
@@ -84,6 +84,7 @@ Popover {
         ThemedText {
             id: hint
 
+            Accessible.ignored: true
             color: Theme.secondary
             text: qsTr("For every turn of this speaker. Without a name it is “%1” again.").arg(root.label)
             type: Theme.caption

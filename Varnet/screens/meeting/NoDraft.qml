@@ -12,7 +12,6 @@ Column {
     spacing: 2 * Theme.unit
 
     ThemedText {
-        Accessible.name: text
         Accessible.role: Accessible.Heading
         text: qsTr("No draft yet")
         type: Theme.heading
@@ -26,8 +25,6 @@ Column {
         ThemedText {
             required property string modelData
 
-            Accessible.name: text
-            Accessible.role: Accessible.StaticText
             color: Theme.secondary
             text: modelData
             width: root.width
@@ -42,8 +39,6 @@ Column {
     }
 
     ThemedText {
-        Accessible.name: text
-        Accessible.role: Accessible.StaticText
         color: Theme.faint
         text: root.commands.writeNotesHint
         type: Theme.caption

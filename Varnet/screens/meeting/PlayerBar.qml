@@ -82,8 +82,6 @@ Rectangle {
         }
 
         ThemedText {
-            Accessible.name: text
-            Accessible.role: Accessible.StaticText
             color: root.playback.enabled ? Theme.rec : Theme.secondary
             text: root.note
             visible: text !== ""

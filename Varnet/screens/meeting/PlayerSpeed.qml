@@ -29,6 +29,7 @@ PlainButton {
     ThemedMenu {
         id: menu
 
+        title: qsTr("Speed")
         width: 6 * Theme.body.lineHeight
         x: root.width - width
         y: -height - Theme.unit

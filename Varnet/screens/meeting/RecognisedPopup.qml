@@ -18,6 +18,7 @@ Popover {
         open()
     }
 
+    title: qsTr("Recognised words")
     width: 22 * Theme.body.lineHeight
 
     Connections {
@@ -32,8 +33,9 @@ Popover {
         spacing: 2 * Theme.unit
 
         ThemedText {
+            Accessible.ignored: true
             Layout.fillWidth: true
-            text: qsTr("Recognised words")
+            text: root.title
             type: Theme.emphasis
         }
 

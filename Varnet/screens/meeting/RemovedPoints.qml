@@ -23,8 +23,6 @@ Column {
         width: root.width
 
         ThemedText {
-            Accessible.name: text
-            Accessible.role: Accessible.StaticText
             color: Theme.secondary
             text: root.draft.removedText
             width: Math.min(implicitWidth, root.width)
@@ -51,6 +49,7 @@ Column {
                 spacing: Theme.unit
 
                 ThemedText {
+                    Accessible.ignored: true
                     color: why.hovered || why.visualFocus ? Theme.text : Theme.accent
                     text: why.text
                 }
@@ -72,8 +71,6 @@ Column {
         ThemedText {
             required property string modelData
 
-            Accessible.name: text
-            Accessible.role: Accessible.StaticText
             color: Theme.secondary
             leftPadding: 3 * Theme.unit
             text: modelData

@@ -11,6 +11,7 @@ ThemedText {
 
     signal chosen
 
+    Accessible.focusable: false
     Accessible.ignored: !usable
     Accessible.name: qsTr("Name %1").arg(speaker)
     Accessible.onPressAction: chosen()

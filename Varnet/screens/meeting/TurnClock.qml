@@ -10,6 +10,7 @@ Item {
 
     signal playAsked
 
+    Accessible.focusable: false
     Accessible.ignored: !playable
     Accessible.name: qsTr("Play from %1").arg(clock)
     Accessible.onPressAction: playAsked()

@@ -14,6 +14,8 @@ ThemedMenu {
     signal playAsked
     signal setBackAsked
 
+    title: qsTr("What to do with this turn")
+
     ThemedMenuItem {
         keys: qsTr("Enter")
         text: qsTr("Edit words")

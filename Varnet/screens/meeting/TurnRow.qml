@@ -21,6 +21,7 @@ Item {
     property bool playable: false // the recording can be played from here
     property bool playing: false
     property bool pointed: false // it was gone to a moment ago
+    property bool pooled: false // kept for another use; screen readers would find it otherwise
     readonly property bool narrow: width < 24 * Theme.body.lineHeight // the words stand below their speaker
     property Component editor: null // stands in place of the words while they are edited
 
@@ -35,7 +36,10 @@ Item {
     Accessible.name: spoken
     Accessible.role: Accessible.ListItem
     Accessible.selected: current
+    ListView.onPooled: pooled = true
+    ListView.onReused: pooled = false
     implicitHeight: Math.max(who.y + who.height, editing.active ? editing.y + editing.height : text.y + text.height) + 2 * Theme.unit
+    visible: !pooled
 
     Rectangle {
         anchors.fill: parent

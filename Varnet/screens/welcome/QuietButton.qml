@@ -20,6 +20,7 @@ ThemedButton {
         }
     }
     contentItem: ThemedText {
+        Accessible.ignored: true
         color: Theme.secondary
         horizontalAlignment: Text.AlignHCenter
         text: root.text

@@ -245,13 +245,12 @@ TEST_F(Window, TheRecordingIsPlayedByClocksAndKeysThatTypingKeeps) {
 TEST_F(Window, AQuoteLeadsToItsTurnAndBackByTheKeyboard) {
     openMeetingWithAudio();
     press(Qt::Key_Tab, Qt::ControlModifier);
-    control("Draft")->forceActiveFocus();
+    control("They greet each other")->forceActiveFocus();
     press(Qt::Key_Down);
     const auto focused = [&] { return QAccessible::queryAccessibleInterface(frame->window()->activeFocusItem()); };
     EXPECT_EQ(focused()->role(), QAccessible::Button);
     press(Qt::Key_Return);
     EXPECT_EQ(focused()->text(QAccessible::Name), "Speaker 2, 00:03: Oh, hello");
-    EXPECT_EQ(control("Turns")->property("currentIndex"), 1);
     press(Qt::Key_Tab, Qt::ControlModifier);
     EXPECT_EQ(focused()->text(QAccessible::Name), "Quote, Mara, 00:03: “hello”") << "the place in the draft is kept";
 }
