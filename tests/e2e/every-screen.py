@@ -4,6 +4,7 @@
 usage: every-screen.py PROGRAM
 """
 import json
+import os
 import pathlib
 import subprocess
 import sys
@@ -47,8 +48,22 @@ SCREENS = [
     ("the deleted meetings", ["ctrl+2"], "list item", "Budget talk. Deleted today"),
     ("the menu of a deleted meeting", ["Home", "Menu"], "menu item", "Restore"),
     ("the question before erasing", ["Escape", "Delete"], "dialog", "Erase “"),
+    ("the settings", ["Escape", "ctrl+comma"], "page tab", "General", State.SELECTED),
+    ("the settings of the recording", ["ctrl+Tab"], "page tab", "Recording", State.SELECTED),
+    ("the settings of the engines", ["ctrl+Tab"], "page tab", "Engines", State.SELECTED),
+    ("the settings of the storage", ["ctrl+Tab"], "page tab", "Storage", State.SELECTED),
+    ("the main menu", ["Escape", "F10"], "menu item", "Keyboard shortcuts"),
+    ("the keys", ["<Keyboard shortcuts>"], "list item", "Ctrl+N"),
+    ("what is said before the window closes", ["Escape", "ctrl+w"], "dialog", "keeps running without its window"),
     ("a recording", ["Escape", "ctrl+n"], "label", "Recording for"),
     ("the notes during a recording", ["ctrl+Tab"], "text", "Your notes"),
+]
+WELCOME = [
+    ("the welcome", [], "heading", "Welcome to"),
+    ("the microphone", ["Return"], "heading", "Your microphone"),
+    ("the meeting audio", ["Return"], "heading", "Meeting audio"),
+    ("the engines", ["Return"], "heading", "Engines"),
+    ("an empty library at first", ["Return"], "label", "No meetings yet"),
 ]
 
 
@@ -102,16 +117,8 @@ def take(step):
         window.keys(step)
 
 
-def main():
-    global application
-    said = turns()
-    seed(0, "Weekly planning", turns=said, generatedNotes=draft(said), audioFilename="imported.wav")
-    seed(1, "Design review", turns=turns())
-    seed(2, "Budget talk")
-    application = driver.Application(sys.argv[1], log=driver.data_home() / "application.log",
-                                     environment={**window.ENVIRONMENT, "VARNET_NO_ENGINES": "1"})
-    window.take_focus(application.process.pid)
-    for name, steps, role, words, *states in SCREENS:
+def visit(screens):
+    for name, steps, role, words, *states in screens:
         try:
             for step in steps:
                 take(step)
@@ -120,7 +127,29 @@ def main():
         except AssertionError as error:
             raise AssertionError(f"{name}: {error}") from error
         print(name, flush=True)
+
+
+def start(*arguments):
+    global application
+    application = driver.Application(sys.argv[1], *arguments, log=driver.data_home() / "application.log",
+                                     environment={**window.ENVIRONMENT, "VARNET_NO_ENGINES": "1"})
+    window.take_focus(application.process.pid)
+
+
+def main():
+    said = turns()
+    seed(0, "Weekly planning", turns=said, generatedNotes=draft(said), audioFilename="imported.wav")
+    seed(1, "Design review", turns=turns())
+    seed(2, "Budget talk")
+    start()
+    visit(SCREENS)
     window.keys("ctrl+n")
+    assert application.quit() == 0
+
+    settings = pathlib.Path(os.environ["XDG_CONFIG_HOME"]) / "Varnet" / "Varnet.conf"
+    settings.write_text("[General]\nOnboardingDone=false\n", encoding="utf-8")
+    start("--storage-root", driver.data_home() / "empty")
+    visit(WELCOME)
     assert application.quit() == 0
 
 

@@ -64,7 +64,7 @@ def faults(found):
     """What is wrong with these nodes, in words."""
     for node, parent in found:
         role, state = node.get_role_name(), node.get_state_set()
-        if not node.get_name():
+        if not node.get_name() and role != "separator":
             yield f"{role} in {said(parent)} has no name"
         if role in SHAPELESS:
             yield f"{said(node)} says nothing about what it is" + (" and takes the focus" if _is(node, State.FOCUSABLE) else "")

@@ -8,6 +8,7 @@ ReadingList {
     id: root
 
     Accessible.name: qsTr("Keyboard shortcuts")
+    activeFocusOnTab: true
     model: ShortcutKeys.rows
 
     Keys.onPressed: event => event.accepted = root.stepped(event.key)

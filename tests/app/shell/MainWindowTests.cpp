@@ -126,22 +126,6 @@ QQuickItem* Window::control(const QString& name) {
 
 } // namespace
 
-TEST_F(Window, EveryControlHasANameForScreenReaders) {
-    ASSERT_TRUE(frame->open());
-    for (const auto page : {AppRouter::Page::library, AppRouter::Page::deleted, AppRouter::Page::meeting}) {
-        app->router().setPage(page);
-        settle();
-        QList<QQuickItem*> controls;
-        collectControls(frame->window()->contentItem(), controls);
-        EXPECT_GE(controls.size(), 3);
-        for (auto* control : controls) {
-            auto* accessible = QAccessible::queryAccessibleInterface(control);
-            ASSERT_TRUE(accessible) << control->metaObject()->className();
-            EXPECT_FALSE(accessible->text(QAccessible::Name).isEmpty()) << control->metaObject()->className();
-        }
-    }
-}
-
 TEST_F(Window, ADeleteIsUndoneByTheKeyboardAndErasingIsAskedFirst) {
     open(AppRouter::Page::library);
     press(Qt::Key_Down);
