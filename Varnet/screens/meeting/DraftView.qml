@@ -55,7 +55,7 @@ ReadingList {
     delegate: DraftRow {
         required property int index
 
-        activeFocusOnTab: current
+        activeFocusOnTab: current || activeFocus
         current: ListView.isCurrentItem
         playable: root.playback.present && root.playback.enabled && turn !== ""
         width: ListView.view.width - 6 * Theme.unit

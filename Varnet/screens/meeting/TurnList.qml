@@ -61,7 +61,7 @@ ReadingList {
     delegate: TurnRow {
         required property int index
 
-        activeFocusOnTab: current
+        activeFocusOnTab: current || activeFocus
         current: ListView.isCurrentItem
         editor: root.editing >= 0 && root.editing === index ? turnEditor : null // a row that goes has no index
         playable: root.playback.present && root.playback.enabled
