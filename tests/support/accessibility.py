@@ -66,8 +66,8 @@ def faults(found):
         role, state = node.get_role_name(), node.get_state_set()
         if not node.get_name() and role != "separator":
             yield f"{role} in {said(parent)} has no name"
-        if role in SHAPELESS:
-            yield f"{said(node)} says nothing about what it is" + (" and takes the focus" if _is(node, State.FOCUSABLE) else "")
+        if role in SHAPELESS and state.contains(State.FOCUSABLE):
+            yield f"{said(node)} takes the focus and does not say what it is"
         if role == "label" and parent.get_role_name() in CONTROLS:
             yield f"{said(node)} repeats {said(parent)}"
         if role in VALUES and not Atspi.Value.get_maximum_value(node) > Atspi.Value.get_minimum_value(node):

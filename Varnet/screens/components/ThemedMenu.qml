@@ -23,6 +23,7 @@ Menu {
         clip: true
         currentIndex: root.currentIndex
         implicitHeight: contentHeight
+        keyNavigationEnabled: false // the menu moves, past what cannot be chosen
         model: root.contentModel
 
         ScrollBar.vertical: ThemedScrollBar {}
