@@ -52,6 +52,7 @@ CheckBox {
         opacity: root.enabled ? 1 : 0.45
         radius: Theme.unit
         width: 4 * Theme.unit
+        x: root.mirrored ? root.width - width : 0
         y: (root.height - height) / 2
 
         Icon {

@@ -76,6 +76,7 @@ Rectangle {
                 Accessible.ignored: true
                 Layout.fillWidth: true
                 color: Theme.secondary
+                horizontalAlignment: Text.AlignLeft
                 text: root.subtitle
                 type: Theme.caption
             }

@@ -105,6 +105,7 @@ Column {
                         Accessible.ignored: true
                         Layout.fillWidth: true
                         color: Theme.secondary
+                        horizontalAlignment: Text.AlignLeft
                         text: root.subtitle
                         type: Theme.caption
                     }

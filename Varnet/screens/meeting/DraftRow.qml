@@ -53,6 +53,7 @@ Column {
         }
 
         Rectangle {
+            anchors.left: parent.left
             color: root.leads && hover.hovered ? Theme.accent : Theme.line
             height: content.height
             radius: 1
@@ -75,8 +76,9 @@ Column {
         Column {
             id: content
 
-            width: parent.width - x - (root.playable ? play.width : 0)
-            x: root.quote ? 3 * Theme.unit : 0
+            anchors.left: parent.left
+            anchors.leftMargin: root.quote ? 3 * Theme.unit : 0
+            width: parent.width - anchors.leftMargin - (root.playable ? play.width : 0)
             y: Theme.unit
 
             ThemedText {

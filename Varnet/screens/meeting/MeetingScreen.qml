@@ -80,6 +80,8 @@ FocusScope {
 
             MeetingTabs {
                 id: tabs
+
+                anchors.left: parent.left
             }
 
             MeetingActions {

@@ -15,6 +15,7 @@ FocusScope {
     OwnNotes {
         id: own
 
+        anchors.left: parent.left
         focus: true
         height: root.drafts && !root.wide ? (root.height - y) * 0.4 : root.height - y - 6 * Theme.unit
         page: root.page
