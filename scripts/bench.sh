@@ -11,6 +11,9 @@ done
 bench/convert.py "$build/bench/convert" || failed=1
 tests/support/own-network -- tests/support/private-session --pipewire --display -- \
     bench/recording-cpu.py "$build/Varnet/varnet" "$build/runtime" || failed=1
+tests/support/own-network -- tests/support/private-session --pipewire -- "$build/bench/frames" || failed=1
+tests/support/own-network -- tests/support/private-session --pipewire --display -- \
+    bench/idle.py "$build/Varnet/varnet" "$build/runtime" || failed=1
 tests/support/own-network -- tests/support/private-session --display -- \
-    bench/start.py "$build/Varnet/varnet" || failed=1
+    bench/start.py "$build/Varnet/varnet" "$build/bench/empty_window" || failed=1
 exit $failed

@@ -10,6 +10,7 @@ FocusScope {
     required property AppCommands commands
     required property MeetingPage page
     required property AudioPlayback playback
+    readonly property bool live: page.live
     property bool following: true
 
     function find() {
@@ -39,6 +40,7 @@ FocusScope {
             list.bring(playback.playingTurn)
     }
 
+    onLiveChanged: following = true
     onVisibleChanged: following = true
 
     Keys.onEscapePressed: event => {
