@@ -10,6 +10,11 @@ ListView {
     required property AppRouter router
     required property LibraryModel library
 
+    function showMenu(row, x, y) {
+        menu.active = true
+        menu.item.popup(row, x, y)
+    }
+
     Accessible.name: qsTr("Meetings")
     Accessible.role: Accessible.List
     activeFocusOnTab: true
@@ -52,7 +57,7 @@ ListView {
         onMenuAsked: (x, y) => {
             root.forceActiveFocus()
             root.library.selectForMenu(index)
-            menu.popup(row, x, y)
+            root.showMenu(row, x, y)
         }
         onRenameEnded: {
             const focused = root.activeFocus
@@ -90,15 +95,18 @@ ListView {
         sequences: ["Menu", "Shift+F10"]
         onActivated: {
             root.library.selectForMenu(root.currentIndex)
-            menu.popup(root.currentItem, 8 * Theme.unit, root.currentItem.height - 2 * Theme.unit)
+            root.showMenu(root.currentItem, 8 * Theme.unit, root.currentItem.height - 2 * Theme.unit)
         }
     }
 
-    RowMenu {
+    Loader {
         id: menu
 
-        commands: root.commands
-        library: root.library
-        router: root.router
+        active: false
+        sourceComponent: RowMenu {
+            commands: root.commands
+            library: root.library
+            router: root.router
+        }
     }
 }

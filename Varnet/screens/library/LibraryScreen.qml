@@ -35,21 +35,25 @@ FocusScope {
         }
     }
 
-    EmptyLibrary {
+    Loader {
+        active: root.library.empty
         anchors.centerIn: parent
-        commands: root.commands
-        visible: root.library.empty
-        width: Math.min(130 * Theme.unit, root.width - 16 * Theme.unit)
+        sourceComponent: EmptyLibrary {
+            commands: root.commands
+            width: Math.min(130 * Theme.unit, root.width - 16 * Theme.unit)
+        }
     }
 
-    NoResults {
+    Loader {
+        active: root.library.noResults
         anchors.centerIn: parent
-        query: root.library.query
-        visible: root.library.noResults
-        width: Math.min(130 * Theme.unit, root.width - 16 * Theme.unit)
-        onCleared: {
-            root.library.query = ""
-            header.search()
+        sourceComponent: NoResults {
+            query: root.library.query
+            width: Math.min(130 * Theme.unit, root.width - 16 * Theme.unit)
+            onCleared: {
+                root.library.query = ""
+                header.search()
+            }
         }
     }
 
