@@ -11,7 +11,6 @@ ApplicationWindow {
     LayoutMirroring.childrenInherit: true
     LayoutMirroring.enabled: Qt.locale().textDirection === Qt.RightToLeft
     color: Theme.surface
-    font: Theme.body.font
     minimumHeight: 600
     minimumWidth: 900
     palette.alternateBase: Theme.raised
@@ -34,41 +33,19 @@ ApplicationWindow {
     palette.windowText: Theme.text
     title: Qt.application.displayName
 
-    Shortcuts {
-        commands: root.frame.commands
-        delegate: root.frame.delegate
-        pagesShown: !root.frame.onboarding.showing
-        router: root.frame.router
+    // Text comes with the screens, and with it the search for fonts.
+    Binding {
+        property: "font"
+        target: root
+        value: Theme.body.font
+        when: root.frame.shown
     }
 
-    // Made once, when it is first shown, and kept.
+    // The window itself is up first: what it takes to be filled, a library of any size may take.
     Loader {
-        active: false
+        active: root.frame.shown
         anchors.fill: parent
-        focus: visible
-        visible: !root.frame.onboarding.showing
-        sourceComponent: ContentView {
-            frame: root.frame
-        }
-
-        Binding on active {
-            restoreMode: Binding.RestoreNone
-            value: true
-            when: !root.frame.onboarding.showing
-        }
-    }
-
-    Loader {
-        active: root.frame.onboarding.showing
-        anchors.fill: parent
-        focus: active
-        Component.onCompleted: setSource("welcome/OnboardingView.qml", {"frame": root.frame})
-    }
-
-    Later {
-        anchors.fill: parent
-        frame: root.frame
-        part: Qt.resolvedUrl("Overlays.qml")
-        properties: ({ "frame": root.frame })
+        focus: true
+        Component.onCompleted: setSource("Screens.qml", {"frame": root.frame})
     }
 }

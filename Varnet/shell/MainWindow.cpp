@@ -183,6 +183,9 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
 void MainWindow::finishLoading() {
     m_shown = true;
     Q_EMIT shownChanged();
+    connect(
+        m_window, &QQuickWindow::frameSwapped, this, [] { qCInfo(startLog, "first screen"); },
+        Qt::SingleShotConnection);
 }
 
 void MainWindow::followHistory() {
