@@ -16,7 +16,7 @@ Item {
             id: sidebar
 
             Layout.fillHeight: true
-            Layout.preferredWidth: implicitWidth
+            Layout.preferredWidth: Math.min(implicitWidth, root.width * 0.36) // large words leave the content its room
             frame: root.frame
         }
 

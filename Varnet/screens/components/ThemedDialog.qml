@@ -12,7 +12,7 @@ Dialog {
     default property Component body
     property bool closable: true // has the button; a question has answers instead
     property int preferredHeight: 0 // 0 for that of the body; never more than the window has
-    property int preferredWidth: 130 * Theme.unit
+    property int preferredWidth: 26 * Theme.body.lineHeight
     property string subtitle
 
     signal dismissed
@@ -64,6 +64,7 @@ Dialog {
                     ThemedText {
                         Layout.fillWidth: true
                         color: Theme.secondary
+                        horizontalAlignment: Text.AlignLeft
                         text: root.subtitle
                         visible: text !== ""
                     }

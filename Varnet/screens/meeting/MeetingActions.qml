@@ -8,7 +8,7 @@ Row {
 
     required property AppCommands commands
     required property AppRouter router
-    required property DraftModel draft
+    required property MeetingPage page
     required property real room
 
     spacing: 2 * Theme.unit
@@ -18,14 +18,14 @@ Row {
 
         enabled: root.visible && root.commands.writeNotesEnabled
         shortcut: ShortcutKeys.writeNotes
-        text: root.draft.writeTitle
+        text: root.page.draft.writeTitle
         onTriggered: root.commands.writeNotes()
     }
 
     Action {
         id: exporting
 
-        enabled: root.visible
+        enabled: root.visible && root.page.present
         shortcut: ShortcutKeys.exportMeeting
         text: qsTr("Export…")
         onTriggered: root.router.exporting = true
@@ -34,6 +34,7 @@ Row {
     Action {
         id: history
 
+        enabled: root.page.present
         text: qsTr("Version history")
         onTriggered: root.commands.openHistory()
     }
@@ -62,7 +63,7 @@ Row {
 
         WriteNotesButton {
             commands: root.commands
-            draft: root.draft
+            draft: root.page.draft
         }
 
         Repeater {

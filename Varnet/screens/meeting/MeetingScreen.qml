@@ -11,6 +11,9 @@ FocusScope {
     required property MeetingPage page
     required property AudioPlayback playback
     readonly property Item typing: Window.activeFocusItem
+    readonly property bool live: page.live
+
+    onLiveChanged: if (live) tabs.currentIndex = 0 // what is being said comes first
 
     // The keys of the player, where they do not belong to what is being typed.
     Keys.enabled: !(typing instanceof TextInput) && !(typing instanceof TextEdit)
@@ -88,7 +91,7 @@ FocusScope {
                 anchors.right: parent.right
                 anchors.verticalCenter: parent.verticalCenter
                 commands: root.commands
-                draft: root.page.draft
+                page: root.page
                 room: parent.width - tabs.width - 8 * Theme.unit
                 router: root.router
             }
