@@ -33,14 +33,6 @@ ApplicationWindow {
     palette.windowText: Theme.text
     title: Qt.application.displayName
 
-    // Text comes with the screens, and with it the search for fonts.
-    Binding {
-        property: "font"
-        target: root
-        value: Theme.body.font
-        when: root.frame.shown
-    }
-
     // The window itself is up first: what it takes to be filled, a library of any size may take.
     Loader {
         active: root.frame.shown
