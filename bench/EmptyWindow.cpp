@@ -6,6 +6,8 @@
 #include <QQuickStyle>
 #include <QQuickWindow>
 
+#include <ctime>
+
 Q_LOGGING_CATEGORY(startLog, "varnet.start", QtWarningMsg)
 
 int main(int argc, char** argv) {
@@ -16,6 +18,10 @@ int main(int argc, char** argv) {
         return 1;
     QObject::connect(
         qobject_cast<QQuickWindow*>(engine.rootObjects().constFirst()), &QQuickWindow::frameSwapped, &engine,
-        [] { qCInfo(startLog, "first frame"); }, Qt::SingleShotConnection);
+        [] {
+            qCInfo(startLog, "first frame after %.1f ms of processor time",
+                   1000.0 * static_cast<double>(std::clock()) / CLOCKS_PER_SEC);
+        },
+        Qt::SingleShotConnection);
     return QGuiApplication::exec();
 }
