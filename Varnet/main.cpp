@@ -79,7 +79,6 @@ int run(const CommandLine& commandLine, StorageLock* lock, std::function<LoadedM
     if (!commandLine.exportsWindow)
         QObject::connect(&window, &MainWindow::shownChanged, &app, [&] {
             tray = std::make_unique<Tray>(app, window.clock());
-            QObject::connect(tray.get(), &Tray::windowWanted, &window, &MainWindow::show);
             QObject::connect(tray.get(), &Tray::presentChanged, &window, [&] { window.setInTray(tray->present()); });
         });
 

@@ -142,6 +142,7 @@ Task<> SettingsState::browse(QPointer<SettingsState> self, fs::path folder) {
 }
 
 void SettingsState::showWelcome() {
+    forgetProblem();
     m_onboarding.setDone(false);
 }
 

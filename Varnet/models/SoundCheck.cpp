@@ -69,6 +69,8 @@ std::vector<float> testSound() {
     return samples;
 }
 
+constexpr auto noTestFile = "The test sound could not be written to the folder for temporary files.";
+
 void writeTestSound(const std::filesystem::path& path) {
     const auto samples = DurableWAV::pcm(testSound());
     const auto header = DurableWAV::header(samples.size());
@@ -76,7 +78,7 @@ void writeTestSound(const std::filesystem::path& path) {
     for (const std::span<const std::byte> part : {std::span<const std::byte>(header), std::span(samples)})
         file.write(reinterpret_cast<const char*>(part.data()), static_cast<std::streamsize>(part.size()));
     if (!file.flush())
-        throw Failure("The test sound could not be written to the folder for temporary files.");
+        throw Failure(noTestFile);
 }
 
 } // namespace
@@ -260,6 +262,8 @@ void SoundCheck::playTestSound() {
     try {
         if (!m_output) {
             m_folder = std::make_unique<QTemporaryDir>();
+            if (!m_folder->isValid())
+                throw Failure(noTestFile);
             writeTestSound(testFile());
             m_output = m_makeOutput({.onEnded = [] {}, .onFailed = complain});
         }

@@ -18,7 +18,10 @@ constexpr qsizetype longestTitle = 60; // letters; menus of the desktop take any
 
 QString shortened(const QString& text) {
     const auto line = text.simplified();
-    return line.size() <= longestTitle ? line : line.first(longestTitle - 1).trimmed() + u'…';
+    if (line.size() <= longestTitle)
+        return line;
+    const auto kept = longestTitle - (line[longestTitle - 2].isHighSurrogate() ? 2 : 1);
+    return line.first(kept).trimmed() + u'…';
 }
 
 const TrayRow divider{{}, false, true, true};

@@ -28,7 +28,10 @@ Item {
         secondAnswer: qsTr("Close the window")
         visible: root.frame.askingToClose
         onDismissed: root.frame.cancelClosing()
-        onFirst: root.delegate.quit()
+        onFirst: {
+            root.frame.cancelClosing()
+            root.delegate.quit()
+        }
         onSecond: root.frame.close()
     }
 

@@ -12,6 +12,7 @@ Item {
     required property bool pagesShown
 
     Shortcut {
+        autoRepeat: false // a key that is held down must not end what it has begun
         context: Qt.ApplicationShortcut
         enabled: root.commands.recordEnabled
         sequence: ShortcutKeys.record

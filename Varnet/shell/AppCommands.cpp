@@ -161,14 +161,14 @@ void AppCommands::searchLibrary() {
     m_router.requestSearchFocus();
 }
 
-void AppCommands::showWindow() {
-    Q_EMIT windowWanted();
+void AppCommands::showWindow(const QString& token) {
+    Q_EMIT windowWanted(token);
 }
 
-void AppCommands::showSettings() {
+void AppCommands::showSettings(const QString& token) {
     Q_EMIT aboutToAct();
     m_router.setSettingsOpen(true);
-    showWindow();
+    showWindow(token);
 }
 
 void AppCommands::closeSettings() {

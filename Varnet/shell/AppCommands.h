@@ -69,10 +69,10 @@ public:
     Q_INVOKABLE void showDeleted();
     /// Shows the library with the cursor in its search field.
     Q_INVOKABLE void searchLibrary();
-    /// Brings the window up and forward.
-    Q_INVOKABLE void showWindow();
+    /// Brings the window up and forward; with the desktop's leave to do so, where there is a token.
+    Q_INVOKABLE void showWindow(const QString& token = {});
     /// The same, with the settings presented.
-    Q_INVOKABLE void showSettings();
+    Q_INVOKABLE void showSettings(const QString& token = {});
     Q_INVOKABLE void closeSettings();
     /// Opens the page of the selected meeting, if one is selected.
     Q_INVOKABLE void openSelected();
@@ -122,7 +122,7 @@ Q_SIGNALS:
     void transcribeAgainChanged();
     void notesChanged();
     void undoChanged();
-    void windowWanted(); ///< the window is to come up and forward
+    void windowWanted(QString token); ///< the window is to come up and forward; see bringForward
     /// A command looks at meetings or changes them now: a title, a turn or notes that are being edited must be handed
     /// in before this returns.
     void aboutToAct();

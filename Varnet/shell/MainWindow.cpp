@@ -11,6 +11,10 @@
 #include <QQuickStyle>
 #include <QQuickWindow>
 #include <QScreen>
+#include <QTimer>
+
+#include <chrono>
+#include <utility>
 
 #include <ctime>
 
@@ -29,6 +33,7 @@ void logStart(const char* moment) {
 }
 
 constexpr QSize usualSize{1280, 820};
+constexpr std::chrono::seconds longestWaitForFrame{3}; // a window that nobody sees yet may get none
 constexpr auto closeNoticeKey = "CloseNoticeShown";
 
 QUrl mainScreen() {
@@ -82,13 +87,13 @@ MainWindow::MainWindow(VarnetApp& app, std::unique_ptr<QQmlApplicationEngine> sc
         if (m_app.onboarding().showing()) // in place of the player
             m_playback.pause();
     });
-    // What was asked for from the tray or the bus has failed, and nobody would hear of it. Not while a recording goes
-    // on: the screen may be shared.
     connect(&app.store(), &MeetingStore::errorChanged, this, [this] {
-        if (m_window && !m_window->isVisible() && m_app.store().error() && !m_app.store().recording())
-            show();
+        m_unheard = m_app.store().error() && m_window && !m_window->isVisible();
+        tellUnheard();
     });
-    connect(&app.commands(), &AppCommands::windowWanted, this, [this] { show(); });
+    connect(&app.store(), &MeetingStore::busyChanged, this, &MainWindow::tellUnheard);
+    connect(&app.store(), &MeetingStore::recordingChanged, this, &MainWindow::tellUnheard);
+    connect(&app.commands(), &AppCommands::windowWanted, this, &MainWindow::show);
     connect(&app.delegate(), &MeetingAppDelegate::closing, &app.commands(), &AppCommands::aboutToAct);
     connect(&app.commands(), &AppCommands::aboutToAct, &m_meetingPage, &MeetingPage::handIn);
 }
@@ -140,6 +145,7 @@ bool MainWindow::open() {
             QMetaObject::invokeMethod(this, &MainWindow::finishLoading, Qt::QueuedConnection);
         },
         Qt::SingleShotConnection);
+    QTimer::singleShot(longestWaitForFrame, this, &MainWindow::finishLoading);
     m_window->show();
     return true;
 }
@@ -187,7 +193,18 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
     return false;
 }
 
+/// What was asked for from the tray or the bus has failed, and nobody would hear of it. The window waits for the end of
+/// a recording: the screen may be shared.
+void MainWindow::tellUnheard() {
+    if (!m_unheard || m_app.store().recording() || m_app.store().busy())
+        return;
+    m_unheard = false;
+    show();
+}
+
 void MainWindow::finishLoading() {
+    if (m_shown)
+        return;
     m_shown = true;
     Q_EMIT shownChanged();
     connect(m_window, &QQuickWindow::frameSwapped, this, [] { logStart("first screen"); }, Qt::SingleShotConnection);

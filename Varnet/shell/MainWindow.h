@@ -106,6 +106,7 @@ Q_SIGNALS:
     void closeNoticeChanged();
 
 private:
+    void tellUnheard();
     void finishLoading();
     void followHistory();
     void followOnboarding();
@@ -127,6 +128,7 @@ private:
     ErrorBanner m_banner;
     WorkStatus m_work;
     bool m_shown = false;
+    bool m_unheard = false; ///< the store's error came while the window was closed
     bool m_askingToClose = false;
     bool m_inTray = false;
     QQuickWindow* m_window = nullptr;

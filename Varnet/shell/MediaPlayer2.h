@@ -20,7 +20,8 @@ struct MediaPlayerActions {
 /// window until another meeting is selected or a recording starts: a media key goes on with what somebody chose to
 /// hear, and never plays a meeting into the room that was only looked at. The controls also show on a locked screen, so
 /// that neither the title of a meeting nor the place of a file goes on the bus. A position is worked out when it is
-/// asked for. Main thread; the playback must outlive it.
+/// asked for. Taking the name and giving it back waits for the bus, a millisecond or so. Main thread; the playback must
+/// outlive it.
 class MediaPlayer2 : public QObject {
     Q_OBJECT
 

@@ -23,7 +23,7 @@ void MeetingAppDelegate::adopt(MeetingStore* store, EngineSupervisor* engines) {
 
 bool MeetingAppDelegate::canCloseAtOnce() {
     Q_EMIT closing();
-    return !m_store || (!m_store->recording() && !m_store->capturing() && m_store->retrySaving());
+    return !m_store || (!captures() && m_store->retrySaving());
 }
 
 void MeetingAppDelegate::quit() {
@@ -31,10 +31,14 @@ void MeetingAppDelegate::quit() {
         return;
     m_quitting = true;
     Q_EMIT closing();
-    if (m_store && (m_store->recording() || m_store->capturing()))
+    if (captures())
         m_tasks.spawn(endCaptureAndClose(this, m_tasks.stopToken()));
     else
         close();
+}
+
+bool MeetingAppDelegate::captures() const {
+    return m_store && (m_store->recording() || m_store->capturing());
 }
 
 /// A start or a stop that is under way comes to its end first, so that the files of the recording are closed.
@@ -71,7 +75,9 @@ void MeetingAppDelegate::retrySavingAndQuit() {
     if (!m_askingToSave)
         return;
     setAskingToSave(false);
-    if (!m_store || m_store->retrySaving())
+    if (captures()) // begun while the question was up
+        m_tasks.spawn(endCaptureAndClose(this, m_tasks.stopToken()));
+    else if (!m_store || m_store->retrySaving())
         terminate();
     else
         cancel();

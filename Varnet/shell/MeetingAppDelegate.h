@@ -50,6 +50,7 @@ Q_SIGNALS:
 
 private:
     static Task<> endCaptureAndClose(QPointer<MeetingAppDelegate> self, std::stop_token stop);
+    bool captures() const; ///< a recording runs, starts or stops
     void close();
     void setAskingToSave(bool asking);
     void cancel();

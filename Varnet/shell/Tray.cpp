@@ -12,7 +12,7 @@ Tray::Tray(VarnetApp& app, const RecordingClock& clock, QObject* parent)
                           QDBusConnection::sessionBus(), this)) {
     connect(&m_state, &TrayState::changed, m_item, [this] { m_item->show(m_state.content()); });
     connect(m_item, &TrayItem::presentChanged, this, &Tray::presentChanged);
-    connect(m_item, &TrayItem::activated, this, &Tray::windowWanted);
+    connect(m_item, &TrayItem::activated, &app.commands(), &AppCommands::showWindow);
     connect(m_item, &TrayItem::chosen, this, &Tray::choose);
 }
 
@@ -26,11 +26,10 @@ void Tray::choose(int row, const QString& token) {
         m_app.commands().toggleRecording();
         break;
     case TrayState::open:
-        Q_EMIT windowWanted(token);
+        m_app.commands().showWindow(token);
         break;
     case TrayState::settings:
-        Q_EMIT windowWanted(token);
-        m_app.commands().showSettings();
+        m_app.commands().showSettings(token);
         break;
     case TrayState::quit:
         m_app.delegate().quit();

@@ -23,8 +23,6 @@ public:
 
 Q_SIGNALS:
     void presentChanged();
-    /// The window is to come up and forward, with the desktop's leave if there is a token.
-    void windowWanted(QString token);
 
 private:
     void choose(int row, const QString& token);

@@ -81,11 +81,7 @@ Task<> VarnetApp::checkOnce(VarnetApp* self, std::stop_token stop) {
 
 /// The flags in their order: a later one's page wins.
 void VarnetApp::applyPreviews() {
-    if (m_commandLine.showsHistory) {
-        m_router.setPage(AppRouter::Page::meeting);
-        m_commands.openHistory();
-    }
-    if (m_commandLine.showsMeeting)
+    if (m_commandLine.showsHistory || m_commandLine.showsMeeting)
         m_router.setPage(AppRouter::Page::meeting);
     if (m_commandLine.previewsRecording) {
         m_router.setPage(AppRouter::Page::meeting);
@@ -94,6 +90,8 @@ void VarnetApp::applyPreviews() {
     }
     if (m_commandLine.showsDeleted)
         m_router.setPage(AppRouter::Page::deleted);
+    if (m_commandLine.showsHistory) // last: turning to a page closes it
+        m_commands.openHistory();
 }
 
 Task<> VarnetApp::poll(VarnetApp* self, std::stop_token stop) {

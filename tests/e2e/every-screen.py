@@ -56,7 +56,7 @@ SCREENS = [
     ("the keys", ["<Keyboard shortcuts>"], "list item", "Ctrl+N"),
     ("what is said before the window closes", ["Escape", "ctrl+w"], "dialog", "keeps running without its window"),
     ("a recording", ["Escape", "ctrl+n"], "label", "Recording for"),
-    ("its transcript", ["ctrl+Tab"], "label", "There is no live transcript"),
+    ("its transcript, which comes first", [], "label", "There is no live transcript"),
 ]
 WELCOME = [
     ("the welcome", [], "heading", "Welcome to"),

@@ -78,7 +78,8 @@ DesktopPreferences::DesktopPreferences(QObject* parent) : QObject(parent) {
     qDBusRegisterMetaType<Settings>();
     qRegisterMetaType<QDBusVariant>(); // the slot is found by the names of its types
     auto bus = QDBusConnection::sessionBus();
-    bus.connect(service, path, interface, QStringLiteral("SettingChanged"), this,
+    // With a name for the sender this would wait for the bus to say who that is.
+    bus.connect({}, path, interface, QStringLiteral("SettingChanged"), this,
                 SLOT(take(QString, QString, QDBusVariant)));
     auto message = QDBusMessage::createMethodCall(service, path, interface, QStringLiteral("ReadAll"));
     message << QStringList{appearance, gnome, gnomeAccess, kde};

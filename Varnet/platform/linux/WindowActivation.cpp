@@ -48,15 +48,17 @@ void activateSince(QWindow& window, quint32 time, xcb_connection_t* connection) 
 } // namespace
 
 void bringForward(QWindow& window, const QString& token) {
-    // On Wayland the window takes it from here when it asks to be activated.
-    if (!token.isEmpty())
-        qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8());
-    if (window.windowState() == Qt::WindowMinimized)
-        window.showNormal();
-    else
-        window.show();
+    window.setWindowStates(window.windowStates() & ~Qt::WindowMinimized); // show() would end a maximized one
+    window.setVisible(true);
     if (!window.isActive())
         window.raise();
+    // On Wayland the toolkit takes it from here. No process that is started later may find it.
+    if (!token.isEmpty() && QGuiApplication::platformName().startsWith(QLatin1String("wayland"))) {
+        qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8());
+        window.requestActivate();
+        qunsetenv("XDG_ACTIVATION_TOKEN");
+        return;
+    }
     const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
     if (const auto time = startupTime(token); x11 && time != 0)
         activateSince(window, time, x11->connection());

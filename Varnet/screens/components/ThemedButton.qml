@@ -17,7 +17,7 @@ Button {
     Accessible.focusable: activeFocusOnTab
     Accessible.name: text
     Accessible.onPressAction: press()
-    Keys.onEnterPressed: press()
-    Keys.onReturnPressed: press()
+    Keys.onEnterPressed: event => { if (!event.isAutoRepeat) press() }
+    Keys.onReturnPressed: event => { if (!event.isAutoRepeat) press() }
     focusPolicy: enabled ? Qt.StrongFocus : Qt.NoFocus
 }

@@ -3,7 +3,7 @@ import QtQuick
 import QtQuick.Dialogs
 import Varnet
 
-// Asks for the folder of the engines, from the present one on.
+// Asks for the folder of the engines.
 FolderDialog {
     id: root
 

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Controls.Basic
 import QtQuick.Layouts
 import Varnet
 
@@ -13,32 +12,12 @@ Rectangle {
     color: Theme.window
     implicitWidth: 12 * Theme.body.lineHeight // 240; wider with larger words
 
-    Flickable {
+    ScrollArea {
         id: view
 
-        // Brings what has the keyboard's focus into view.
-        function follow(item) {
-            if (!item || item.parent !== content)
-                return
-            contentY = Math.max(Math.min(contentY, item.y), item.y + item.height + 6 * Theme.unit - height)
-        }
-
         anchors.fill: parent
-        boundsBehavior: Flickable.StopAtBounds
-        clip: true
         contentHeight: content.height + 6 * Theme.unit
-        contentWidth: width
         interactive: contentHeight > height
-
-        ScrollBar.vertical: ThemedScrollBar {}
-
-        Connections {
-            function onActiveFocusItemChanged() {
-                view.follow(root.Window.window.activeFocusItem)
-            }
-
-            target: root.Window.window
-        }
 
         ColumnLayout {
             id: content

@@ -26,6 +26,20 @@ StepPage {
     PlainButton {
         text: qsTr("Choose the folder of the engines…")
         visible: root.frame.sidebar.speech.detail !== "" || root.frame.sidebar.notes.detail !== ""
-        onClicked: root.frame.commands.showSettings()
+        onClicked: chooser.choose()
+
+        RuntimeChooser {
+            id: chooser
+
+            settings: root.frame.settings
+        }
+    }
+
+    ThemedText {
+        Layout.fillWidth: true
+        color: Theme.rec
+        text: root.frame.settings.problem
+        visible: text !== ""
+        wrapMode: Text.Wrap
     }
 }

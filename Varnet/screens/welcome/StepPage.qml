@@ -16,8 +16,8 @@ FocusScope {
     Accessible.name: qsTr("%1: %2").arg(frame.onboarding.progress).arg(heading)
     Accessible.role: Accessible.Grouping
     focus: true
-    Keys.onEnterPressed: frame.onboarding.next()
-    Keys.onReturnPressed: frame.onboarding.next()
+    Keys.onEnterPressed: event => { if (!event.isAutoRepeat) frame.onboarding.next() }
+    Keys.onReturnPressed: event => { if (!event.isAutoRepeat) frame.onboarding.next() }
     Keys.onDownPressed: page.scroll(2 * Theme.reading.lineHeight)
     Keys.onUpPressed: page.scroll(-2 * Theme.reading.lineHeight)
 

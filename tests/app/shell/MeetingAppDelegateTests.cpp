@@ -54,8 +54,11 @@ TEST_F(Quit, AsksOnceWhenChangesAreNotSaved) {
 
     delegate.quit();
     noStorage.reset();
+    await(store().startRecording());
     delegate.retrySavingAndQuit();
-    EXPECT_EQ(terminations, 1);
+    EXPECT_EQ(terminations, 0) << "a recording that began meanwhile is closed first";
+    EXPECT_TRUE(eventually([this] { return terminations > 0; }));
+    EXPECT_FALSE(store().recording());
     EXPECT_EQ(onDisk(meeting).title, "Budget");
     EXPECT_EQ(banner.saveMessage(), "");
 }
