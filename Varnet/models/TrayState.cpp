@@ -17,7 +17,7 @@ namespace {
 constexpr qsizetype longestTitle = 60; // letters; menus of the desktop take any width they are given
 
 QString shortened(const QString& text) {
-    const auto line = text.simplified();
+    auto line = text.simplified();
     if (line.size() <= longestTitle)
         return line;
     const auto kept = longestTitle - (line[longestTitle - 2].isHighSurrogate() ? 2 : 1);

@@ -14,9 +14,8 @@
 #include <QTimer>
 
 #include <chrono>
-#include <utility>
-
 #include <ctime>
+#include <utility>
 
 void qml_register_types_Varnet();
 
@@ -221,14 +220,14 @@ void MainWindow::followHistory() {
 void MainWindow::followOnboarding() {
     const auto& onboarding = m_app.onboarding();
     const bool seen = onboarding.showing() && m_window->isVisible() && m_window->visibility() != QWindow::Minimized;
-    if (!seen || m_app.store().recording() || m_app.commandLine().exportsWindow)
-        m_soundCheck.listenTo(std::nullopt);
-    else if (onboarding.step() == static_cast<int>(Onboarding::Step::microphone))
-        m_soundCheck.listenTo(CaptureSource::microphone);
-    else if (onboarding.step() == static_cast<int>(Onboarding::Step::meetingAudio))
-        m_soundCheck.listenTo(CaptureSource::system);
-    else
-        m_soundCheck.listenTo(std::nullopt);
+    std::optional<CaptureSource> source;
+    if (seen && !m_app.store().recording() && !m_app.commandLine().exportsWindow) {
+        if (onboarding.step() == static_cast<int>(Onboarding::Step::microphone))
+            source = CaptureSource::microphone;
+        else if (onboarding.step() == static_cast<int>(Onboarding::Step::meetingAudio))
+            source = CaptureSource::system;
+    }
+    m_soundCheck.listenTo(source);
 }
 
 void MainWindow::restoreGeometry() {

@@ -92,11 +92,11 @@ std::string entryText() {
     forEachField(installed.readAll().toStdString(), [&text](const std::string& key, const std::string& value) {
         for (const auto* kept : {"Type", "Name", "GenericName", "Comment", "Icon", "StartupWMClass"})
             if (key == kept || key.starts_with(std::string(kept) + '['))
-                text += key + '=' + value + '\n';
+                text.append(key).append("=").append(value).append("\n");
     });
     const auto program = runningProgram();
     // An entry outlives the program that it starts; with TryExec it is passed over then.
-    return text + "TryExec=" + escaped(program.place) + "\nExec=" + escaped(program.command) + '\n';
+    return text.append("TryExec=" + escaped(program.place) + "\nExec=" + escaped(program.command) + '\n');
 }
 
 } // namespace

@@ -34,7 +34,7 @@ struct TrayItem::Exports {
 
     Exports(TrayItem& owner, TrayContent first, QString drawings)
         : content(std::move(first)),
-          item(content, std::move(drawings), [&owner](QString token) { Q_EMIT owner.activated(token); }),
+          item(content, std::move(drawings), [&owner](const QString& token) { Q_EMIT owner.activated(token); }),
           menu(content, [&owner, this](int row) { Q_EMIT owner.chosen(row, item.takeToken()); }) {}
 };
 
