@@ -1,8 +1,8 @@
 #!/usr/bin/python3
 """Time from the start of the program to the first frame of its window: with 500 small meetings in the library against
 an empty window with the same modules, and with 5,000 meetings against none; all in turns, with a warm page cache. The
-limits are on the process's time on all processors where the work counts, which a busy machine changes little, and on the
-wall where it is spread over them. Run it in a private session.
+first frame has the window's ground alone, and its screen follows in the next. The limits are on the time on the wall;
+that of the process on all processors is printed beside it. Run it in a private session.
 
 usage: start.py PROGRAM EMPTY_WINDOW [RUNS]
 """
@@ -16,11 +16,10 @@ import sys
 import time
 import uuid
 
-# What, the meetings, what it is compared with, which moment, by which clock, and the most that it may take.
-ROWS = [("the window is up, 500 meetings against an empty window", 500, None, "first frame", "processor", 1.4),
-        ("its screen is up, 500 meetings against an empty window", 500, None, "first screen", "processor", 3),
-        ("its screen is up, 5,000 meetings against none", 5000, 0, "first screen", "wall", 1.5)]
-
+# What, the meetings, what it is compared with, which moment, and the most that it may take.
+ROWS = [("the window is up, 500 meetings against an empty window", 500, None, "first frame", 1.4),
+        ("its screen is up, 500 meetings against an empty window", 500, None, "first screen", 3),
+        ("its screen is up, 5,000 meetings against none", 5000, 0, "first screen", 1.5)]
 
 MOMENT = re.compile(r"(first frame|first screen) after ([0-9.]+) ms of processor time")
 
@@ -82,14 +81,14 @@ def main():
         return statistics.median(times[moment][clock] for times in runs[count][1:])
 
     met = True
-    for what, count, base, moment, clock, limit in ROWS:
-        ratios = {}
-        for each in ("processor", "wall"):
-            mine, other = median(count, moment, each), median(base, "first frame" if base is None else moment, each)
-            ratios[each] = mine / other
-            print(f"{what}, {each} time: {mine * 1000:.0f} ms to {other * 1000:.0f} ms, {mine / other:.2f}x", end="")
-            print(f" (at most {limit}x){'' if mine / other <= limit else ' MISSED'}" if each == clock else "")
-        met &= ratios[clock] <= limit
+    for what, count, base, moment, limit in ROWS:
+        for clock in ("wall", "processor"):
+            mine, other = median(count, moment, clock), median(base, "first frame" if base is None else moment, clock)
+            print(f"{what}, {clock} time: {mine * 1000:.0f} ms to {other * 1000:.0f} ms, {mine / other:.2f}x", end="")
+            if clock == "wall":
+                met &= mine / other <= limit
+                print(f" (at most {limit}x){'' if mine / other <= limit else ' MISSED'}", end="")
+            print()
     return 0 if met else 1
 
 
