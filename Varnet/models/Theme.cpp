@@ -36,6 +36,7 @@ Theme* Theme::create(QQmlEngine*, QJSEngine*) {
 Theme::Theme() : m_ownFont(QGuiApplication::font()) {
     QCoreApplication::instance()->installEventFilter(this);
     connect(&m_preferences, &DesktopPreferences::changed, this, &Theme::follow);
+    measure();
 }
 
 void Theme::follow() {
@@ -80,24 +81,36 @@ QList<QColor> Theme::tones() const {
     return {rec(), amber(), ok(), faint()};
 }
 
-TypeStyle Theme::type(int pixels, int lineHeight, QFont::Weight weight) const {
+void Theme::measure() {
     const auto scale = desktopFontScale();
-    auto font = QGuiApplication::font();
-    font.setPixelSize(qRound(pixels * scale));
-    font.setWeight(weight);
-    const qreal line = qRound(lineHeight * scale);
-    // Rich text puts the base line at four fifths of a line of fixed height, plain text puts the letters in its middle.
-    const QFontMetricsF metrics(font);
-    const auto middle = (line - metrics.height()) / 2 + metrics.ascent();
-    return {font, line, qRound(line * 4 / 5 - middle) * 1.0};
+    const auto styled = [scale](int pixels, int lineHeight, QFont::Weight weight = QFont::Normal) {
+        auto font = QGuiApplication::font();
+        font.setPixelSize(qRound(pixels * scale));
+        font.setWeight(weight);
+        const qreal line = qRound(lineHeight * scale);
+        // Rich text puts the base line at four fifths of a line of fixed height, plain text puts the letters in its
+        // middle.
+        const QFontMetricsF metrics(font);
+        const auto middle = (line - metrics.height()) / 2 + metrics.ascent();
+        return TypeStyle{font, line, qRound(line * 4 / 5 - middle) * 1.0};
+    };
+    m_caption = styled(12, 16);
+    m_body = styled(13, 20);
+    m_emphasis = styled(13, 20, QFont::DemiBold);
+    m_reading = styled(15, 24);
+    m_heading = styled(18, 24, QFont::DemiBold);
+    m_title = styled(24, 32, QFont::DemiBold);
+    m_symbol = qRound(16 * scale);
 }
 
 bool Theme::eventFilter(QObject* watched, QEvent* event) {
     if (watched == QCoreApplication::instance()) {
         if (event->type() == QEvent::ApplicationPaletteChange)
             Q_EMIT appearanceChanged();
-        if (event->type() == QEvent::ApplicationFontChange)
+        if (event->type() == QEvent::ApplicationFontChange) {
+            measure();
             Q_EMIT typeChanged();
+        }
     }
     return QObject::eventFilter(watched, event);
 }

@@ -63,6 +63,7 @@ class Theme : public QObject {
     Q_PROPERTY(varnet::TypeStyle reading READ reading NOTIFY typeChanged)
     Q_PROPERTY(varnet::TypeStyle heading READ heading NOTIFY typeChanged)
     Q_PROPERTY(varnet::TypeStyle title READ title NOTIFY typeChanged)
+    Q_PROPERTY(qreal symbol READ symbol NOTIFY typeChanged)
     Q_PROPERTY(int unit READ unit CONSTANT)
     Q_PROPERTY(int cardRadius READ cardRadius CONSTANT)
     Q_PROPERTY(int controlRadius READ controlRadius CONSTANT)
@@ -107,12 +108,13 @@ public:
     QList<QColor> speakers() const;
     QList<QColor> tones() const;
 
-    TypeStyle caption() const { return type(12, 16); }
-    TypeStyle body() const { return type(13, 20); }
-    TypeStyle emphasis() const { return type(13, 20, QFont::DemiBold); }
-    TypeStyle reading() const { return type(15, 24); }
-    TypeStyle heading() const { return type(18, 24, QFont::DemiBold); }
-    TypeStyle title() const { return type(24, 32, QFont::DemiBold); }
+    const TypeStyle& caption() const { return m_caption; }
+    const TypeStyle& body() const { return m_body; }
+    const TypeStyle& emphasis() const { return m_emphasis; }
+    const TypeStyle& reading() const { return m_reading; }
+    const TypeStyle& heading() const { return m_heading; }
+    const TypeStyle& title() const { return m_title; }
+    qreal symbol() const { return m_symbol; } ///< the side of a symbol in pixels: 16, more where the words are larger
 
     int unit() const { return 4; }
     int cardRadius() const { return 8; }
@@ -129,13 +131,15 @@ Q_SIGNALS:
 
 private:
     Theme();
-    TypeStyle type(int pixels, int lineHeight, QFont::Weight weight = QFont::Normal) const;
     void follow();
+    void measure();
 
     std::optional<Appearance> m_appearance;
     QFont m_ownFont; ///< the application's before the desktop named one
     DesktopPreferences m_preferences;
     DesktopPreferences::Values m_followed; ///< what the window looks like now
+    TypeStyle m_caption, m_body, m_emphasis, m_reading, m_heading, m_title;
+    qreal m_symbol = 0;
 };
 
 } // namespace varnet

@@ -4,8 +4,8 @@ import Varnet
 // Two offset bars, a long and a short one: two tracks.
 Item {
     Accessible.ignored: true
-    implicitHeight: 4 * Theme.unit
-    implicitWidth: 5 * Theme.unit
+    implicitHeight: Theme.symbol
+    implicitWidth: 1.25 * Theme.symbol
 
     Rectangle {
         color: Theme.text

@@ -9,6 +9,6 @@ IconImage {
     color: Theme.text
     height: sourceSize.height
     source: symbol === "" ? "" : Qt.resolvedUrl("../icons/" + symbol + ".svg")
-    sourceSize: Qt.size(4 * Theme.unit, 4 * Theme.unit)
+    sourceSize: Qt.size(Theme.symbol, Theme.symbol)
     width: sourceSize.width
 }

@@ -13,6 +13,7 @@ ThemedButton {
     ToolTip.text: text
     ToolTip.visible: hovered && text !== ""
     opacity: enabled ? 1 : 0.45
+    horizontalPadding: padding
     padding: 2 * Theme.unit
 
     background: Rectangle {
@@ -25,8 +26,8 @@ ThemedButton {
         }
     }
     contentItem: Item {
-        implicitHeight: 4 * Theme.unit
-        implicitWidth: 4 * Theme.unit
+        implicitHeight: Theme.symbol
+        implicitWidth: Theme.symbol
 
         Icon {
             anchors.centerIn: parent

@@ -7,7 +7,7 @@ Rectangle {
 
     Accessible.ignored: true
     color: Theme.tones[tone]
-    implicitHeight: 2 * Theme.unit
-    implicitWidth: 2 * Theme.unit
+    implicitHeight: Theme.symbol / 2
+    implicitWidth: Theme.symbol / 2
     radius: height / 2
 }
