@@ -6,6 +6,7 @@ import Varnet
 Flickable {
     id: root
 
+    property bool telling: false // from the start that there is more, not only while it moves
     readonly property Item focused: Window.activeFocusItem
 
     function scroll(by) {
@@ -24,5 +25,7 @@ Flickable {
         scroll(Math.min(0, top - contentY) + Math.max(0, top + focused.height + 12 * Theme.unit - contentY - height))
     }
 
-    ScrollBar.vertical: ThemedScrollBar {}
+    ScrollBar.vertical: ThemedScrollBar {
+        policy: root.telling ? ScrollBar.AlwaysOn : ScrollBar.AsNeeded
+    }
 }

@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Controls.Basic
 import Varnet
 
-// Shows where in its view one is, while that changes and under the pointer.
+// Shows where in its view one is: while that changes and under the pointer, or, always on, wherever there is more.
 ScrollBar {
     id: root
 
