@@ -24,6 +24,7 @@ class SoundCheck : public QObject {
     QML_ELEMENT
     QML_UNCREATABLE("Made with the window")
     Q_PROPERTY(double level READ level NOTIFY levelChanged)
+    Q_PROPERTY(bool listening READ listening NOTIFY changed)
     Q_PROPERTY(bool heard READ heard NOTIFY changed)
     Q_PROPERTY(bool failed READ failed NOTIFY changed)
     Q_PROPERTY(QString words READ words NOTIFY changed)
@@ -50,6 +51,7 @@ public:
 
     State state() const { return m_state; }
     double level() const; ///< 0 to 1 along the meter; some 12 changes a second while there is sound
+    bool listening() const { return m_state != State::off && !failed(); } ///< or getting ready to
     bool heard() const { return m_state == State::heard; }
     bool failed() const { return m_state == State::failed; }
     QString words() const; ///< the state as a sentence

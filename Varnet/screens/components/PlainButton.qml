@@ -6,6 +6,7 @@ ThemedButton {
     id: root
 
     bottomPadding: Theme.unit
+    implicitWidth: Math.ceil(implicitContentWidth) + leftPadding + rightPadding
     leftPadding: 3 * Theme.unit
     opacity: enabled ? 1 : 0.45
     rightPadding: 3 * Theme.unit

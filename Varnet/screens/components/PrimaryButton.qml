@@ -2,14 +2,15 @@ import QtQuick
 import QtQuick.Layouts
 import Varnet
 
-// The one button of a place that matters most. `detail` stands at its right end.
+// The one button of a place that matters most. `detail` stands at its end, or below the words where these leave no room.
 ThemedButton {
     id: root
 
     property string detail
     property string symbol
+    property bool plain: false // looks like a button among others for now
     property color ground: Theme.accent
-    property color ink: Theme.onAccent
+    property color ink: plain ? Theme.text : Theme.onAccent
 
     Accessible.name: detail ? text + ", " + detail : text
     bottomPadding: 2 * Theme.unit
@@ -18,7 +19,13 @@ ThemedButton {
     topPadding: 2 * Theme.unit
 
     background: Rectangle {
-        color: root.down ? Qt.darker(root.ground, 1.12) : root.hovered ? Qt.lighter(root.ground, 1.06) : root.ground
+        border.color: Theme.line
+        border.width: root.plain ? 1 : 0
+        color: {
+            if (root.plain)
+                return root.down || root.hovered ? Theme.raised : Theme.surface
+            return root.down ? Qt.darker(root.ground, 1.12) : root.hovered ? Qt.lighter(root.ground, 1.06) : root.ground
+        }
         opacity: root.enabled ? 1 : 0.45
         radius: Theme.controlRadius
 
@@ -40,20 +47,30 @@ ThemedButton {
             visible: root.symbol !== ""
         }
 
-        ThemedText {
-            Accessible.ignored: true
-            Layout.fillWidth: true
-            color: root.ink
-            text: root.text
-            type: Theme.emphasis
-        }
+        GridLayout {
+            columnSpacing: Theme.unit
+            columns: width < words.implicitWidth + clock.implicitWidth + columnSpacing ? 1 : 2
+            rowSpacing: 0
 
-        ThemedText {
-            Accessible.ignored: true
-            color: root.ink
-            text: root.detail
-            type: Theme.emphasis
-            visible: text !== ""
+            ThemedText {
+                id: words
+
+                Accessible.ignored: true
+                Layout.fillWidth: true
+                color: root.ink
+                text: root.text
+                type: Theme.emphasis
+            }
+
+            ThemedText {
+                id: clock
+
+                Accessible.ignored: true
+                color: root.ink
+                text: root.detail
+                type: Theme.caption
+                visible: text !== ""
+            }
         }
     }
 }

@@ -15,17 +15,18 @@ TextField {
 
     Accessible.name: placeholderText
     Accessible.searchEdit: true
-    bottomPadding: 1.5 * Theme.unit
+    bottomPadding: Theme.unit
     color: Theme.text
     font: Theme.body.font
-    leftPadding: 9 * Theme.unit
+    implicitHeight: Theme.body.lineHeight + 2 * Theme.unit
+    leftPadding: 5 * Theme.unit + Theme.symbol
     maximumLength: 200
     placeholderTextColor: Theme.faint
-    rightPadding: 9 * Theme.unit
+    rightPadding: leftPadding
     selectByMouse: true
     selectedTextColor: Theme.text
     selectionColor: Theme.selection
-    topPadding: 1.5 * Theme.unit
+    topPadding: Theme.unit
 
     Keys.onDownPressed: passedOn()
     Keys.onEscapePressed: {

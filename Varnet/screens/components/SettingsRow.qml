@@ -10,15 +10,17 @@ Item {
     default property alias controls: place.data
     property string detail
     readonly property int gap: 2 * Theme.unit
+    readonly property bool mirrored: LayoutMirroring.enabled
     readonly property bool stacked: width < place.implicitWidth + 13 * Theme.body.lineHeight
     required property string text
 
-    implicitHeight: stacked ? words.height + gap + place.height : Math.max(words.height, place.height)
+    implicitHeight: stacked ? words.height + gap + place.height : Math.max(words.height, place.height, Theme.body.lineHeight + 2 * Theme.unit)
     implicitWidth: place.implicitWidth + 13 * Theme.body.lineHeight
 
     Column {
         id: words
 
+        anchors.left: parent.left
         anchors.verticalCenter: root.stacked ? undefined : parent.verticalCenter
         width: root.stacked ? parent.width : parent.width - place.width - 2 * root.gap
 
@@ -43,7 +45,7 @@ Item {
 
         spacing: 2 * Theme.unit
         width: Math.min(implicitWidth, parent.width)
-        x: root.stacked ? 0 : parent.width - width
+        x: root.stacked === root.mirrored ? parent.width - width : 0
         y: root.stacked ? words.height + root.gap : (parent.height - height) / 2
     }
 }

@@ -9,6 +9,7 @@ ComboBox {
 
     required property string name
     property bool dropping: false // Enter has opened the list and is still down
+    readonly property real mark: 5 * Theme.unit + Theme.symbol // the place of the arrow
 
     function drop(event) {
         event.accepted = dropping = !popup.visible
@@ -30,9 +31,10 @@ ComboBox {
     focusPolicy: enabled ? Qt.StrongFocus : Qt.NoFocus
     font: Theme.body.font
     implicitContentWidthPolicy: ComboBox.WidestText
-    leftPadding: 3 * Theme.unit
+    implicitHeight: Theme.body.lineHeight + 2 * Theme.unit
+    leftPadding: mirrored ? mark : 3 * Theme.unit
     opacity: enabled ? 1 : 0.45
-    rightPadding: 9 * Theme.unit
+    rightPadding: mirrored ? 3 * Theme.unit : mark
     topPadding: Theme.unit
     wheelEnabled: false // the wheel scrolls what it stands in
 
@@ -100,7 +102,7 @@ ComboBox {
     indicator: Icon {
         color: Theme.secondary
         symbol: "expand"
-        x: root.width - width - 3 * Theme.unit
+        x: root.mirrored ? 3 * Theme.unit : root.width - width - 3 * Theme.unit
         y: (root.height - height) / 2
     }
     popup: Popup {

@@ -22,12 +22,12 @@ Switch {
     Accessible.role: Accessible.CheckBox
     Keys.onEnterPressed: press()
     Keys.onReturnPressed: press()
-    bottomPadding: 2 * Theme.unit
+    bottomPadding: Theme.unit
     focusPolicy: enabled ? Qt.StrongFocus : Qt.NoFocus
     leftPadding: 0
     rightPadding: 0
     spacing: 4 * Theme.unit
-    topPadding: 2 * Theme.unit
+    topPadding: Theme.unit
 
     contentItem: ColumnLayout {
         opacity: root.enabled ? 1 : 0.45
@@ -56,20 +56,20 @@ Switch {
         border.color: root.checked ? Theme.accent : Theme.faint
         border.width: 1
         color: root.checked ? Theme.accent : Theme.surface
-        height: 5 * Theme.unit
+        height: 1.25 * Theme.symbol
         opacity: root.enabled ? 1 : 0.45
         radius: height / 2
-        width: 9 * Theme.unit
-        x: root.width - width
+        width: 2.25 * Theme.symbol
+        x: root.mirrored ? 0 : root.width - width
         y: (root.height - height) / 2
 
         Rectangle {
             color: root.checked ? Theme.onAccent : Theme.faint
-            height: 3 * Theme.unit
+            height: 0.75 * Theme.symbol
             radius: height / 2
             width: height
-            x: Theme.unit + root.visualPosition * (parent.width - width - 2 * Theme.unit)
-            y: Theme.unit
+            x: y + root.visualPosition * (parent.width - width - 2 * y)
+            y: Theme.symbol / 4
 
             Behavior on x {
                 enabled: !root.down

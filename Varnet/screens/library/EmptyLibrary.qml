@@ -13,9 +13,8 @@ ColumnLayout {
     BrandMark {
         Layout.alignment: Qt.AlignHCenter
         Layout.bottomMargin: 4 * Theme.unit
-        Layout.preferredHeight: 10 * Theme.unit
-        Layout.preferredWidth: 12 * Theme.unit
-        opacity: 0.9
+        Layout.preferredHeight: 2.5 * Theme.symbol
+        Layout.preferredWidth: 3 * Theme.symbol
     }
 
     ThemedText {

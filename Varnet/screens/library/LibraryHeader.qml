@@ -25,6 +25,7 @@ GridLayout {
 
         ThemedText {
             Accessible.role: Accessible.Heading
+            Layout.alignment: Qt.AlignBaseline
             Layout.fillWidth: true
             Layout.maximumWidth: Math.ceil(implicitWidth)
             Layout.minimumWidth: Math.min(implicitWidth, root.width * 0.29)
@@ -35,6 +36,7 @@ GridLayout {
         ThemedText {
             Layout.alignment: Qt.AlignBaseline
             Layout.fillWidth: true
+            Layout.minimumWidth: Math.ceil(implicitWidth)
             color: Theme.secondary
             text: root.library.summary
         }
@@ -67,8 +69,8 @@ GridLayout {
     PlainButton {
         Layout.column: root.narrow ? 1 : 2
         Layout.fillWidth: true
-        Layout.maximumWidth: Math.ceil(implicitWidth)
-        Layout.minimumWidth: Math.min(implicitWidth, root.width * 0.24)
+        Layout.maximumWidth: implicitWidth
+        Layout.minimumWidth: Math.min(implicitWidth, root.width * (root.narrow ? 0.5 : 0.24))
         Layout.row: root.narrow ? 1 : 0
         enabled: root.commands.importEnabled
         text: qsTr("Import Audio…")

@@ -15,15 +15,17 @@ ColumnLayout {
     ThemedText {
         Layout.fillWidth: true
         horizontalAlignment: Text.AlignHCenter
+        maximumLineCount: 3
         text: qsTr("Nothing found for “%1”").arg(root.query)
         type: Theme.heading
+        wrapMode: Text.Wrap
     }
 
     ThemedText {
         Layout.fillWidth: true
         color: Theme.secondary
         horizontalAlignment: Text.AlignHCenter
-        text: qsTr("Titles and transcripts are searched for exactly these letters.")
+        text: qsTr("Titles and transcripts are searched for these letters, in this order.")
         wrapMode: Text.Wrap
     }
 

@@ -32,7 +32,7 @@ StepPage {
 
     StepPoint {
         Layout.fillWidth: true
-        detail: root.frame.settings.problem || qsTr("Recordings, transcripts and notes are files in one folder: %1").arg(root.frame.onboarding.folder)
+        detail: root.frame.settings.problem || qsTr("Recordings, transcripts and notes are files in one folder:\n%1").arg(root.frame.onboarding.folder)
         symbol: "folder"
         text: qsTr("Files of your own")
 

@@ -52,6 +52,7 @@ Rectangle {
 
             Accessible.ignored: true
             Layout.fillWidth: true
+            Layout.leftMargin: Theme.symbol / 2 + 2 * Theme.unit // below the name
             color: Theme.secondary
             text: root.engine.detail || root.purpose
             wrapMode: Text.Wrap

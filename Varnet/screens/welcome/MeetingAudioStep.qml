@@ -17,7 +17,7 @@ StepPage {
         symbol: "call"
 
         PlainButton {
-            enabled: !root.frame.soundCheck.failed
+            enabled: root.frame.soundCheck.listening
             text: qsTr("Play a test sound")
             onClicked: root.frame.soundCheck.playTestSound()
         }
@@ -25,6 +25,6 @@ StepPage {
 
     StepHint {
         Layout.fillWidth: true
-        text: qsTr("The meter shows what this computer plays, which is what a recording would hear. Nothing of it is recorded now.")
+        text: qsTr("The meter shows what this computer plays, which is what a recording would hear. None of it is recorded now.")
     }
 }

@@ -6,7 +6,7 @@ import Varnet
 StepPage {
     id: root
 
-    explanation: qsTr("Say something and watch the meter. Nothing of it is recorded.")
+    explanation: qsTr("Say something and watch the meter. None of it is recorded.")
     heading: qsTr("Your microphone")
     skips: !frame.soundCheck.heard
 

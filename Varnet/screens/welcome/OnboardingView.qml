@@ -23,11 +23,11 @@ FocusScope {
     RowLayout {
         id: head
 
-        anchors.left: parent.left
-        anchors.margins: 5 * Theme.unit
-        anchors.right: parent.right
+        anchors.horizontalCenter: parent.horizontalCenter
         anchors.top: parent.top
+        anchors.topMargin: 5 * Theme.unit
         spacing: 2 * Theme.unit
+        width: Math.min(62 * Theme.body.lineHeight, parent.width - 10 * Theme.unit)
 
         BrandMark {}
 
@@ -38,6 +38,7 @@ FocusScope {
         }
 
         QuietButton {
+            Layout.rightMargin: -2 * Theme.unit // its words end where the button at the foot does
             text: qsTr("Skip the welcome")
             onClicked: root.frame.onboarding.finish()
         }

@@ -39,6 +39,8 @@ Rectangle {
 
             StatusDot {
                 Layout.alignment: Qt.AlignTop
+                Layout.leftMargin: width / 2 // below the middle of the symbol
+                Layout.rightMargin: width / 2
                 Layout.topMargin: (Theme.body.lineHeight - height) / 2
                 tone: root.check.tone
             }

@@ -22,12 +22,10 @@ FocusScope {
     RowLayout {
         id: row
 
-        anchors.left: parent.left
-        anchors.leftMargin: 5 * Theme.unit
-        anchors.right: parent.right
-        anchors.rightMargin: 5 * Theme.unit
+        anchors.horizontalCenter: parent.horizontalCenter
         anchors.verticalCenter: parent.verticalCenter
         spacing: 3 * Theme.unit
+        width: Math.min(62 * Theme.body.lineHeight, parent.width - 10 * Theme.unit)
 
         Row {
             Accessible.ignored: true
@@ -40,9 +38,9 @@ FocusScope {
                     required property int index
 
                     color: index === root.onboarding.step ? Theme.accent : Theme.line
-                    height: 2 * Theme.unit
+                    height: Theme.symbol / 2
                     radius: height / 2
-                    width: index === root.onboarding.step ? 5 * Theme.unit : height
+                    width: index === root.onboarding.step ? 1.25 * Theme.symbol : height
                 }
             }
         }
@@ -64,8 +62,7 @@ FocusScope {
         PrimaryButton {
             id: on
 
-            ground: root.skips ? Theme.raised : Theme.accent
-            ink: root.skips ? Theme.text : Theme.onAccent
+            plain: root.skips
             text: root.onboarding.last ? qsTr("Start using %1").arg(Qt.application.displayName) : root.skips ? qsTr("Skip") : qsTr("Continue")
             onClicked: root.onboarding.next()
             Component.onCompleted: forceActiveFocus(Qt.TabFocusReason)

@@ -36,7 +36,10 @@ FocusScope {
             anchors.horizontalCenter: parent.horizontalCenter
             spacing: 3 * Theme.unit
             width: Math.min(28 * Theme.body.lineHeight, page.width - 16 * Theme.unit)
-            y: Math.max(4 * Theme.unit, Math.min(page.height / 6, (page.height - height) / 2)) // a heading stays where the last one was
+            y: { // a heading stays where the last one was, not too far up in a high window
+                const usual = Math.max(page.height / 6, page.height / 2 - 15 * Theme.body.lineHeight)
+                return Math.max(4 * Theme.unit, Math.min(usual, (page.height - height) / 2))
+            }
 
             ThemedText {
                 Accessible.role: Accessible.Heading
