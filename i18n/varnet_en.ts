@@ -51,17 +51,17 @@
 <context>
     <name>VersionDifference</name>
     <message numerus="yes">
-        <source>%Ln turns fewer</source>
+        <source>%Ln turns fewer than now</source>
         <translation>
-            <numerusform>%Ln turn fewer</numerusform>
-            <numerusform>%Ln turns fewer</numerusform>
+            <numerusform>%Ln turn fewer than now</numerusform>
+            <numerusform>%Ln turns fewer than now</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>%Ln turns more</source>
+        <source>%Ln turns more than now</source>
         <translation>
-            <numerusform>%Ln turn more</numerusform>
-            <numerusform>%Ln turns more</numerusform>
+            <numerusform>%Ln turn more than now</numerusform>
+            <numerusform>%Ln turns more than now</numerusform>
         </translation>
     </message>
     <message numerus="yes">

@@ -115,7 +115,7 @@ def settings():
 def menu():
     keys("F10")
     shoot("menu")
-    press("Keyboard shortcuts", "menu item")
+    press("Keyboard Shortcuts", "menu item")
     shoot("keyboard-shortcuts")
     keys("Escape")
 

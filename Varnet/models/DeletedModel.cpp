@@ -127,7 +127,8 @@ QString DeletedModel::question() const {
     if (m_asked.size() != 1)
         return tr("Erase %Ln meetings now?", nullptr, static_cast<int>(m_asked.size()));
     const auto* asked = m_store.deletedMeeting(m_asked.front());
-    return asked ? tr("Erase “%1” now?").arg(toQString(asked->meeting.title)) : tr("Erase the meeting now?");
+    return asked && !asked->meeting.title.empty() ? tr("Erase “%1” now?").arg(toQString(asked->meeting.title))
+                                                  : tr("Erase the meeting now?");
 }
 
 QStringList DeletedModel::askedIDs() const {

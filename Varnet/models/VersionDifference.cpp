@@ -27,9 +27,9 @@ QString transcriptDifference(const Meeting& now, const Meeting& version) {
     if (before == 0 && after > 0)
         return VersionDifference::tr("No transcript");
     if (before < after)
-        return VersionDifference::tr("%Ln turns fewer", nullptr, after - before);
+        return VersionDifference::tr("%Ln turns fewer than now", nullptr, after - before);
     if (before > after)
-        return VersionDifference::tr("%Ln turns more", nullptr, before - after);
+        return VersionDifference::tr("%Ln turns more than now", nullptr, before - after);
     if (const auto differing = differingTurns(now.turns, version.turns))
         return VersionDifference::tr("%Ln turns differ", nullptr, differing);
     return names(now) == names(version) ? QString() : VersionDifference::tr("Speaker names differ");
@@ -43,17 +43,21 @@ VersionDifference VersionDifference::of(const Meeting& now, const Meeting& versi
     difference.otherAudio = !difference.transcript.isEmpty() && now.audioFilename != version.audioFilename;
     if (difference.otherAudio)
         difference.transcript = tr("Different audio: the transcript can't be restored");
-    if (now.notes != version.notes)
-        difference.personalNotes = version.notes.empty() ? tr("No notes") : tr("Notes differ");
-    if (now.generatedNotes != version.generatedNotes)
-        difference.generatedNotes = version.generatedNotes ? tr("Draft differs") : tr("No draft");
-    return difference;
-}
-
-QString VersionDifference::line() const {
-    QStringList parts{transcript, personalNotes, generatedNotes};
+    QStringList parts{difference.transcript};
+    if (now.notes != version.notes) {
+        const bool none = version.notes.empty();
+        difference.personalNotes = none ? tr("None in this version") : tr("Differ from now");
+        parts << (none ? tr("No personal notes") : tr("Personal notes differ"));
+    }
+    if (now.generatedNotes != version.generatedNotes) {
+        const bool none = !version.generatedNotes;
+        difference.generatedNotes = none ? tr("None in this version") : tr("Differ from now");
+        parts << (none ? tr("No generated notes") : tr("Generated notes differ"));
+    }
     parts.removeAll(QString());
-    return parts.empty() ? tr("Same as now") : parts.join(QStringLiteral(" · "));
+    const auto dot = QStringLiteral("\u00A0· "); // begins no line
+    difference.line = parts.empty() ? tr("Same as now") : parts.join(dot);
+    return difference;
 }
 
 } // namespace varnet

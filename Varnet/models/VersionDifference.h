@@ -13,15 +13,13 @@ struct VersionDifference {
     Q_DECLARE_TR_FUNCTIONS(VersionDifference)
 
 public:
-    QString transcript; ///< "12 turns fewer", "3 turns differ", "Speaker names differ", ...
+    QString transcript; ///< "12 turns fewer than now", "3 turns differ", "Speaker names differ", ...
     QString personalNotes;
     QString generatedNotes;
+    QString line;            ///< all of them together, each by its name; "Same as now" without any
     bool otherAudio = false; ///< the transcript differs and cannot come back, because it belongs to other audio
 
     static VersionDifference of(const Meeting& now, const Meeting& version);
-
-    /// The differences in one line; "Same as now" without any.
-    QString line() const;
 
     bool operator==(const VersionDifference&) const = default;
 };

@@ -134,9 +134,9 @@ QVariant VersionHistory::data(const QModelIndex& index, int role) const {
     case WhenRole:
         return when(archivedAt);
     case DifferenceRole:
-        return m_differences[index.row()].line();
+        return m_differences[index.row()].line;
     case SpokenRole:
-        return QStringLiteral("%1. %2").arg(when(archivedAt), m_differences[index.row()].line());
+        return QStringLiteral("%1. %2").arg(when(archivedAt), m_differences[index.row()].line);
     default:
         return {};
     }

@@ -9,12 +9,15 @@ ColumnLayout {
     required property AppCommands commands
     required property ErrorBanner banner
     required property WorkStatus work
+    readonly property int longest: 240 * Theme.unit // as the rows of the library
 
     spacing: 0
 
     Banner {
+        Layout.alignment: Qt.AlignHCenter
         Layout.fillWidth: true
         Layout.leftMargin: 4 * Theme.unit
+        Layout.maximumWidth: root.longest
         Layout.rightMargin: 4 * Theme.unit
         Layout.topMargin: 4 * Theme.unit
         action: qsTr("Dismiss")
@@ -24,8 +27,10 @@ ColumnLayout {
     }
 
     Banner {
+        Layout.alignment: Qt.AlignHCenter
         Layout.fillWidth: true
         Layout.leftMargin: 4 * Theme.unit
+        Layout.maximumWidth: root.longest
         Layout.rightMargin: 4 * Theme.unit
         Layout.topMargin: 4 * Theme.unit
         action: qsTr("Retry saving")
@@ -36,8 +41,10 @@ ColumnLayout {
     }
 
     WorkStrip {
+        Layout.alignment: Qt.AlignHCenter
         Layout.fillWidth: true
         Layout.leftMargin: 4 * Theme.unit
+        Layout.maximumWidth: root.longest
         Layout.rightMargin: 4 * Theme.unit
         Layout.topMargin: 4 * Theme.unit
         commands: root.commands

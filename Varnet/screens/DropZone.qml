@@ -41,7 +41,7 @@ DropArea {
             Icon {
                 Layout.alignment: Qt.AlignHCenter
                 color: Theme.accent
-                sourceSize: Qt.size(8 * Theme.unit, 8 * Theme.unit)
+                sourceSize: Qt.size(2 * Theme.symbol, 2 * Theme.symbol)
                 symbol: "import"
             }
 

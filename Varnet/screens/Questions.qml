@@ -22,6 +22,7 @@ Item {
     }
 
     Ask {
+        cancellable: true
         explanation: root.frame.closeNotice
         firstAnswer: qsTr("Quit")
         question: qsTr("%1 keeps running without its window").arg(Qt.application.displayName)

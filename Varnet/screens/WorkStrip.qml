@@ -19,9 +19,11 @@ Rectangle {
     GridLayout {
         id: row
 
-        anchors.fill: parent
+        anchors.left: parent.left
         anchors.leftMargin: 3 * Theme.unit
+        anchors.right: parent.right
         anchors.rightMargin: 2 * Theme.unit
+        anchors.verticalCenter: parent.verticalCenter
         columnSpacing: 3 * Theme.unit
         columns: width < buttons.implicitWidth + 60 * Theme.unit ? 1 : 2 // with large words the buttons go below
         rowSpacing: 2 * Theme.unit

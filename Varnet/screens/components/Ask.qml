@@ -2,8 +2,8 @@ import QtQuick
 import QtQuick.Layouts
 import Varnet
 
-// A question over the window with two answers. It stays until one is given or Escape dismisses it. The second is the
-// usual one; a `grave` one is marked and has to be looked for.
+// A question over the window with two answers. It stays until one is given or Escape dismisses it, or a third button
+// where no answer leaves all as it is. The second is the usual one; a `grave` one is marked and has to be looked for.
 ThemedDialog {
     id: root
 
@@ -11,6 +11,7 @@ ThemedDialog {
     required property string explanation
     required property string firstAnswer
     required property string secondAnswer
+    property bool cancellable: false
     property bool grave: false
 
     signal first
@@ -36,12 +37,22 @@ ThemedDialog {
         }
 
         RowLayout {
-            Layout.alignment: Qt.AlignRight
             Layout.bottomMargin: 6 * Theme.unit
             Layout.leftMargin: 6 * Theme.unit
             Layout.rightMargin: 6 * Theme.unit
             Layout.topMargin: 5 * Theme.unit
             spacing: 2 * Theme.unit
+
+            PlainButton {
+                Layout.fillHeight: true
+                text: qsTr("Cancel")
+                visible: root.cancellable
+                onClicked: root.dismissed()
+            }
+
+            Item {
+                Layout.fillWidth: true
+            }
 
             PlainButton {
                 id: firstButton

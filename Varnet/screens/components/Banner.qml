@@ -2,7 +2,8 @@ import QtQuick
 import QtQuick.Layouts
 import Varnet
 
-// A message across its place, with one thing to do about it. The words can be selected.
+// A message across its place, with one thing to do about it, below it where there is little room. The words can be
+// selected.
 Rectangle {
     id: root
 
@@ -20,21 +21,29 @@ Rectangle {
     implicitHeight: row.implicitHeight + 4 * Theme.unit
     radius: Theme.cardRadius
 
-    RowLayout {
+    GridLayout {
         id: row
 
-        anchors.fill: parent
+        readonly property bool narrow: button.visible && root.width < button.implicitWidth + 18 * Theme.body.lineHeight
+
+        anchors.left: parent.left
         anchors.leftMargin: 3 * Theme.unit
+        anchors.right: parent.right
         anchors.rightMargin: 2 * Theme.unit
-        spacing: 3 * Theme.unit
+        anchors.verticalCenter: parent.verticalCenter
+        columnSpacing: 3 * Theme.unit
+        columns: 3
+        rowSpacing: 2 * Theme.unit
 
         Icon {
-            Layout.alignment: Qt.AlignVCenter
+            Layout.alignment: row.narrow ? Qt.AlignTop : Qt.AlignVCenter
+            Layout.topMargin: row.narrow ? (Theme.body.lineHeight - height) / 2 : 0
             color: Theme.tones[root.tone]
             symbol: "warning"
         }
 
         TextEdit {
+            Layout.columnSpan: row.narrow ? 2 : 1
             Layout.fillWidth: true
             Accessible.ignored: true
             activeFocusOnTab: false
@@ -50,6 +59,11 @@ Rectangle {
         }
 
         PlainButton {
+            id: button
+
+            Layout.alignment: Qt.AlignRight
+            Layout.column: 2
+            Layout.row: row.narrow ? 1 : 0
             text: root.action
             visible: text !== ""
             onClicked: root.triggered()

@@ -12,7 +12,7 @@ Dialog {
     background: Rectangle {
         border.color: Theme.line
         border.width: 1
-        color: Theme.surface
+        color: Theme.raised
         radius: Theme.cardRadius
     }
 }

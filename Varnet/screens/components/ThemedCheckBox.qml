@@ -42,6 +42,7 @@ CheckBox {
             Layout.preferredWidth: 0
             color: root.enabled ? Theme.secondary : Theme.faint
             text: root.detail
+            wrapMode: Text.Wrap
         }
     }
     indicator: Rectangle {
@@ -51,14 +52,14 @@ CheckBox {
         height: width
         opacity: root.enabled ? 1 : 0.45
         radius: Theme.unit
-        width: 4 * Theme.unit
+        width: Theme.symbol
         x: root.mirrored ? root.width - width : 0
         y: (root.height - height) / 2
 
         Icon {
             anchors.centerIn: parent
             color: Theme.onAccent
-            sourceSize: Qt.size(3 * Theme.unit, 3 * Theme.unit)
+            sourceSize: Qt.size(0.75 * Theme.symbol, 0.75 * Theme.symbol)
             symbol: "check"
             visible: root.checked
         }

@@ -22,7 +22,7 @@ Dialog {
     focus: true
     height: Math.min(preferredHeight || implicitHeight, T.Overlay.overlay ? T.Overlay.overlay.height - 12 * Theme.unit : 0)
     modal: true
-    padding: 0
+    padding: 1 // the outline
     width: Math.min(preferredWidth, T.Overlay.overlay ? T.Overlay.overlay.width - 16 * Theme.unit : 0)
 
     T.Overlay.modal: Rectangle {

@@ -6,6 +6,14 @@ import Varnet
 Menu {
     id: root
 
+    // For who asks by the keyboard, which is in the first entry then.
+    function popupAtFirst(item, x, y) {
+        popup(item, x, y)
+        currentIndex = 0
+        while (currentIndex < count - 1 && !(itemAt(currentIndex).visible && itemAt(currentIndex).enabled))
+            ++currentIndex
+    }
+
     margins: 2 * Theme.unit
     padding: Theme.unit
 
@@ -14,7 +22,7 @@ Menu {
     background: Rectangle {
         border.color: Theme.line
         border.width: 1
-        color: Theme.surface
+        color: Theme.raised
         implicitWidth: 13 * Theme.body.lineHeight // the longest entry fits at every font size
         radius: Theme.cardRadius
     }

@@ -26,8 +26,8 @@ MenuItem {
     topPadding: 1.5 * Theme.unit
 
     background: Rectangle {
-        border.color: Theme.line
-        border.width: root.highlighted && Theme.highContrast ? 1 : 0
+        border.color: Theme.accent
+        border.width: root.highlighted ? 1 : 0
         color: root.highlighted ? Theme.selection : "transparent"
         radius: Theme.controlRadius
     }

@@ -7,6 +7,7 @@ ScrollBar {
     id: root
 
     Accessible.ignored: true
+    minimumSize: vertical && height > 0 ? Math.min(1, 8 * Theme.unit / height) : 0
     contentItem: Rectangle {
         color: root.pressed ? Theme.secondary : Theme.faint
         implicitHeight: 1.5 * Theme.unit

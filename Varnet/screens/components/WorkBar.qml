@@ -11,11 +11,11 @@ ProgressBar {
 
     background: Rectangle {
         color: Theme.track
-        implicitHeight: Theme.unit
+        implicitHeight: Theme.symbol / 4
         radius: height / 2
     }
     contentItem: Item {
-        implicitHeight: Theme.unit
+        implicitHeight: Theme.symbol / 4
 
         Rectangle {
             id: part

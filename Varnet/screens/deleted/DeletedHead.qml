@@ -11,7 +11,7 @@ ColumnLayout {
 
     signal restored
 
-    spacing: Theme.unit
+    spacing: (narrow && actions.visible ? 2 : 1) * Theme.unit
 
     Item {
         Layout.fillWidth: true

@@ -10,10 +10,9 @@ ListView {
 
     signal restored
 
-    function showMenu(row, item, x, y) {
+    function selectForMenu(row, item) {
         if (!item.selected)
             deleted.choose(row, Qt.NoModifier)
-        menu.popup(item, x, y)
     }
 
     Accessible.name: qsTr("Deleted meetings")
@@ -56,14 +55,18 @@ ListView {
         }
         onMenuAsked: at => {
             root.forceActiveFocus()
-            root.showMenu(index, this, at.x, at.y)
+            root.selectForMenu(index, this)
+            menu.popup(this, at.x, at.y)
         }
     }
 
     Shortcut {
         enabled: root.activeFocus && root.currentItem
         sequences: ["Menu", "Shift+F10"]
-        onActivated: root.showMenu(root.currentIndex, root.currentItem, 8 * Theme.unit, root.currentItem.height - 2 * Theme.unit)
+        onActivated: {
+            root.selectForMenu(root.currentIndex, root.currentItem)
+            menu.popupAtFirst(root.currentItem, 8 * Theme.unit, root.currentItem.height - 2 * Theme.unit)
+        }
     }
 
     ThemedMenu {

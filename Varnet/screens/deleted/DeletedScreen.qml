@@ -32,7 +32,7 @@ FocusScope {
         text: qsTr("No deleted meetings")
         type: Theme.heading
         visible: root.deleted.empty
-        width: Math.min(130 * Theme.unit, root.width - 16 * Theme.unit)
+        width: Math.min(26 * Theme.body.lineHeight, root.width - 16 * Theme.unit)
         y: Math.max((parent.height - height) / 2, list.y)
     }
 
@@ -51,7 +51,7 @@ FocusScope {
     }
 
     Ask {
-        explanation: qsTr("The audio, transcript and notes are erased from this computer. This can't be undone.")
+        explanation: qsTr("The audio, transcript and notes are erased from this computer.\nThis can't be undone.")
         firstAnswer: qsTr("Keep")
         grave: true
         question: root.deleted.question

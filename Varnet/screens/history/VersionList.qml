@@ -36,7 +36,7 @@ ColumnLayout {
                 root.history.moveSelection(rows[event.key])
         }
 
-        ScrollBar.vertical: ThemedScrollBar {}
+        ScrollBar.vertical: ThemedScrollBar { policy: ScrollBar.AlwaysOn }
         delegate: VersionRow {
             required property int index
 

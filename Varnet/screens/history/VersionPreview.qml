@@ -20,18 +20,20 @@ ColumnLayout {
         spacing: Theme.unit
 
         ThemedTab {
+            id: transcript
+
             text: qsTr("Transcript")
-            width: Math.min(implicitWidth, root.width / 3 - Theme.unit)
+            width: Math.min(implicitWidth, root.width / 3)
         }
 
         ThemedTab {
             text: qsTr("Personal notes")
-            width: Math.min(implicitWidth, root.width / 3 - Theme.unit)
+            width: Math.min(implicitWidth, (root.width - transcript.width) / 2 - Theme.unit)
         }
 
         ThemedTab {
             text: qsTr("Generated notes")
-            width: Math.min(implicitWidth, root.width / 3 - Theme.unit)
+            width: Math.min(implicitWidth, (root.width - transcript.width) / 2 - Theme.unit)
         }
     }
 
@@ -59,7 +61,7 @@ ColumnLayout {
             model: root.history.turns
             topMargin: 2 * Theme.unit
 
-            ScrollBar.vertical: ThemedScrollBar {}
+            ScrollBar.vertical: ThemedScrollBar { policy: ScrollBar.AlwaysOn }
             delegate: VersionTurn {
                 focused: ListView.isCurrentItem && turns.activeFocus
                 width: ListView.view.width - 3 * Theme.unit

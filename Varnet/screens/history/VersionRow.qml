@@ -51,7 +51,7 @@ Rectangle {
         ThemedText {
             Accessible.ignored: true
             color: Theme.secondary
-            maximumLineCount: 2
+            maximumLineCount: 4
             text: root.difference
             type: Theme.caption
             width: parent.width

@@ -31,12 +31,13 @@ Rectangle {
         anchors.verticalCenter: parent.verticalCenter
 
         RowLayout {
+            LayoutMirroring.childrenInherit: true
+            LayoutMirroring.enabled: said.effectiveHorizontalAlignment === Text.AlignRight
             spacing: 2 * Theme.unit
             width: parent.width
 
             ThemedText {
                 Accessible.ignored: true
-                Layout.alignment: Qt.AlignBaseline
                 Layout.maximumWidth: Math.ceil(implicitWidth)
                 color: root.hue < 0 ? Theme.faint : Theme.speakers[root.hue]
                 text: root.speaker
@@ -45,15 +46,18 @@ Rectangle {
 
             ThemedText {
                 Accessible.ignored: true
-                Layout.alignment: Qt.AlignBaseline
                 Layout.fillWidth: true
                 color: Theme.faint
+                horizontalAlignment: Text.AlignLeft
+                lineHeight: Theme.emphasis.lineHeight
                 text: root.clock
                 type: Theme.caption
             }
         }
 
         ThemedText {
+            id: said
+
             Accessible.ignored: true
             text: root.words
             width: column.width

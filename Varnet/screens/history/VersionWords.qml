@@ -15,7 +15,7 @@ Item {
         boundsBehavior: Flickable.StopAtBounds
         clip: true
 
-        ScrollBar.vertical: ThemedScrollBar {}
+        ScrollBar.vertical: ThemedScrollBar { policy: ScrollBar.AlwaysOn }
         TextArea.flickable: TextArea {
             Accessible.name: root.name
             activeFocusOnTab: root.text !== ""

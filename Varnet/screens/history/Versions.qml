@@ -10,7 +10,7 @@ FocusScope {
 
     NothingHere {
         text: root.history.loading ? qsTr("Reading the versions…")
-                                   : qsTr("No versions yet. One is kept before this meeting is transcribed again, its draft is written again, or content is restored.")
+                                   : qsTr("No versions yet. One is kept before this meeting is transcribed again, its notes are written again, or content is restored.")
         visible: root.history.count === 0 && root.history.error === ""
     }
 
@@ -21,7 +21,7 @@ FocusScope {
         VersionList {
             Layout.fillHeight: true
             Layout.margins: 2 * Theme.unit
-            Layout.maximumWidth: Math.min(13 * Theme.body.lineHeight, 0.38 * root.width)
+            Layout.maximumWidth: Math.min(13 * Theme.body.lineHeight, 0.34 * root.width)
             Layout.minimumWidth: Layout.maximumWidth
             history: root.history
             visible: root.history.count > 0 || root.history.unreadableText !== ""
@@ -39,29 +39,44 @@ FocusScope {
             Layout.fillWidth: true
             spacing: 3 * Theme.unit
 
-            VersionPreview {
+            ScrollArea {
                 Layout.fillHeight: true
                 Layout.fillWidth: true
-                Layout.leftMargin: 3 * Theme.unit
-                Layout.rightMargin: 3 * Theme.unit
-                Layout.topMargin: 2 * Theme.unit
-                history: root.history
+                contentHeight: Math.max(height, side.implicitHeight)
+                interactive: contentHeight > height
+                telling: true
                 visible: root.history.count > 0
-            }
 
-            Rectangle {
-                Layout.fillWidth: true
-                color: Theme.line
-                implicitHeight: 1
-                visible: root.history.count > 0
-            }
+                ColumnLayout {
+                    id: side
 
-            RestoreChoices {
-                Layout.fillWidth: true
-                Layout.leftMargin: 6 * Theme.unit
-                Layout.rightMargin: 6 * Theme.unit
-                history: root.history
-                visible: root.history.count > 0
+                    height: parent.height
+                    spacing: 3 * Theme.unit
+                    width: parent.width
+
+                    VersionPreview {
+                        Layout.fillHeight: true
+                        Layout.fillWidth: true
+                        Layout.leftMargin: 3 * Theme.unit
+                        Layout.minimumHeight: 7 * Theme.body.lineHeight
+                        Layout.rightMargin: 3 * Theme.unit
+                        Layout.topMargin: 2 * Theme.unit
+                        history: root.history
+                    }
+
+                    Rectangle {
+                        Layout.fillWidth: true
+                        color: Theme.line
+                        implicitHeight: 1
+                    }
+
+                    RestoreChoices {
+                        Layout.fillWidth: true
+                        Layout.leftMargin: 6 * Theme.unit
+                        Layout.rightMargin: 6 * Theme.unit
+                        history: root.history
+                    }
+                }
             }
 
             Banner {

@@ -13,7 +13,7 @@ ReadingList {
 
     Keys.onPressed: event => event.accepted = root.stepped(event.key)
 
-    ScrollBar.vertical: ThemedScrollBar {}
+    ScrollBar.vertical: ThemedScrollBar { policy: ScrollBar.AlwaysOn }
     delegate: Item {
         id: row
 
@@ -25,12 +25,14 @@ ReadingList {
         Accessible.name: heading ? modelData[0] : modelData[0] + ", " + modelData[1]
         Accessible.role: heading ? Accessible.Heading : Accessible.ListItem
         implicitHeight: words.implicitHeight + (heading ? 5 : 2) * Theme.unit
-        width: ListView.view.width - 4 * Theme.unit
+        width: ListView.view.width - 5 * Theme.unit
 
         Rectangle {
             anchors.fill: parent
             anchors.topMargin: row.heading ? 3 * Theme.unit : 0
-            color: Theme.selection
+            border.color: Theme.accent
+            border.width: 1
+            color: "transparent"
             radius: Theme.controlRadius
             visible: row.ListView.isCurrentItem && root.activeFocus
         }

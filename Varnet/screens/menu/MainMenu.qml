@@ -67,7 +67,7 @@ ThemedMenu {
     MenuLine {}
 
     ThemedMenuItem {
-        text: qsTr("Keyboard shortcuts")
+        text: qsTr("Keyboard Shortcuts")
         onTriggered: root.keysWanted()
     }
 

@@ -8,11 +8,11 @@ IconButton {
     required property MainWindow frame
 
     function show() {
-        menu.popup(root, 0, height)
-        menu.currentIndex = 0
+        menu.popupAtFirst(root, 0, height)
     }
 
     Accessible.role: Accessible.ButtonMenu
+    down: pressed || menu.visible
     symbol: "menu"
     text: qsTr("Main menu")
     onClicked: show()

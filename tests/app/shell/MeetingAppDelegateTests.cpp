@@ -38,7 +38,7 @@ TEST_F(Quit, AsksOnceWhenChangesAreNotSaved) {
     std::optional<FileInTheWay> noStorage(root);
     store().setTitle("Budget", meeting);
     const ErrorBanner banner(store());
-    EXPECT_TRUE(banner.saveMessage().startsWith("Changes to a meeting have not been saved"));
+    EXPECT_TRUE(banner.saveMessage().startsWith("Changes to “Budget” have not been saved"));
     delegate.quit();
     EXPECT_TRUE(delegate.askingToSave());
     delegate.keepOpen();
