@@ -95,8 +95,12 @@ void DraftModel::show(const Meeting* meeting, bool outdated, const std::vector<s
         m_draft.emplace(meeting->id, draft->createdAt);
     m_outdated = draft && outdated;
     m_removed = draft ? draft->droppedItems.value_or(0) : 0;
-    m_origin = draft ? tr("Drafted by %1 · %2").arg(toQString(draft->model), MeetingText::dayAndTime(draft->createdAt))
-                     : QString();
+    m_origin.clear();
+    if (draft) {
+        const bool sameDay = MeetingText::localDay(draft->createdAt) == MeetingText::localDay(meeting->createdAt);
+        const auto when = sameDay ? MeetingText::time(draft->createdAt) : MeetingText::dayAndTime(draft->createdAt);
+        m_origin = tr("Drafted by %1 · %2").arg(toQString(draft->model), when);
+    }
     m_reasons.clear();
     if (m_removed > 0)
         for (const auto& failure : removed)

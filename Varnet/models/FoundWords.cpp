@@ -15,12 +15,13 @@ struct Mark {
     QString end;
 };
 
-Mark styledMark(const QColor& ink) {
-    return {QStringLiteral("<font color=\"%1\"><u>").arg(ink.name()), QStringLiteral("</u></font>")};
+Mark underlined() {
+    return {QStringLiteral("<u>"), QStringLiteral("</u>")};
 }
 
-Mark richMark(const QColor& ink, const QString& style) {
-    return {QStringLiteral("<span style=\"color:%1;%2\">").arg(ink.name(), style), QStringLiteral("</span>")};
+Mark filled(const QColor& ground, const QColor& ink) {
+    return {QStringLiteral("<span style=\"color:%1;background-color:%2\">").arg(ink.name(), ground.name()),
+            QStringLiteral("</span>")};
 }
 
 /// Styled text draws white space together, rich text is told not to.
@@ -50,9 +51,7 @@ QString marked(std::string_view text, std::string_view query, std::optional<std:
     if (found.empty())
         return {};
     const auto& theme = Theme::shared();
-    const auto hit =
-        current ? richMark(theme.accent(), QStringLiteral("text-decoration:underline")) : styledMark(theme.accent());
-    const auto currentHit = richMark(theme.onAccent(), QStringLiteral("background-color:") + theme.accent().name());
+    const auto hit = underlined(), currentHit = filled(theme.accent(), theme.onAccent());
     OriginalPlaces original(text);
     QString words;
     std::size_t done = 0;

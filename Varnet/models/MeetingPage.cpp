@@ -6,9 +6,11 @@
 #include "Varnet/models/MeetingText.h"
 #include "Varnet/models/RecordingClock.h"
 #include "Varnet/models/Text.h"
+#include "Varnet/models/Theme.h"
 #include "Varnet/store/MeetingStore.h"
 #include "Varnet/store/StalenessCache.h"
 
+#include <QTextCursor>
 #include <QTextDocument>
 
 #include <algorithm>
@@ -89,7 +91,7 @@ QString MeetingPage::attendeesLine() const {
         return {};
     QStringList names;
     for (const auto& name : *meeting->attendees)
-        names << toQString(name);
+        names << QChar(0x2068) + toQString(name) + QChar(0x2069); // none turns the order of the others around
     return tr("With %1").arg(names.join(QStringLiteral(", ")));
 }
 
@@ -125,11 +127,12 @@ bool MeetingPage::live() const {
 QString MeetingPage::emptyText() const {
     const auto* meeting = m_store.selected();
     if (!meeting)
-        return {};
+        return tr("No meeting is selected.");
     if (meeting->status == MeetingStatus::recordingLive && live())
         return tr("Listening. Words appear here as people talk.");
     if (meeting->status == MeetingStatus::recordingOffline && live())
-        return tr("Recording the audio. There is no live transcript, because the speech engine isn't available.");
+        return tr("Recording the audio. There is no live transcript, because the speech engine isn't available. "
+                  "The audio is kept and can be transcribed later.");
     if (meeting->status == MeetingStatus::preparingMicrophone && m_store.showingLiveMeeting())
         return tr("Getting ready to record.");
     if (meeting->status == MeetingStatus::finishingTranscript && m_store.showingLiveMeeting())
@@ -141,6 +144,8 @@ QString MeetingPage::emptyText() const {
     }
     if (importFailed())
         return tr("The audio file could not be imported. The file itself was not changed.");
+    if (meeting->status == MeetingStatus::savedRetryTranscription && !m_store.audioURL(*meeting))
+        return tr("This meeting has no transcript, and no saved audio to make one from.");
     return tr("This meeting has no transcript.");
 }
 
@@ -200,9 +205,15 @@ QString MeetingPage::typed(QQuickTextDocument* document) {
     return editorText(document);
 }
 
-void MeetingPage::forgetTyping(QQuickTextDocument* document) {
-    if (document)
-        document->textDocument()->clearUndoRedoStacks();
+void MeetingPage::beginTyping(QQuickTextDocument* document) {
+    if (!document)
+        return;
+    QTextBlockFormat format;
+    format.setLineHeight(Theme::shared().reading().lineGap, QTextBlockFormat::LineDistanceHeight);
+    QTextCursor cursor(document->textDocument());
+    cursor.select(QTextCursor::Document);
+    cursor.mergeBlockFormat(format);
+    document->textDocument()->clearUndoRedoStacks();
 }
 
 void MeetingPage::editTurn(const QString& turn, const QString& words) {

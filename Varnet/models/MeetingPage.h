@@ -81,8 +81,9 @@ public:
 
     /// What stands in a text area, exactly as typed.
     Q_INVOKABLE static QString typed(QQuickTextDocument* document);
-    /// Nothing in a text area can be undone any more.
-    Q_INVOKABLE static void forgetTyping(QQuickTextDocument* document);
+    /// Other words are in a text area now: they get the lines of words that are read, and what was typed before cannot
+    /// be undone there.
+    Q_INVOKABLE static void beginTyping(QQuickTextDocument* document);
 
     /// Gives the meeting another title; a blank one changes nothing.
     Q_INVOKABLE void rename(const QString& title);

@@ -31,7 +31,7 @@ QString time(Date date) {
     QLocale locale;
     if (locale.language() == QLocale::C) // a machine that was given no locale: written as the dates are then
         locale = QLocale(QLocale::English, QLocale::UnitedStates);
-    return locale.toString(local(date).time(), QLocale::ShortFormat);
+    return locale.toString(local(date).time(), QLocale::ShortFormat).replace(QChar::Space, QChar::Nbsp);
 }
 
 QString dayAndTime(Date date) {

@@ -22,7 +22,7 @@ int tone(BadgeColor color);
 /// The day in the local time zone.
 QDate localDay(Date date);
 
-/// The time of day in the user's short form.
+/// The time of day in the user's short form; no line ends within it.
 QString time(Date date);
 
 /// Day and time of day, such as "Yesterday, Thursday, March 5 · 2:30 PM".

@@ -91,8 +91,8 @@ void Theme::measure() {
         // Rich text puts the base line at four fifths of a line of fixed height, plain text puts the letters in its
         // middle.
         const QFontMetricsF metrics(font);
-        const auto middle = (line - metrics.height()) / 2 + metrics.ascent();
-        return TypeStyle{font, line, qRound(line * 4 / 5 - middle) * 1.0};
+        const auto gap = line - metrics.height();
+        return TypeStyle{font, line, gap, metrics.ascent(), qRound(line * 4 / 5 - gap / 2 - metrics.ascent()) * 1.0};
     };
     m_caption = styled(12, 16);
     m_body = styled(13, 20);

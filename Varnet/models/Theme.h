@@ -20,11 +20,15 @@ struct TypeStyle {
     QML_ANONYMOUS
     Q_PROPERTY(QFont font MEMBER font)
     Q_PROPERTY(qreal lineHeight MEMBER lineHeight)
+    Q_PROPERTY(qreal lineGap MEMBER lineGap)
+    Q_PROPERTY(qreal ascent MEMBER ascent)
     Q_PROPERTY(qreal richTextDrop MEMBER richTextDrop)
 
 public:
     QFont font;
     qreal lineHeight = 0;   ///< pixels
+    qreal lineGap = 0;      ///< pixels of the line that the letters leave free
+    qreal ascent = 0;       ///< pixels above the base line; letters of another font can have more
     qreal richTextDrop = 0; ///< pixels that rich text in such lines stands lower than plain text
 
     bool operator==(const TypeStyle&) const = default;

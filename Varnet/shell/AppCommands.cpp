@@ -36,6 +36,8 @@ AppCommands::AppCommands(MeetingStore& store, EngineSupervisor& engines, AppRout
     connect(&store, &MeetingStore::selectedIDChanged, this, &AppCommands::deleteChanged);
     connect(&store, &MeetingStore::librarySelectionChanged, this, &AppCommands::deleteChanged);
     connect(&router, &AppRouter::pageChanged, this, &AppCommands::deleteChanged);
+    connect(&store, &MeetingStore::recordingChanged, this, &AppCommands::deleteChanged);
+    connect(&store, &MeetingStore::recordingIDChanged, this, &AppCommands::deleteChanged);
     for (const auto signal : {&MeetingStore::recordingChanged, &MeetingStore::busyChanged,
                               &MeetingStore::selectedIDChanged, &MeetingStore::meetingsChanged}) {
         connect(&store, signal, this, &AppCommands::transcribeAgainChanged);
@@ -89,7 +91,13 @@ QString AppCommands::importFilter() const {
 }
 
 bool AppCommands::deleteEnabled() const {
-    return !chosen().empty();
+    const bool recorded = m_router.showingMeeting() && m_store.recording() && m_store.showingLiveMeeting();
+    return !recorded && !chosen().empty();
+}
+
+QString AppCommands::transcribeTitle() const {
+    const auto* meeting = m_store.selected();
+    return meeting && meeting->turns.empty() ? tr("Transcribe saved audio") : tr("Transcribe again");
 }
 
 bool AppCommands::transcribeAgainEnabled() const {
@@ -102,8 +110,6 @@ QString AppCommands::notesObstacle() const {
     const auto* meeting = m_store.selected();
     if (!meeting || meeting->turns.empty())
         return tr("There is no transcript to write notes from");
-    if (!m_store.writable())
-        return tr("This library cannot be changed");
     if (m_store.recording())
         return tr("Notes can be written after the recording");
     if (writingNotes())

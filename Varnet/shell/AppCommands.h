@@ -34,6 +34,7 @@ class AppCommands : public QObject {
     Q_PROPERTY(QString importDelay READ importDelay NOTIFY recordChanged)
     Q_PROPERTY(QString importFilter READ importFilter CONSTANT)
     Q_PROPERTY(bool deleteEnabled READ deleteEnabled NOTIFY deleteChanged)
+    Q_PROPERTY(QString transcribeTitle READ transcribeTitle NOTIFY transcribeAgainChanged)
     Q_PROPERTY(bool transcribeAgainEnabled READ transcribeAgainEnabled NOTIFY transcribeAgainChanged)
     Q_PROPERTY(bool writeNotesEnabled READ writeNotesEnabled NOTIFY notesChanged)
     Q_PROPERTY(QString writeNotesHint READ writeNotesHint NOTIFY notesChanged)
@@ -52,7 +53,10 @@ public:
     bool importEnabled() const;   ///< files can be picked
     QString importDelay() const;  ///< when files that are handed over now will be imported; empty for at once
     QString importFilter() const; ///< names the kinds of files that a picker shows
-    bool deleteEnabled() const;   ///< there is something to delete; what stands against it is said when it is tried
+    /// There is something to delete, and it is not the meeting whose recording is on its page. What else stands against
+    /// it is said when it is tried.
+    bool deleteEnabled() const;
+    QString transcribeTitle() const;     ///< "Transcribe again", or what it is for a meeting without a transcript
     bool transcribeAgainEnabled() const; ///< the selected meeting has audio, and nothing else uses the engine
     bool writeNotesEnabled() const;      ///< the selected meeting has a transcript, and nothing else is being done
     QString writeNotesHint() const;      ///< what writing notes does, or why it cannot be done now

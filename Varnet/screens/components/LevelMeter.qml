@@ -11,6 +11,8 @@ RowLayout {
     required property string symbol
     property alias level: bar.value
     property real longest: 45 * Theme.unit
+    property real nameWidth: 0 // at least
+    readonly property real ownNameWidth: words.implicitWidth
 
     spacing: 2 * Theme.unit
 
@@ -20,7 +22,10 @@ RowLayout {
     }
 
     ThemedText {
+        id: words
+
         Accessible.ignored: true
+        Layout.minimumWidth: root.nameWidth
         color: Theme.secondary
         text: root.name
         type: Theme.caption
@@ -38,11 +43,11 @@ RowLayout {
 
         background: Rectangle {
             color: Theme.track
-            implicitHeight: 1.5 * Theme.unit
+            implicitHeight: 0.375 * Theme.symbol
             radius: height / 2
         }
         contentItem: Item {
-            implicitHeight: 1.5 * Theme.unit
+            implicitHeight: 0.375 * Theme.symbol
 
             Rectangle {
                 color: Theme.ok

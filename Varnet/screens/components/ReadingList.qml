@@ -23,7 +23,19 @@ ListView {
             positionViewAtBeginning() // what stands above the rows
         else
             positionViewAtIndex(currentIndex, ListView.Contain)
+        if (currentIndex === count - 1)
+            contentY = Math.max(contentY, Math.min(currentItem.y, endY())) // what stands below them
         looked()
+    }
+
+    // Where the view stands at the end, with the room below.
+    function endY() {
+        return originY + contentHeight + bottomMargin - height
+    }
+
+    function showEnd() {
+        positionViewAtEnd()
+        contentY = Math.max(contentY, endY())
     }
 
     function choose(row) {

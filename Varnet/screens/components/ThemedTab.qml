@@ -10,7 +10,7 @@ TabButton {
     Accessible.onPressAction: TabBar.tabBar.setCurrentIndex(TabBar.index)
     Accessible.selectable: true
     Accessible.selected: checked
-    bottomPadding: 1.5 * Theme.unit
+    bottomPadding: 2.5 * Theme.unit
     leftPadding: 3 * Theme.unit
     rightPadding: 3 * Theme.unit
     topPadding: 1.5 * Theme.unit

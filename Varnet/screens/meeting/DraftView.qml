@@ -51,14 +51,13 @@ ReadingList {
         target: root.page.draft
     }
 
-    ScrollBar.vertical: ThemedScrollBar {}
     delegate: DraftRow {
         required property int index
 
         activeFocusOnTab: current || activeFocus
         current: ListView.isCurrentItem
         playable: root.playback.present && root.playback.enabled && turn !== ""
-        width: ListView.view.width - 6 * Theme.unit
+        width: ListView.view.width - 4 * Theme.unit
 
         onChosen: root.choose(index)
         onPlayAsked: root.play(turn)
@@ -70,7 +69,7 @@ ReadingList {
     header: DraftHead {
         commands: root.commands
         page: root.page
-        width: ListView.view.width - 6 * Theme.unit
+        width: ListView.view.width - 4 * Theme.unit
 
         onHeightChanged: Qt.callLater(root.keepPlace)
     }

@@ -21,7 +21,7 @@ Column {
 
     PlainButton {
         anchors.horizontalCenter: parent.horizontalCenter
-        text: qsTr("Transcribe saved audio")
+        text: root.commands.transcribeTitle
         visible: root.commands.transcribeAgainEnabled
         onClicked: root.commands.askToTranscribeAgain()
     }
@@ -32,5 +32,12 @@ Column {
         text: qsTr("Import Audio…")
         visible: root.page.importFailed
         onClicked: root.commands.importAudio()
+    }
+
+    PlainButton {
+        anchors.horizontalCenter: parent.horizontalCenter
+        text: qsTr("All Meetings")
+        visible: !root.page.present
+        onClicked: root.commands.showLibrary()
     }
 }

@@ -84,9 +84,8 @@ Rectangle {
         }
 
         ThemedText {
-            Layout.fillWidth: true
             Layout.leftMargin: 2 * Theme.unit
-            Layout.minimumWidth: 4 * Theme.body.lineHeight
+            Layout.preferredWidth: Math.max(implicitWidth, 3 * Theme.body.lineHeight)
             color: root.find.query !== "" && root.find.count === 0 ? Theme.amber : Theme.secondary
             text: root.find.summary
         }
@@ -103,6 +102,10 @@ Rectangle {
             symbol: "down"
             text: qsTr("Next match")
             onClicked: root.find.step(1)
+        }
+
+        Item {
+            Layout.fillWidth: true
         }
 
         IconButton {

@@ -43,7 +43,7 @@ Row {
         id: transcribing
 
         enabled: root.commands.transcribeAgainEnabled
-        text: qsTr("Transcribe again")
+        text: root.commands.transcribeTitle
         onTriggered: root.commands.askToTranscribeAgain()
     }
 

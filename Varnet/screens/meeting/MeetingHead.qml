@@ -33,6 +33,7 @@ ColumnLayout {
 
                 anchors.fill: parent
                 title: root.page.title
+                visible: root.page.present
                 onRenamed: title => root.page.rename(title)
 
                 Connections {
@@ -57,21 +58,23 @@ ColumnLayout {
 
     ThemedText {
         Layout.fillWidth: true
-        Layout.leftMargin: 10 * Theme.unit
+        Layout.leftMargin: 5 * Theme.unit + Theme.symbol
         color: Theme.secondary
+        maximumLineCount: 2
         text: root.page.dateLine
+        wrapMode: root.narrow ? Text.Wrap : Text.NoWrap
     }
 
     ThemedText {
         Layout.fillWidth: true
-        Layout.leftMargin: 10 * Theme.unit
+        Layout.leftMargin: 5 * Theme.unit + Theme.symbol
         color: Theme.secondary
         text: root.page.attendeesLine
         visible: text !== ""
     }
 
     RowLayout {
-        Layout.leftMargin: 10 * Theme.unit
+        Layout.leftMargin: 5 * Theme.unit + Theme.symbol
         Layout.topMargin: Theme.unit
         spacing: 1.5 * Theme.unit
         visible: root.page.shortfallText !== ""

@@ -13,7 +13,10 @@ FocusScope {
     readonly property Item typing: Window.activeFocusItem
     readonly property bool live: page.live
 
+    readonly property bool present: page.present
+
     onLiveChanged: if (live) tabs.currentIndex = 0 // what is being said comes first
+    onPresentChanged: if (!present) tabs.currentIndex = 0
 
     // The keys of the player, where they do not belong to what is being typed.
     Keys.enabled: !(typing instanceof TextInput) && !(typing instanceof TextEdit)
@@ -31,7 +34,7 @@ FocusScope {
     }
 
     Shortcut {
-        enabled: root.visible
+        enabled: root.visible && root.present
         sequences: ["Ctrl+Tab", "Ctrl+Shift+Tab"]
         onActivated: tabs.step(1)
     }
@@ -80,6 +83,7 @@ FocusScope {
         Item {
             Layout.fillWidth: true
             implicitHeight: tabs.implicitHeight
+            visible: root.present
 
             MeetingTabs {
                 id: tabs
@@ -90,6 +94,7 @@ FocusScope {
             MeetingActions {
                 anchors.right: parent.right
                 anchors.verticalCenter: parent.verticalCenter
+                anchors.verticalCenterOffset: -0.5 * Theme.unit // on the words of the tabs
                 commands: root.commands
                 page: root.page
                 room: parent.width - tabs.width - 8 * Theme.unit

@@ -1,4 +1,5 @@
 import QtQuick
+import QtQuick.Controls.Basic
 import Varnet
 
 // The user's own notes and beside them the draft; one above the other where it is narrow. While a meeting is recorded
@@ -24,6 +25,8 @@ FocusScope {
     }
 
     DraftView {
+        id: draft
+
         anchors.bottom: parent.bottom
         anchors.left: root.wide ? own.right : parent.left
         anchors.leftMargin: root.wide ? 6 * Theme.unit : 0
@@ -34,5 +37,13 @@ FocusScope {
         page: root.page
         playback: root.playback
         visible: root.drafts
+
+        ScrollBar.vertical: ThemedScrollBar {
+            anchors.left: draft.right
+            height: draft.height
+            parent: root
+            visible: draft.visible
+            y: draft.y
+        }
     }
 }

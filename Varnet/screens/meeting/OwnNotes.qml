@@ -31,8 +31,8 @@ FocusScope {
             function show() {
                 arriving = true
                 text = root.page.notes
+                root.page.beginTyping(textDocument)
                 arriving = false
-                root.page.forgetTyping(textDocument) // what could be undone may be another meeting's
             }
 
             Accessible.name: qsTr("Your notes")

@@ -16,13 +16,20 @@ Column {
         }
     }
 
-    ThemedText {
-        color: Theme.faint
-        leftPadding: 6 * Theme.body.lineHeight + 4 * Theme.unit
-        text: root.page.partialText
-        type: Theme.reading
-        visible: text !== ""
+    TurnRow {
+        clock: ""
+        edited: false
+        hit: false
+        hue: -1
+        label: ""
+        marked: ""
+        recognised: ""
+        speaker: ""
+        spoken: words
+        tentative: true
+        turn: ""
+        visible: words !== ""
         width: root.width
-        wrapMode: Text.Wrap
+        words: root.page.partialText
     }
 }

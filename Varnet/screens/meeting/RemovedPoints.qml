@@ -57,7 +57,7 @@ Column {
                 Icon {
                     anchors.verticalCenter: parent.verticalCenter
                     color: Theme.accent
-                    sourceSize: Qt.size(3 * Theme.unit, 3 * Theme.unit)
+                    sourceSize: Qt.size(0.75 * Theme.symbol, 0.75 * Theme.symbol)
                     rotation: root.open ? 90 : -90
                     symbol: "back"
                 }

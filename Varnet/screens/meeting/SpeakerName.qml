@@ -20,6 +20,11 @@ ThemedText {
     text: speaker
     type: Theme.emphasis
 
+    // Letters of a taller font stand as high as others.
+    transform: Translate {
+        y: Math.min(0, Math.round(root.type.ascent - root.baselineOffset))
+    }
+
     Rectangle {
         anchors.bottom: parent.bottom
         color: root.color

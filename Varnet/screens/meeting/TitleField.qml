@@ -21,9 +21,10 @@ TextField {
     ToolTip.delay: 600
     ToolTip.text: title
     ToolTip.visible: hovered && cut
-    bottomPadding: Theme.unit
+    bottomPadding: topPadding
     color: cut ? "transparent" : Theme.text
     font: Theme.title.font
+    implicitHeight: Theme.title.lineHeight + Theme.unit // in every script, whatever room its letters ask for
     horizontalAlignment: TextInput.AlignLeft // in every script: the lines below it begin there too
     leftPadding: 2 * Theme.unit
     rightPadding: 2 * Theme.unit
@@ -31,7 +32,7 @@ TextField {
     selectedTextColor: Theme.text
     selectionColor: Theme.selection
     text: title
-    topPadding: Theme.unit
+    topPadding: (implicitHeight - contentHeight) / 2
 
     Keys.onEscapePressed: {
         text = began

@@ -35,7 +35,7 @@ FocusScope {
         if (!following)
             return
         if (page.live)
-            list.positionViewAtEnd()
+            list.showNewest()
         else if (playback.playing && playback.playingTurn >= 0 && list.editing < 0)
             list.bring(playback.playingTurn)
     }
@@ -102,8 +102,14 @@ FocusScope {
         onLooked: root.following = root.caughtUp()
         onPlayed: root.following = true
 
+        // In the margin of the page: the rows have the whole width.
         ScrollBar.vertical: ThemedScrollBar {
             id: bar
+
+            anchors.left: list.right
+            height: list.height
+            parent: root
+            y: list.y
         }
     }
 
@@ -112,8 +118,8 @@ FocusScope {
         commands: root.commands
         page: root.page
         visible: list.count === 0 && root.page.partialTurns.count === 0 && root.page.partialText === "" && root.page.importedText === ""
-        width: Math.min(120 * Theme.unit, parent.width)
-        y: parent.height / 3
+        width: Math.min(24 * Theme.body.lineHeight, parent.width)
+        y: Math.max(4 * Theme.unit, (parent.height - height) / 3)
     }
 
     Pill {

@@ -8,6 +8,8 @@ Item {
     required property MeetingPage page
     required property TurnRow turn // the current one, or null
 
+    readonly property alias menuOpen: menu.visible
+
     signal editAsked
     signal playAsked
 

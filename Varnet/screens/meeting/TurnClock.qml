@@ -34,7 +34,7 @@ Item {
         anchors.leftMargin: Theme.unit
         anchors.verticalCenter: parent.verticalCenter
         color: Theme.accent
-        sourceSize: Qt.size(3 * Theme.unit, 3 * Theme.unit)
+        sourceSize: Qt.size(0.75 * Theme.symbol, 0.75 * Theme.symbol)
         symbol: root.playable ? "play" : ""
         visible: hover.hovered
     }

@@ -38,6 +38,7 @@ Column {
     Component.onCompleted: {
         edits = turn
         area.text = words
+        page.beginTyping(area.textDocument)
         began = page.typed(area.textDocument)
         area.cursorPosition = area.length
         area.forceActiveFocus()
@@ -58,7 +59,7 @@ Column {
 
         Accessible.description: hint.text
         Accessible.name: qsTr("Words of this turn")
-        bottomPadding: 1.5 * Theme.unit
+        bottomPadding: Math.max(0, Theme.unit - Theme.reading.lineGap / 2) // a gap stands below every line
         color: Theme.text
         font: Theme.reading.font
         leftPadding: 2 * Theme.unit
@@ -67,7 +68,7 @@ Column {
         selectedTextColor: Theme.text
         selectionColor: Theme.selection
         textFormat: TextEdit.PlainText
-        topPadding: 1.5 * Theme.unit
+        topPadding: Theme.unit + Theme.reading.lineGap / 2
         width: root.width
         wrapMode: TextEdit.Wrap
 

@@ -10,6 +10,7 @@ ReadingList {
     required property AudioPlayback playback
     property int editing: -1 // the row whose words are being edited
     property int pointed: -1 // the row that was gone to a moment ago
+    property int newest: 0 // when it was last shown
     readonly property TurnRow currentTurn: currentItem as TurnRow
 
     signal played // the user chose what to hear
@@ -29,6 +30,14 @@ ReadingList {
         pointing.restart()
     }
 
+    // Shows the newest turn. The keyboard goes along if it was there.
+    function showNewest() {
+        if (currentIndex === newest && !cards.menuOpen)
+            currentIndex = count - 1
+        newest = Math.max(0, count - 1)
+        showEnd()
+    }
+
     // Keeps a part of the current turn in view.
     function reveal(part) {
         const top = mapFromItem(currentItem, 0, part.y).y
@@ -42,6 +51,7 @@ ReadingList {
     cacheBuffer: 100 * Theme.unit
     model: page.turns
     reuseItems: true
+    onCountChanged: if (count === 0) newest = 0
 
     Keys.enabled: editing < 0 && count > 0
     Keys.onPressed: event => {
@@ -67,7 +77,7 @@ ReadingList {
         playable: root.playback.present && root.playback.enabled
         playing: root.playback.playingTurn === index
         pointed: root.pointed === index
-        width: ListView.view.width - 8 * Theme.unit
+        width: ListView.view.width - 4 * Theme.unit
 
         onChosen: root.choose(index)
         onEditAsked: {
@@ -93,7 +103,7 @@ ReadingList {
     }
     footer: TranscriptFoot {
         page: root.page
-        width: ListView.view.width - 8 * Theme.unit
+        width: ListView.view.width - 4 * Theme.unit
     }
 
     Timer {

@@ -91,7 +91,7 @@ Item {
     Column {
         id: who
 
-        width: root.narrow ? root.width : 6 * Theme.body.lineHeight
+        width: root.narrow ? root.width : Math.max(6 * Theme.body.lineHeight, Math.min(8 * Theme.body.lineHeight, root.width / 5))
         y: 2 * Theme.unit
 
         SpeakerName {
@@ -141,8 +141,8 @@ Item {
 
         active: root.editor !== null
         sourceComponent: root.editor
-        width: root.width - x
-        x: root.narrow ? 0 : text.x - 2 * Theme.unit
-        y: root.narrow ? text.y : Theme.unit
+        width: root.width - x + 2 * Theme.unit
+        x: text.x - 2 * Theme.unit
+        y: text.y - Theme.unit
     }
 }

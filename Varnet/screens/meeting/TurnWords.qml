@@ -18,6 +18,13 @@ ThemedText {
     type: Theme.reading
     wrapMode: Text.Wrap
 
+    // Letters of a taller font stand as high as others. Rich text does that by itself.
+    transform: Translate {
+        id: lift
+
+        y: Math.min(0, Math.round(root.type.ascent - root.baselineOffset))
+    }
+
     Loader {
         id: rich
 
@@ -31,6 +38,6 @@ ThemedText {
             width: root.width
             wrapMode: Text.Wrap
         }
-        y: -root.type.richTextDrop
+        y: -root.type.richTextDrop - lift.y
     }
 }

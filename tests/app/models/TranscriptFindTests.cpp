@@ -23,8 +23,7 @@ std::string plain(QString marked) {
     marked.remove(QRegularExpression(QStringLiteral("^<p[^>]*>|</p>$")));
     marked.replace(QRegularExpression(QStringLiteral("<span style=\"[^\"]*background-color[^>]*>([^<]*)</span>")),
                    QStringLiteral("{\\1}"));
-    marked.replace(QRegularExpression(QStringLiteral("<span [^>]*>([^<]*)</span>|<font [^>]*><u>([^<]*)</u></font>")),
-                   QStringLiteral("[\\1\\2]"));
+    marked.replace(QRegularExpression(QStringLiteral("<u>([^<]*)</u>")), QStringLiteral("[\\1]"));
     return marked.toStdString();
 }
 

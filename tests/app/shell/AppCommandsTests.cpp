@@ -43,6 +43,7 @@ TEST_F(AppCommandsTest, ARecordingHasTheMachineAndAFailedStartGivesItBack) {
     sound.callFailure = sound.microphoneFailure = nullptr;
     await(RecordingCoordinator::toggle(&store(), &engines, &router));
     EXPECT_TRUE(router.showingMeeting());
+    EXPECT_FALSE(commands.deleteEnabled());
     EXPECT_FALSE(await(engines.startNotes()));
 }
 

@@ -1,5 +1,6 @@
 #include "MeetingCore/audio/DurableWAV.h"
 #include "MeetingCore/records/MeetingRepository.h"
+#include "Varnet/capture/CaptureLevels.h"
 #include "Varnet/shell/MainWindow.h"
 #include "Varnet/shell/VarnetApp.h"
 #include "tests/support/Await.h"
@@ -237,6 +238,26 @@ TEST_F(Window, AQuoteLeadsToItsTurnAndBackByTheKeyboard) {
     EXPECT_EQ(focused()->text(QAccessible::Name), "Speaker 2, 00:03: Oh, hello");
     press(Qt::Key_Tab, Qt::ControlModifier);
     EXPECT_EQ(focused()->text(QAccessible::Name), "Quote, Mara, 00:03: “hello”") << "the place in the draft is kept";
+}
+
+TEST_F(Window, NewTurnsAreFollowedUntilTheKeyboardReadsBack) {
+    auto meeting = Meeting::make("Live");
+    for (int turn = 0; turn < 40; ++turn)
+        meeting.turns.push_back({Uuid::random(), turn * 1.0, turn + 1.0, "Speaker 1", "Hello", {}});
+    ASSERT_TRUE(app->store().saveImported(meeting));
+    app->store().levels().preview(0.1f, 0.1f, false);
+    open(AppRouter::Page::meeting);
+    const auto focused = [&] {
+        return QAccessible::queryAccessibleInterface(frame->window()->activeFocusItem())->text(QAccessible::Name);
+    };
+    EXPECT_EQ(focused(), "Speaker 1, 00:39: Hello");
+    press(Qt::Key_Up);
+    EXPECT_THROW(control("Jump to live"), std::runtime_error) << "the newest turn is still in view";
+    press(Qt::Key_Home);
+    EXPECT_NO_THROW(control("Jump to live"));
+    press(Qt::Key_End);
+    EXPECT_EQ(focused(), "Speaker 1, 00:39: Hello");
+    EXPECT_THROW(control("Jump to live"), std::runtime_error);
 }
 
 TEST_F(Window, SettingsAreChosenByTheKeyboardAndGiveTheFocusBack) {
