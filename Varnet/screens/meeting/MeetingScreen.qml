@@ -54,7 +54,7 @@ FocusScope {
         anchors.bottom: player.top
         anchors.horizontalCenter: parent.horizontalCenter
         anchors.top: parent.top
-        anchors.topMargin: 6 * Theme.unit
+        anchors.topMargin: (head.narrow ? 3 : 6) * Theme.unit
         spacing: 3 * Theme.unit
         width: Math.min(220 * Theme.unit, root.width - (head.narrow ? 8 : 16) * Theme.unit)
 

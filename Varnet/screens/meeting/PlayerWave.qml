@@ -16,7 +16,7 @@ WaveformItem {
     activeFocusOnTab: true
     color: Theme.faint
     duration: playback.duration
-    implicitHeight: 2.25 * Theme.symbol
+    implicitHeight: 9 * Theme.unit
     opacity: enabled ? 1 : 0.45
     peaks: playback.peaks
     playedColor: Theme.accent

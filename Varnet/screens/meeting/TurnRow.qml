@@ -91,7 +91,7 @@ Item {
     Column {
         id: who
 
-        width: root.narrow ? root.width : Math.max(6 * Theme.body.lineHeight, Math.min(8 * Theme.body.lineHeight, root.width / 5))
+        width: root.narrow ? root.width : Math.max(6 * Theme.body.lineHeight, Math.min(8 * Theme.body.lineHeight, Math.round(root.width / 5)))
         y: 2 * Theme.unit
 
         SpeakerName {
