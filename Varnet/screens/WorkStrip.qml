@@ -25,7 +25,7 @@ Rectangle {
         anchors.rightMargin: 2 * Theme.unit
         anchors.verticalCenter: parent.verticalCenter
         columnSpacing: 3 * Theme.unit
-        columns: width < buttons.implicitWidth + 60 * Theme.unit ? 1 : 2 // with large words the buttons go below
+        columns: width < buttons.implicitWidth + 12 * Theme.body.lineHeight ? 1 : 2 // with large words the buttons go below
         rowSpacing: 2 * Theme.unit
 
         ColumnLayout {
