@@ -8,6 +8,7 @@ ScrollArea {
     required property Component page
 
     contentHeight: loader.height + 12 * Theme.unit
+    telling: true
     onPageChanged: contentY = 0
 
     Loader {

@@ -29,6 +29,7 @@ FocusScope {
         anchors.right: parent.right
         anchors.top: parent.top
         contentHeight: column.height + 8 * Theme.unit
+        telling: true
 
         ColumnLayout {
             id: column
