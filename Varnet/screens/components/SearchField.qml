@@ -13,7 +13,6 @@ TextField {
         selectAll()
     }
 
-    Accessible.name: placeholderText
     Accessible.searchEdit: true
     bottomPadding: Theme.unit
     color: Theme.text

@@ -45,17 +45,25 @@ GridLayout {
     SearchField {
         id: field
 
+        Accessible.name: qsTr("Search titles and transcripts")
         Layout.column: root.narrow ? 0 : 1
         Layout.fillWidth: true
         Layout.maximumWidth: root.narrow ? root.width : 70 * Theme.unit
         Layout.minimumWidth: 30 * Theme.unit
         Layout.preferredWidth: 70 * Theme.unit
         Layout.row: root.narrow ? 1 : 0
-        placeholderText: qsTr("Search titles and transcripts")
+        placeholderText: hint.advanceWidth < width - leftPadding - rightPadding ? hint.text : qsTr("Search")
         visible: !root.library.empty
         onActiveFocusChanged: if (activeFocus) root.library.prepareSearch()
         onPassedOn: root.passedOn()
         onTextChanged: root.library.query = text
+
+        TextMetrics {
+            id: hint
+
+            font: field.font
+            text: field.Accessible.name
+        }
 
         Connections {
             function onQueryChanged() {
