@@ -65,11 +65,18 @@ Rectangle {
             spacing: 0
 
             ThemedText {
+                id: title
+
                 Accessible.ignored: true
                 Layout.fillWidth: true
                 horizontalAlignment: Text.AlignLeft
                 text: root.title
                 type: Theme.emphasis
+
+                // Letters of a taller font stand as high as others.
+                transform: Translate {
+                    y: Math.min(0, Math.round(title.type.ascent - title.baselineOffset))
+                }
             }
 
             ThemedText {

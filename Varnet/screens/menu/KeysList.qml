@@ -9,6 +9,7 @@ ReadingList {
 
     Accessible.name: qsTr("Keyboard shortcuts")
     activeFocusOnTab: true
+    bottomMargin: 4 * Theme.unit
     model: ShortcutKeys.rows
 
     Keys.onPressed: event => event.accepted = root.stepped(event.key)
