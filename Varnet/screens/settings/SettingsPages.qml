@@ -61,6 +61,7 @@ FocusScope {
             Layout.fillWidth: true
             color: Theme.line
             implicitHeight: 1
+            z: -1 // below the ring of a tab
         }
 
         Banner {
