@@ -66,11 +66,17 @@ ColumnLayout {
     }
 
     ThemedText {
+        id: attendees
+
         Layout.fillWidth: true
         Layout.leftMargin: 5 * Theme.unit + Theme.symbol
         color: Theme.secondary
         text: root.page.attendeesLine
         visible: text !== ""
+
+        transform: Lift {
+            words: attendees
+        }
     }
 
     RowLayout {

@@ -18,7 +18,7 @@ FocusScope {
 
         anchors.left: parent.left
         focus: true
-        height: root.drafts && !root.wide ? (root.height - y) * 0.4 : root.height - y - 6 * Theme.unit
+        height: root.drafts && !root.wide ? (root.height - y) * 0.45 : root.height - y - 6 * Theme.unit
         page: root.page
         width: root.drafts && root.wide ? (root.width - 6 * Theme.unit) / 2 : root.width
         y: 4 * Theme.unit

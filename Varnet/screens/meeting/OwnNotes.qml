@@ -40,7 +40,7 @@ FocusScope {
             color: Theme.text
             focus: true
             font: Theme.reading.font
-            padding: 4 * Theme.unit
+            padding: 3 * Theme.unit
             placeholderText: qsTr("Your own notes. They are saved as you type.")
             placeholderTextColor: Theme.faint
             selectByMouse: true

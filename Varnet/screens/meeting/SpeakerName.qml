@@ -20,9 +20,8 @@ ThemedText {
     text: speaker
     type: Theme.emphasis
 
-    // Letters of a taller font stand as high as others.
-    transform: Translate {
-        y: Math.min(0, Math.round(root.type.ascent - root.baselineOffset))
+    transform: Lift {
+        words: root
     }
 
     Rectangle {

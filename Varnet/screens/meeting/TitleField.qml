@@ -21,7 +21,7 @@ TextField {
     ToolTip.delay: 600
     ToolTip.text: title
     ToolTip.visible: hovered && cut
-    bottomPadding: topPadding
+    bottomPadding: Math.floor(implicitHeight - contentHeight - topPadding) // what does not fit would be scrolled
     color: cut ? "transparent" : Theme.text
     font: Theme.title.font
     implicitHeight: Theme.title.lineHeight + Theme.unit // in every script, whatever room its letters ask for
@@ -32,7 +32,7 @@ TextField {
     selectedTextColor: Theme.text
     selectionColor: Theme.selection
     text: title
-    topPadding: (implicitHeight - contentHeight) / 2
+    topPadding: Theme.unit
 
     Keys.onEscapePressed: {
         text = began
@@ -61,6 +61,8 @@ TextField {
 
     // A field cannot end in an ellipsis.
     ThemedText {
+        id: beginning
+
         Accessible.ignored: true
         anchors.fill: parent
         anchors.leftMargin: root.leftPadding
@@ -69,5 +71,9 @@ TextField {
         text: root.text
         type: Theme.title
         visible: root.cut
+
+        transform: Lift {
+            words: beginning
+        }
     }
 }

@@ -18,11 +18,10 @@ ThemedText {
     type: Theme.reading
     wrapMode: Text.Wrap
 
-    // Letters of a taller font stand as high as others. Rich text does that by itself.
-    transform: Translate {
+    transform: Lift {
         id: lift
 
-        y: Math.min(0, Math.round(root.type.ascent - root.baselineOffset))
+        words: root
     }
 
     Loader {
@@ -38,6 +37,6 @@ ThemedText {
             width: root.width
             wrapMode: Text.Wrap
         }
-        y: -root.type.richTextDrop - lift.y
+        y: -root.type.richTextDrop - lift.y // rich text stands right by itself
     }
 }
