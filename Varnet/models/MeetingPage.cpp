@@ -82,7 +82,8 @@ QString MeetingPage::dateLine() const {
     if (!meeting)
         return {};
     const auto length = MeetingText::duration(*meeting, m_store);
-    return MeetingText::dayAndTime(meeting->createdAt) + (length.isEmpty() ? length : QStringLiteral(" · ") + length);
+    return MeetingText::dayAndTime(meeting->createdAt) +
+           (length.isEmpty() ? length : QStringLiteral("\u00A0·\u00A0") + length);
 }
 
 QString MeetingPage::attendeesLine() const {
