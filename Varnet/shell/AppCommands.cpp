@@ -97,7 +97,8 @@ bool AppCommands::deleteEnabled() const {
 
 QString AppCommands::transcribeTitle() const {
     const auto* meeting = m_store.selected();
-    return meeting && meeting->turns.empty() ? tr("Transcribe saved audio") : tr("Transcribe again");
+    const bool first = meeting && meeting->turns.empty() && m_store.audioURL(*meeting);
+    return first ? tr("Transcribe saved audio") : tr("Transcribe again");
 }
 
 bool AppCommands::transcribeAgainEnabled() const {

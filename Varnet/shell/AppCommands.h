@@ -56,7 +56,7 @@ public:
     /// There is something to delete, and it is not the meeting whose recording is on its page. What else stands against
     /// it is said when it is tried.
     bool deleteEnabled() const;
-    QString transcribeTitle() const;     ///< "Transcribe again", or what it is for a meeting without a transcript
+    QString transcribeTitle() const;     ///< "Transcribe again", or what it is for audio without a transcript
     bool transcribeAgainEnabled() const; ///< the selected meeting has audio, and nothing else uses the engine
     bool writeNotesEnabled() const;      ///< the selected meeting has a transcript, and nothing else is being done
     QString writeNotesHint() const;      ///< what writing notes does, or why it cannot be done now

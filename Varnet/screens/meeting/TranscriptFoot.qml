@@ -30,19 +30,12 @@ Column {
             type: Theme.emphasis
         }
 
-        TextEdit {
+        SelectableText {
             Accessible.name: qsTr("Imported with this meeting")
             activeFocusOnTab: true
             color: Theme.secondary
-            font: Theme.body.font
-            readOnly: true
-            selectByMouse: true
-            selectedTextColor: Theme.text
-            selectionColor: Theme.selection
             text: root.page.importedText
-            textFormat: TextEdit.PlainText
             width: parent.width
-            wrapMode: TextEdit.Wrap
         }
     }
 }
