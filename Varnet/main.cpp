@@ -10,13 +10,17 @@
 #include "Varnet/shell/Translations.h"
 #include "Varnet/shell/Tray.h"
 #include "Varnet/shell/VarnetApp.h"
+#include "Varnet/store/MeetingPresentation.h"
 #include "Varnet/shell/WindowExport.h"
 
+#include <QFontMetrics>
 #include <QGuiApplication>
 #include <QIcon>
 #include <QSessionManager>
 
 #include <cstdio>
+#include <sys/resource.h>
+#include <unistd.h>
 #include <filesystem>
 #include <functional>
 #include <future>
@@ -36,15 +40,26 @@ int refuse(const SingleInstance::Refusal& refusal) {
 /// Reads the library on threads of its own while the window is being made; the result gives what was read.
 std::function<LoadedMeetings()> beginLoading(const std::filesystem::path& root) {
     const auto records = std::make_shared<std::future<LoadedMeetings>>(std::async(
-        std::launch::async | std::launch::deferred, [root] { return MeetingRepository(root).loadRecovering(); }));
+        std::launch::async | std::launch::deferred, [root] {
+            ::setpriority(PRIO_PROCESS, static_cast<id_t>(::gettid()), 10); // the window comes first
+            auto loaded = MeetingRepository(root).loadRecovering();
+            if (!loaded.meetings.empty())
+                MeetingPresentation::dayHeading(loaded.meetings.front().createdAt); // reads the locale's dates
+            return loaded;
+        }));
     return [records] { return records->get(); };
+}
+
+/// Has the toolkit look for the fonts, which the first text would wait for.
+std::future<void> beginFindingFonts() {
+    return std::async(std::launch::async | std::launch::deferred, [] { QFontMetrics(QFont()).height(); });
 }
 
 int run(const CommandLine& commandLine, StorageLock* lock, std::function<LoadedMeetings()> load) {
     QList<QUrl> files;
     for (const auto& file : commandLine.files)
         files << ImportQueue::address(file);
-    if (lock) {
+    if (lock && !lock->held()) {
         if (const auto refusal = SingleInstance::settle(*lock, VarnetApp::storageRoot(commandLine), files))
             return refuse(*refusal);
     }
@@ -69,9 +84,21 @@ int run(const CommandLine& commandLine, StorageLock* lock, std::function<LoadedM
         },
         Qt::DirectConnection);
 
+    ApplicationBus bus({.show = [&window](const QString& token) { window.show(token); },
+                        .importFiles = [&app](const QList<QUrl>& addresses) { app.commands().importFiles(addresses); },
+                        .newRecording = [&app] { app.commands().newRecording(); },
+                        .toggleRecording = [&app] { app.commands().toggleRecording(); },
+                        .quit = [&delegate] { delegate.quit(); }});
+    QObject::connect(&delegate, &MeetingAppDelegate::terminating, &bus, &ApplicationBus::unregisterName);
+    if (!commandLine.exportsWindow && bus.registerName() == ApplicationBus::Registration::nameTaken)
+        return refuse(SingleInstance::anotherLibraryOpen(ApplicationBus::owner()));
+
     if (!window.open())
         return 1;
-    app.windowAppeared();
+    QObject::connect(&window, &MainWindow::shownChanged, &app, [&app] {
+        QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/qt/qml/Varnet/screens/icons/app.svg")));
+        app.windowAppeared();
+    });
     WindowExport windowExport(app, window);
     windowExport.exportWindowIfRequested();
 
@@ -82,14 +109,6 @@ int run(const CommandLine& commandLine, StorageLock* lock, std::function<LoadedM
             QObject::connect(tray.get(), &Tray::presentChanged, &window, [&] { window.setInTray(tray->present()); });
         });
 
-    ApplicationBus bus({.show = [&window](const QString& token) { window.show(token); },
-                        .importFiles = [&app](const QList<QUrl>& addresses) { app.commands().importFiles(addresses); },
-                        .newRecording = [&app] { app.commands().newRecording(); },
-                        .toggleRecording = [&app] { app.commands().toggleRecording(); },
-                        .quit = [&delegate] { delegate.quit(); }});
-    QObject::connect(&delegate, &MeetingAppDelegate::terminating, &bus, &ApplicationBus::unregisterName);
-    if (!commandLine.exportsWindow && bus.registerName() == ApplicationBus::Registration::nameTaken)
-        return refuse(SingleInstance::anotherLibraryOpen(ApplicationBus::owner()));
     MediaPlayer2 player(*window.playback(),
                         {.raise = [&window] { window.show(); }, .quit = [&delegate] { delegate.quit(); }});
     if (!commandLine.exportsWindow)
@@ -108,20 +127,22 @@ int main(int argc, char** argv) {
     if (!commandLine.exportsWindow)
         lock.emplace(root);
     // Another process may still be writing to a library that is not locked yet.
-    auto load = lock && lock->held() ? beginLoading(root) : nullptr;
 
+
+    auto load = lock && lock->held() ? beginLoading(root) : nullptr;
     if (commandLine.exportScale && !qEnvironmentVariableIsSet("QT_SCALE_FACTOR")) // read when the application is made
         qputenv("QT_SCALE_FACTOR", QByteArray::number(*commandLine.exportScale));
     auto arguments = argumentsWithDesktopDialogs(argc, argv);
     int count = static_cast<int>(arguments.size()) - 1;
     QGuiApplication application(count, arguments.data());
+    const auto fonts = beginFindingFonts();
     installTranslations();
     commandLine.takeFiles({arguments.data(), arguments.data() + count}); // what the toolkit has left
     QGuiApplication::setApplicationName(QStringLiteral("Varnet"));
     QGuiApplication::setApplicationDisplayName(QString::fromStdString(AppInfo::name()));
     QGuiApplication::setApplicationVersion(QString::fromStdString(AppInfo::version()));
     QGuiApplication::setDesktopFileName(QString::fromStdString(AppInfo::identifier()));
-    QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/qt/qml/Varnet/screens/icons/app.svg")));
     QGuiApplication::setQuitOnLastWindowClosed(false);
+
     return run(commandLine, lock ? &*lock : nullptr, std::move(load));
 }

@@ -29,17 +29,17 @@ class AudioPlayback : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Made with the window")
-    Q_PROPERTY(bool present READ present NOTIFY loaded)
-    Q_PROPERTY(double duration READ duration NOTIFY loaded)
-    Q_PROPERTY(QString durationText READ durationText NOTIFY loaded)
-    Q_PROPERTY(QList<qreal> peaks READ peaks NOTIFY peaksChanged)
-    Q_PROPERTY(bool enabled READ enabled NOTIFY enabledChanged)
-    Q_PROPERTY(bool playing READ playing NOTIFY playingChanged)
-    Q_PROPERTY(double position READ position NOTIFY positionChanged)
-    Q_PROPERTY(QString positionText READ positionText NOTIFY positionTextChanged)
-    Q_PROPERTY(int playingTurn READ playingTurn NOTIFY playingTurnChanged)
-    Q_PROPERTY(double rate READ rate NOTIFY rateChanged)
-    Q_PROPERTY(QString problem READ problem NOTIFY problemChanged)
+    Q_PROPERTY(bool present READ present NOTIFY loaded FINAL)
+    Q_PROPERTY(double duration READ duration NOTIFY loaded FINAL)
+    Q_PROPERTY(QString durationText READ durationText NOTIFY loaded FINAL)
+    Q_PROPERTY(QList<qreal> peaks READ peaks NOTIFY peaksChanged FINAL)
+    Q_PROPERTY(bool enabled READ enabled NOTIFY enabledChanged FINAL)
+    Q_PROPERTY(bool playing READ playing NOTIFY playingChanged FINAL)
+    Q_PROPERTY(double position READ position NOTIFY positionChanged FINAL)
+    Q_PROPERTY(QString positionText READ positionText NOTIFY positionTextChanged FINAL)
+    Q_PROPERTY(int playingTurn READ playingTurn NOTIFY playingTurnChanged FINAL)
+    Q_PROPERTY(double rate READ rate NOTIFY rateChanged FINAL)
+    Q_PROPERTY(QString problem READ problem NOTIFY problemChanged FINAL)
 
 public:
     static constexpr double slowest = 0.75, fastest = 2; ///< rates

@@ -31,15 +31,15 @@ class DeletedModel : public IdListModel {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Made with the window")
-    Q_PROPERTY(int count READ count NOTIFY countChanged)
-    Q_PROPERTY(bool empty READ empty NOTIFY countChanged)
-    Q_PROPERTY(int currentRow READ currentRow NOTIFY selectionChanged)
-    Q_PROPERTY(QStringList selectedIDs READ selectedIDs NOTIFY selectionChanged)
-    Q_PROPERTY(QString restoreText READ restoreText NOTIFY selectionChanged)
-    Q_PROPERTY(QString eraseText READ eraseText NOTIFY selectionChanged)
-    Q_PROPERTY(bool asking READ asking NOTIFY askingChanged)
-    Q_PROPERTY(QString question READ question NOTIFY askingChanged)
-    Q_PROPERTY(QStringList askedIDs READ askedIDs NOTIFY askingChanged)
+    Q_PROPERTY(int count READ count NOTIFY countChanged FINAL)
+    Q_PROPERTY(bool empty READ empty NOTIFY countChanged FINAL)
+    Q_PROPERTY(int currentRow READ currentRow NOTIFY selectionChanged FINAL)
+    Q_PROPERTY(QStringList selectedIDs READ selectedIDs NOTIFY selectionChanged FINAL)
+    Q_PROPERTY(QString restoreText READ restoreText NOTIFY selectionChanged FINAL)
+    Q_PROPERTY(QString eraseText READ eraseText NOTIFY selectionChanged FINAL)
+    Q_PROPERTY(bool asking READ asking NOTIFY askingChanged FINAL)
+    Q_PROPERTY(QString question READ question NOTIFY askingChanged FINAL)
+    Q_PROPERTY(QStringList askedIDs READ askedIDs NOTIFY askingChanged FINAL)
 
 public:
     enum Role {

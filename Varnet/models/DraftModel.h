@@ -24,13 +24,13 @@ class DraftModel : public QAbstractListModel {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Made with the meeting page")
-    Q_PROPERTY(bool present READ present NOTIFY changed)
-    Q_PROPERTY(QString writeTitle READ writeTitle NOTIFY changed)
-    Q_PROPERTY(QString origin READ origin NOTIFY changed)
-    Q_PROPERTY(QString outdatedText READ outdatedText NOTIFY changed)
-    Q_PROPERTY(QString removedText READ removedText NOTIFY changed)
-    Q_PROPERTY(QStringList removedReasons READ removedReasons NOTIFY changed)
-    Q_PROPERTY(QString emptyText READ emptyText NOTIFY changed)
+    Q_PROPERTY(bool present READ present NOTIFY changed FINAL)
+    Q_PROPERTY(QString writeTitle READ writeTitle NOTIFY changed FINAL)
+    Q_PROPERTY(QString origin READ origin NOTIFY changed FINAL)
+    Q_PROPERTY(QString outdatedText READ outdatedText NOTIFY changed FINAL)
+    Q_PROPERTY(QString removedText READ removedText NOTIFY changed FINAL)
+    Q_PROPERTY(QStringList removedReasons READ removedReasons NOTIFY changed FINAL)
+    Q_PROPERTY(QString emptyText READ emptyText NOTIFY changed FINAL)
 
 public:
     enum Role {

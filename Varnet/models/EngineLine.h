@@ -13,10 +13,10 @@ struct EngineState;
 struct EngineLine {
     Q_GADGET
     Q_DECLARE_TR_FUNCTIONS(EngineLine)
-    QML_ANONYMOUS
-    Q_PROPERTY(QString words MEMBER words)
-    Q_PROPERTY(int tone MEMBER tone)
-    Q_PROPERTY(QString detail MEMBER detail)
+    QML_VALUE_TYPE(engineLine)
+    Q_PROPERTY(QString words MEMBER words FINAL)
+    Q_PROPERTY(int tone MEMBER tone FINAL)
+    Q_PROPERTY(QString detail MEMBER detail FINAL)
 
 public:
     QString words;  ///< "Ready", "Not installed", "Didn't start", "Checking", "Starting" or "Off"

@@ -13,8 +13,8 @@ class ErrorBanner : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Made with the window")
-    Q_PROPERTY(QString message READ message NOTIFY messageChanged)
-    Q_PROPERTY(QString saveMessage READ saveMessage NOTIFY saveMessageChanged)
+    Q_PROPERTY(QString message READ message NOTIFY messageChanged FINAL)
+    Q_PROPERTY(QString saveMessage READ saveMessage NOTIFY saveMessageChanged FINAL)
 
 public:
     explicit ErrorBanner(MeetingStore& store, QObject* parent = nullptr);

@@ -23,13 +23,13 @@ class LibraryModel : public IdListModel {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Made with the window")
-    Q_PROPERTY(int count READ count NOTIFY countChanged)
-    Q_PROPERTY(bool empty READ empty NOTIFY countChanged)
-    Q_PROPERTY(bool noResults READ noResults NOTIFY countChanged)
-    Q_PROPERTY(QString query READ query WRITE setQuery NOTIFY queryChanged)
-    Q_PROPERTY(QString summary READ summary NOTIFY summaryChanged)
-    Q_PROPERTY(int currentRow READ currentRow NOTIFY currentRowChanged)
-    Q_PROPERTY(int selectedCount READ selectedCount NOTIFY summaryChanged)
+    Q_PROPERTY(int count READ count NOTIFY countChanged FINAL)
+    Q_PROPERTY(bool empty READ empty NOTIFY countChanged FINAL)
+    Q_PROPERTY(bool noResults READ noResults NOTIFY countChanged FINAL)
+    Q_PROPERTY(QString query READ query WRITE setQuery NOTIFY queryChanged FINAL)
+    Q_PROPERTY(QString summary READ summary NOTIFY summaryChanged FINAL)
+    Q_PROPERTY(int currentRow READ currentRow NOTIFY currentRowChanged FINAL)
+    Q_PROPERTY(int selectedCount READ selectedCount NOTIFY summaryChanged FINAL)
 
 public:
     enum Role {

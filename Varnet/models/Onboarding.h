@@ -15,14 +15,14 @@ class Onboarding : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("The application makes it")
-    Q_PROPERTY(bool done READ done WRITE setDone NOTIFY doneChanged)
-    Q_PROPERTY(bool showing READ showing NOTIFY doneChanged)
-    Q_PROPERTY(int step READ step WRITE setStep NOTIFY stepChanged)
-    Q_PROPERTY(int stepCount READ stepCount CONSTANT)
-    Q_PROPERTY(bool first READ first NOTIFY stepChanged)
-    Q_PROPERTY(bool last READ last NOTIFY stepChanged)
-    Q_PROPERTY(QString progress READ progress NOTIFY stepChanged)
-    Q_PROPERTY(QString folder READ folder CONSTANT)
+    Q_PROPERTY(bool done READ done WRITE setDone NOTIFY doneChanged FINAL)
+    Q_PROPERTY(bool showing READ showing NOTIFY doneChanged FINAL)
+    Q_PROPERTY(int step READ step WRITE setStep NOTIFY stepChanged FINAL)
+    Q_PROPERTY(int stepCount READ stepCount CONSTANT FINAL)
+    Q_PROPERTY(bool first READ first NOTIFY stepChanged FINAL)
+    Q_PROPERTY(bool last READ last NOTIFY stepChanged FINAL)
+    Q_PROPERTY(QString progress READ progress NOTIFY stepChanged FINAL)
+    Q_PROPERTY(QString folder READ folder CONSTANT FINAL)
 
 public:
     /// What the flow shows, in this order.

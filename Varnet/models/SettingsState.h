@@ -25,17 +25,17 @@ class SettingsState : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Made with the window")
-    Q_PROPERTY(bool startsAtLogin READ startsAtLogin NOTIFY startsAtLoginChanged)
-    Q_PROPERTY(QStringList captureModes READ captureModes CONSTANT)
-    Q_PROPERTY(int captureMode READ captureMode NOTIFY captureModeChanged)
-    Q_PROPERTY(bool recording READ recording NOTIFY recordingChanged)
-    Q_PROPERTY(varnet::EngineLine speech READ speech NOTIFY speechChanged)
-    Q_PROPERTY(varnet::EngineLine notes READ notes NOTIFY notesChanged)
-    Q_PROPERTY(bool speechStartable READ speechStartable NOTIFY speechChanged)
-    Q_PROPERTY(QString runtimeRoot READ runtimeRoot NOTIFY runtimeRootChanged)
-    Q_PROPERTY(bool slow READ slow NOTIFY speechChanged)
-    Q_PROPERTY(bool fastModeCrashed READ fastModeCrashed NOTIFY speechChanged)
-    Q_PROPERTY(QString problem READ problem NOTIFY problemChanged)
+    Q_PROPERTY(bool startsAtLogin READ startsAtLogin NOTIFY startsAtLoginChanged FINAL)
+    Q_PROPERTY(QStringList captureModes READ captureModes CONSTANT FINAL)
+    Q_PROPERTY(int captureMode READ captureMode NOTIFY captureModeChanged FINAL)
+    Q_PROPERTY(bool recording READ recording NOTIFY recordingChanged FINAL)
+    Q_PROPERTY(varnet::EngineLine speech READ speech NOTIFY speechChanged FINAL)
+    Q_PROPERTY(varnet::EngineLine notes READ notes NOTIFY notesChanged FINAL)
+    Q_PROPERTY(bool speechStartable READ speechStartable NOTIFY speechChanged FINAL)
+    Q_PROPERTY(QString runtimeRoot READ runtimeRoot NOTIFY runtimeRootChanged FINAL)
+    Q_PROPERTY(bool slow READ slow NOTIFY speechChanged FINAL)
+    Q_PROPERTY(bool fastModeCrashed READ fastModeCrashed NOTIFY speechChanged FINAL)
+    Q_PROPERTY(QString problem READ problem NOTIFY problemChanged FINAL)
 
 public:
     SettingsState(MeetingStore& store, EngineSupervisor& engines, Settings& settings, Onboarding& onboarding,

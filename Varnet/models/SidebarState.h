@@ -16,11 +16,11 @@ class SidebarState : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Made with the window")
-    Q_PROPERTY(QString elapsed READ elapsed NOTIFY elapsedChanged)
-    Q_PROPERTY(QString meetingCount READ meetingCount NOTIFY meetingCountChanged)
-    Q_PROPERTY(QString deletedCount READ deletedCount NOTIFY deletedCountChanged)
-    Q_PROPERTY(varnet::EngineLine speech READ speech NOTIFY speechChanged)
-    Q_PROPERTY(varnet::EngineLine notes READ notes NOTIFY notesChanged)
+    Q_PROPERTY(QString elapsed READ elapsed NOTIFY elapsedChanged FINAL)
+    Q_PROPERTY(QString meetingCount READ meetingCount NOTIFY meetingCountChanged FINAL)
+    Q_PROPERTY(QString deletedCount READ deletedCount NOTIFY deletedCountChanged FINAL)
+    Q_PROPERTY(varnet::EngineLine speech READ speech NOTIFY speechChanged FINAL)
+    Q_PROPERTY(varnet::EngineLine notes READ notes NOTIFY notesChanged FINAL)
 
 public:
     SidebarState(const MeetingStore& store, const EngineSupervisor& engines, const RecordingClock& clock,

@@ -23,12 +23,12 @@ class SoundCheck : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Made with the window")
-    Q_PROPERTY(double level READ level NOTIFY levelChanged)
-    Q_PROPERTY(bool listening READ listening NOTIFY changed)
-    Q_PROPERTY(bool heard READ heard NOTIFY changed)
-    Q_PROPERTY(bool failed READ failed NOTIFY changed)
-    Q_PROPERTY(QString words READ words NOTIFY changed)
-    Q_PROPERTY(int tone READ tone NOTIFY changed)
+    Q_PROPERTY(double level READ level NOTIFY levelChanged FINAL)
+    Q_PROPERTY(bool listening READ listening NOTIFY changed FINAL)
+    Q_PROPERTY(bool heard READ heard NOTIFY changed FINAL)
+    Q_PROPERTY(bool failed READ failed NOTIFY changed FINAL)
+    Q_PROPERTY(QString words READ words NOTIFY changed FINAL)
+    Q_PROPERTY(int tone READ tone NOTIFY changed FINAL)
 
 public:
     using MakeCapture = std::function<std::unique_ptr<AudioCapture>()>;

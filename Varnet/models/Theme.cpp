@@ -36,7 +36,6 @@ Theme* Theme::create(QQmlEngine*, QJSEngine*) {
 Theme::Theme() : m_ownFont(QGuiApplication::font()) {
     QCoreApplication::instance()->installEventFilter(this);
     connect(&m_preferences, &DesktopPreferences::changed, this, &Theme::follow);
-    measure();
 }
 
 void Theme::follow() {
@@ -81,7 +80,9 @@ QList<QColor> Theme::tones() const {
     return {rec(), amber(), ok(), faint()};
 }
 
-void Theme::measure() {
+const Theme::TypeScale& Theme::scale() const {
+    if (m_scale)
+        return *m_scale;
     const auto scale = desktopFontScale();
     const auto styled = [scale](int pixels, int lineHeight, QFont::Weight weight = QFont::Normal) {
         auto font = QGuiApplication::font();
@@ -94,13 +95,8 @@ void Theme::measure() {
         const auto gap = line - metrics.height();
         return TypeStyle{font, line, gap, metrics.ascent(), qRound(line * 4 / 5 - gap / 2 - metrics.ascent()) * 1.0};
     };
-    m_caption = styled(12, 16);
-    m_body = styled(13, 20);
-    m_emphasis = styled(13, 20, QFont::DemiBold);
-    m_reading = styled(15, 24);
-    m_heading = styled(18, 24, QFont::DemiBold);
-    m_title = styled(24, 32, QFont::DemiBold);
-    m_symbol = qRound(16 * scale);
+    return m_scale.emplace(styled(12, 16), styled(13, 20), styled(13, 20, QFont::DemiBold), styled(15, 24),
+                           styled(18, 24, QFont::DemiBold), styled(24, 32, QFont::DemiBold), qRound(16 * scale) * 1.0);
 }
 
 bool Theme::eventFilter(QObject* watched, QEvent* event) {
@@ -108,7 +104,7 @@ bool Theme::eventFilter(QObject* watched, QEvent* event) {
         if (event->type() == QEvent::ApplicationPaletteChange)
             Q_EMIT appearanceChanged();
         if (event->type() == QEvent::ApplicationFontChange) {
-            measure();
+            m_scale.reset();
             Q_EMIT typeChanged();
         }
     }

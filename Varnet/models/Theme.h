@@ -17,12 +17,12 @@ namespace varnet {
 /// One step of the type scale.
 struct TypeStyle {
     Q_GADGET
-    QML_ANONYMOUS
-    Q_PROPERTY(QFont font MEMBER font)
-    Q_PROPERTY(qreal lineHeight MEMBER lineHeight)
-    Q_PROPERTY(qreal lineGap MEMBER lineGap)
-    Q_PROPERTY(qreal ascent MEMBER ascent)
-    Q_PROPERTY(qreal richTextDrop MEMBER richTextDrop)
+    QML_VALUE_TYPE(typeStyle)
+    Q_PROPERTY(QFont font MEMBER font FINAL)
+    Q_PROPERTY(qreal lineHeight MEMBER lineHeight FINAL)
+    Q_PROPERTY(qreal lineGap MEMBER lineGap FINAL)
+    Q_PROPERTY(qreal ascent MEMBER ascent FINAL)
+    Q_PROPERTY(qreal richTextDrop MEMBER richTextDrop FINAL)
 
 public:
     QFont font;
@@ -42,37 +42,37 @@ class Theme : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_SINGLETON
-    Q_PROPERTY(bool dark READ dark NOTIFY appearanceChanged)
-    Q_PROPERTY(bool highContrast READ highContrast NOTIFY appearanceChanged)
-    Q_PROPERTY(QColor window READ window NOTIFY appearanceChanged)
-    Q_PROPERTY(QColor surface READ surface NOTIFY appearanceChanged)
-    Q_PROPERTY(QColor raised READ raised NOTIFY appearanceChanged)
-    Q_PROPERTY(QColor selection READ selection NOTIFY appearanceChanged)
-    Q_PROPERTY(QColor line READ line NOTIFY appearanceChanged)
-    Q_PROPERTY(QColor track READ track NOTIFY appearanceChanged)
-    Q_PROPERTY(QColor text READ text NOTIFY appearanceChanged)
-    Q_PROPERTY(QColor secondary READ secondary NOTIFY appearanceChanged)
-    Q_PROPERTY(QColor faint READ faint NOTIFY appearanceChanged)
-    Q_PROPERTY(QColor accent READ accent NOTIFY appearanceChanged)
-    Q_PROPERTY(QColor rec READ rec NOTIFY appearanceChanged)
-    Q_PROPERTY(QColor amber READ amber NOTIFY appearanceChanged)
-    Q_PROPERTY(QColor ok READ ok NOTIFY appearanceChanged)
-    Q_PROPERTY(QColor onAccent READ onAccent NOTIFY appearanceChanged)
-    Q_PROPERTY(QColor onRec READ onRec NOTIFY appearanceChanged)
-    Q_PROPERTY(QList<QColor> speakers READ speakers NOTIFY appearanceChanged)
-    Q_PROPERTY(QList<QColor> tones READ tones NOTIFY appearanceChanged)
-    Q_PROPERTY(varnet::TypeStyle caption READ caption NOTIFY typeChanged)
-    Q_PROPERTY(varnet::TypeStyle body READ body NOTIFY typeChanged)
-    Q_PROPERTY(varnet::TypeStyle emphasis READ emphasis NOTIFY typeChanged)
-    Q_PROPERTY(varnet::TypeStyle reading READ reading NOTIFY typeChanged)
-    Q_PROPERTY(varnet::TypeStyle heading READ heading NOTIFY typeChanged)
-    Q_PROPERTY(varnet::TypeStyle title READ title NOTIFY typeChanged)
-    Q_PROPERTY(qreal symbol READ symbol NOTIFY typeChanged)
-    Q_PROPERTY(int unit READ unit CONSTANT)
-    Q_PROPERTY(int cardRadius READ cardRadius CONSTANT)
-    Q_PROPERTY(int controlRadius READ controlRadius CONSTANT)
-    Q_PROPERTY(int motion READ motion NOTIFY motionChanged)
-    Q_PROPERTY(bool moves READ moves NOTIFY motionChanged)
+    Q_PROPERTY(bool dark READ dark NOTIFY appearanceChanged FINAL)
+    Q_PROPERTY(bool highContrast READ highContrast NOTIFY appearanceChanged FINAL)
+    Q_PROPERTY(QColor window READ window NOTIFY appearanceChanged FINAL)
+    Q_PROPERTY(QColor surface READ surface NOTIFY appearanceChanged FINAL)
+    Q_PROPERTY(QColor raised READ raised NOTIFY appearanceChanged FINAL)
+    Q_PROPERTY(QColor selection READ selection NOTIFY appearanceChanged FINAL)
+    Q_PROPERTY(QColor line READ line NOTIFY appearanceChanged FINAL)
+    Q_PROPERTY(QColor track READ track NOTIFY appearanceChanged FINAL)
+    Q_PROPERTY(QColor text READ text NOTIFY appearanceChanged FINAL)
+    Q_PROPERTY(QColor secondary READ secondary NOTIFY appearanceChanged FINAL)
+    Q_PROPERTY(QColor faint READ faint NOTIFY appearanceChanged FINAL)
+    Q_PROPERTY(QColor accent READ accent NOTIFY appearanceChanged FINAL)
+    Q_PROPERTY(QColor rec READ rec NOTIFY appearanceChanged FINAL)
+    Q_PROPERTY(QColor amber READ amber NOTIFY appearanceChanged FINAL)
+    Q_PROPERTY(QColor ok READ ok NOTIFY appearanceChanged FINAL)
+    Q_PROPERTY(QColor onAccent READ onAccent NOTIFY appearanceChanged FINAL)
+    Q_PROPERTY(QColor onRec READ onRec NOTIFY appearanceChanged FINAL)
+    Q_PROPERTY(QList<QColor> speakers READ speakers NOTIFY appearanceChanged FINAL)
+    Q_PROPERTY(QList<QColor> tones READ tones NOTIFY appearanceChanged FINAL)
+    Q_PROPERTY(varnet::TypeStyle caption READ caption NOTIFY typeChanged FINAL)
+    Q_PROPERTY(varnet::TypeStyle body READ body NOTIFY typeChanged FINAL)
+    Q_PROPERTY(varnet::TypeStyle emphasis READ emphasis NOTIFY typeChanged FINAL)
+    Q_PROPERTY(varnet::TypeStyle reading READ reading NOTIFY typeChanged FINAL)
+    Q_PROPERTY(varnet::TypeStyle heading READ heading NOTIFY typeChanged FINAL)
+    Q_PROPERTY(varnet::TypeStyle title READ title NOTIFY typeChanged FINAL)
+    Q_PROPERTY(qreal symbol READ symbol NOTIFY typeChanged FINAL)
+    Q_PROPERTY(int unit READ unit CONSTANT FINAL)
+    Q_PROPERTY(int cardRadius READ cardRadius CONSTANT FINAL)
+    Q_PROPERTY(int controlRadius READ controlRadius CONSTANT FINAL)
+    Q_PROPERTY(int motion READ motion NOTIFY motionChanged FINAL)
+    Q_PROPERTY(bool moves READ moves NOTIFY motionChanged FINAL)
 
 public:
     enum class Appearance { light, dark };
@@ -112,13 +112,13 @@ public:
     QList<QColor> speakers() const;
     QList<QColor> tones() const;
 
-    const TypeStyle& caption() const { return m_caption; }
-    const TypeStyle& body() const { return m_body; }
-    const TypeStyle& emphasis() const { return m_emphasis; }
-    const TypeStyle& reading() const { return m_reading; }
-    const TypeStyle& heading() const { return m_heading; }
-    const TypeStyle& title() const { return m_title; }
-    qreal symbol() const { return m_symbol; } ///< the side of a symbol in pixels: 16, more where the words are larger
+    const TypeStyle& caption() const { return scale().caption; }
+    const TypeStyle& body() const { return scale().body; }
+    const TypeStyle& emphasis() const { return scale().emphasis; }
+    const TypeStyle& reading() const { return scale().reading; }
+    const TypeStyle& heading() const { return scale().heading; }
+    const TypeStyle& title() const { return scale().title; }
+    qreal symbol() const { return scale().symbol; } ///< the side of a symbol in pixels: 16, more beside larger words
 
     int unit() const { return 4; }
     int cardRadius() const { return 8; }
@@ -134,16 +134,20 @@ Q_SIGNALS:
     void motionChanged();
 
 private:
+    struct TypeScale {
+        TypeStyle caption, body, emphasis, reading, heading, title;
+        qreal symbol;
+    };
+
     Theme();
     void follow();
-    void measure();
+    const TypeScale& scale() const;
 
     std::optional<Appearance> m_appearance;
     QFont m_ownFont; ///< the application's before the desktop named one
     DesktopPreferences m_preferences;
     DesktopPreferences::Values m_followed; ///< what the window looks like now
-    TypeStyle m_caption, m_body, m_emphasis, m_reading, m_heading, m_title;
-    qreal m_symbol = 0;
+    mutable std::optional<TypeScale> m_scale; ///< of the application's font, once it has been asked for
 };
 
 } // namespace varnet

@@ -19,11 +19,11 @@ class TranscriptFind : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Made with the meeting page")
-    Q_PROPERTY(bool open READ isOpen NOTIFY openChanged)
-    Q_PROPERTY(QString query READ query WRITE setQuery NOTIFY changed)
-    Q_PROPERTY(int count READ count NOTIFY changed)
-    Q_PROPERTY(int row READ row NOTIFY changed)
-    Q_PROPERTY(QString summary READ summary NOTIFY changed)
+    Q_PROPERTY(bool open READ isOpen NOTIFY openChanged FINAL)
+    Q_PROPERTY(QString query READ query WRITE setQuery NOTIFY changed FINAL)
+    Q_PROPERTY(int count READ count NOTIFY changed FINAL)
+    Q_PROPERTY(int row READ row NOTIFY changed FINAL)
+    Q_PROPERTY(QString summary READ summary NOTIFY changed FINAL)
 
 public:
     explicit TranscriptFind(TranscriptModel& transcript, QObject* parent = nullptr);

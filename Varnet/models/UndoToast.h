@@ -19,9 +19,9 @@ class UndoToast : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Made with the window")
-    Q_PROPERTY(bool showing READ showing NOTIFY changed)
-    Q_PROPERTY(QString text READ text NOTIFY changed)
-    Q_PROPERTY(bool held READ held WRITE setHeld NOTIFY heldChanged)
+    Q_PROPERTY(bool showing READ showing NOTIFY changed FINAL)
+    Q_PROPERTY(QString text READ text NOTIFY changed FINAL)
+    Q_PROPERTY(bool held READ held WRITE setHeld NOTIFY heldChanged FINAL)
 
 public:
     explicit UndoToast(MeetingStore& store, int milliseconds = 8000, QObject* parent = nullptr);

@@ -19,9 +19,9 @@ class MeetingStore;
 struct RestoreChoice {
     Q_GADGET
     QML_ANONYMOUS
-    Q_PROPERTY(QString words MEMBER words)
-    Q_PROPERTY(bool enabled MEMBER enabled)
-    Q_PROPERTY(bool taken MEMBER taken)
+    Q_PROPERTY(QString words MEMBER words FINAL)
+    Q_PROPERTY(bool enabled MEMBER enabled FINAL)
+    Q_PROPERTY(bool taken MEMBER taken FINAL)
 
 public:
     QString words; ///< how it differs from now
@@ -38,20 +38,20 @@ class VersionHistory : public QAbstractListModel {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Made with the window")
-    Q_PROPERTY(bool loading READ loading NOTIFY changed)
-    Q_PROPERTY(int count READ count NOTIFY changed)
-    Q_PROPERTY(QString title READ title NOTIFY changed)
-    Q_PROPERTY(QString unreadableText READ unreadableText NOTIFY changed)
-    Q_PROPERTY(QString error READ error NOTIFY changed)
-    Q_PROPERTY(QString notice READ notice NOTIFY changed)
-    Q_PROPERTY(int currentRow READ currentRow NOTIFY changed)
-    Q_PROPERTY(QString notesText READ notesText NOTIFY changed)
-    Q_PROPERTY(QString draftText READ draftText NOTIFY changed)
-    Q_PROPERTY(varnet::TranscriptModel* turns READ turns CONSTANT)
-    Q_PROPERTY(varnet::RestoreChoice transcript READ transcript NOTIFY changed)
-    Q_PROPERTY(varnet::RestoreChoice personalNotes READ personalNotes NOTIFY changed)
-    Q_PROPERTY(varnet::RestoreChoice generatedNotes READ generatedNotes NOTIFY changed)
-    Q_PROPERTY(bool restoreEnabled READ restoreEnabled NOTIFY changed)
+    Q_PROPERTY(bool loading READ loading NOTIFY changed FINAL)
+    Q_PROPERTY(int count READ count NOTIFY changed FINAL)
+    Q_PROPERTY(QString title READ title NOTIFY changed FINAL)
+    Q_PROPERTY(QString unreadableText READ unreadableText NOTIFY changed FINAL)
+    Q_PROPERTY(QString error READ error NOTIFY changed FINAL)
+    Q_PROPERTY(QString notice READ notice NOTIFY changed FINAL)
+    Q_PROPERTY(int currentRow READ currentRow NOTIFY changed FINAL)
+    Q_PROPERTY(QString notesText READ notesText NOTIFY changed FINAL)
+    Q_PROPERTY(QString draftText READ draftText NOTIFY changed FINAL)
+    Q_PROPERTY(varnet::TranscriptModel* turns READ turns CONSTANT FINAL)
+    Q_PROPERTY(varnet::RestoreChoice transcript READ transcript NOTIFY changed FINAL)
+    Q_PROPERTY(varnet::RestoreChoice personalNotes READ personalNotes NOTIFY changed FINAL)
+    Q_PROPERTY(varnet::RestoreChoice generatedNotes READ generatedNotes NOTIFY changed FINAL)
+    Q_PROPERTY(bool restoreEnabled READ restoreEnabled NOTIFY changed FINAL)
 
 public:
     enum Role {

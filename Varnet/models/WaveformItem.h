@@ -15,16 +15,16 @@ namespace varnet {
 class WaveformItem : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(QList<qreal> peaks READ peaks WRITE setPeaks NOTIFY peaksChanged)
-    Q_PROPERTY(qreal position READ position WRITE setPosition NOTIFY positionChanged)
-    Q_PROPERTY(qreal duration READ maximumValue WRITE setDuration NOTIFY durationChanged)
-    Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY colorsChanged)
-    Q_PROPERTY(QColor playedColor READ playedColor WRITE setPlayedColor NOTIFY colorsChanged)
+    Q_PROPERTY(QList<qreal> peaks READ peaks WRITE setPeaks NOTIFY peaksChanged FINAL)
+    Q_PROPERTY(qreal position READ position WRITE setPosition NOTIFY positionChanged FINAL)
+    Q_PROPERTY(qreal duration READ maximumValue WRITE setDuration NOTIFY durationChanged FINAL)
+    Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY colorsChanged FINAL)
+    Q_PROPERTY(QColor playedColor READ playedColor WRITE setPlayedColor NOTIFY colorsChanged FINAL)
     // What screen readers know a slider by.
-    Q_PROPERTY(qreal value READ position WRITE seek NOTIFY positionChanged)
-    Q_PROPERTY(qreal minimumValue READ minimumValue CONSTANT)
-    Q_PROPERTY(qreal maximumValue READ maximumValue NOTIFY durationChanged)
-    Q_PROPERTY(qreal stepSize READ stepSize CONSTANT)
+    Q_PROPERTY(qreal value READ position WRITE seek NOTIFY positionChanged FINAL)
+    Q_PROPERTY(qreal minimumValue READ minimumValue CONSTANT FINAL)
+    Q_PROPERTY(qreal maximumValue READ maximumValue NOTIFY durationChanged FINAL)
+    Q_PROPERTY(qreal stepSize READ stepSize CONSTANT FINAL)
 
 public:
     explicit WaveformItem(QQuickItem* parent = nullptr);

@@ -17,15 +17,15 @@ class WorkStatus : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Made with the window")
-    Q_PROPERTY(bool showing READ showing NOTIFY changed)
-    Q_PROPERTY(bool running READ running NOTIFY changed)
-    Q_PROPERTY(bool cancelling READ cancelling NOTIFY changed)
-    Q_PROPERTY(bool filesWait READ filesWait NOTIFY changed)
-    Q_PROPERTY(bool measured READ measured NOTIFY changed)
-    Q_PROPERTY(double share READ share NOTIFY changed)
-    Q_PROPERTY(QString text READ text NOTIFY changed)
-    Q_PROPERTY(QString progress READ progress NOTIFY changed)
-    Q_PROPERTY(QString waitingText READ waitingText NOTIFY changed)
+    Q_PROPERTY(bool showing READ showing NOTIFY changed FINAL)
+    Q_PROPERTY(bool running READ running NOTIFY changed FINAL)
+    Q_PROPERTY(bool cancelling READ cancelling NOTIFY changed FINAL)
+    Q_PROPERTY(bool filesWait READ filesWait NOTIFY changed FINAL)
+    Q_PROPERTY(bool measured READ measured NOTIFY changed FINAL)
+    Q_PROPERTY(double share READ share NOTIFY changed FINAL)
+    Q_PROPERTY(QString text READ text NOTIFY changed FINAL)
+    Q_PROPERTY(QString progress READ progress NOTIFY changed FINAL)
+    Q_PROPERTY(QString waitingText READ waitingText NOTIFY changed FINAL)
 
 public:
     WorkStatus(const MeetingStore& store, AppCommands& commands, QObject* parent = nullptr);

@@ -47,11 +47,14 @@ Item {
 
                 currentIndex: root.frame.router.page
 
-                LibraryScreen {
-                    commands: root.frame.commands
+                Loader {
                     focus: visible
-                    library: root.frame.library
-                    router: root.frame.router
+                    Component.onCompleted: setSource("library/LibraryScreen.qml", {
+                        "commands": root.frame.commands,
+                        "focus": true,
+                        "library": root.frame.library,
+                        "router": root.frame.router
+                    })
                 }
 
                 Later {
@@ -83,17 +86,26 @@ Item {
         }
     }
 
-    Loader {
-        active: root.frame.shown
+    Later {
+        id: toast
+
+        readonly property real room: root.width - sidebar.width - 12 * Theme.unit
+
         anchors.bottom: parent.bottom
-        anchors.bottomMargin: 6 * Theme.unit
+        anchors.bottomMargin: root.frame.router.showingMeeting ? 6 * Theme.body.lineHeight : 6 * Theme.unit // over the player
         anchors.horizontalCenter: parent.horizontalCenter
         anchors.horizontalCenterOffset: sidebar.width / 2
-        sourceComponent: Toast {
-            toast: root.frame.toast
-            width: Math.min(implicitWidth, root.width - sidebar.width - 12 * Theme.unit)
-            onFocusLeft: pages.children[pages.currentIndex].forceActiveFocus()
-            onUndo: root.frame.commands.undoDelete()
+        frame: root.frame
+        part: Qt.resolvedUrl("components/Toast.qml")
+        properties: ({ "commands": root.frame.commands, "toast": root.frame.toast })
+        width: item ? Math.min(item.implicitWidth, room) : 0
+    }
+
+    Connections {
+        function onFocusLeft() {
+            pages.children[pages.currentIndex].forceActiveFocus()
         }
+
+        target: toast.item
     }
 }

@@ -1,15 +1,15 @@
 import QtQuick
-import QtQuick.Controls.Basic
+import QtQuick.Templates as T
 import Varnet
 
 // The main window.
-ApplicationWindow {
+T.ApplicationWindow {
     id: root
 
     required property MainWindow frame
 
     LayoutMirroring.childrenInherit: true
-    LayoutMirroring.enabled: Qt.locale().textDirection === Qt.RightToLeft
+    LayoutMirroring.enabled: frame.rightToLeft
     color: Theme.surface
     minimumHeight: 600
     minimumWidth: 900
@@ -33,11 +33,9 @@ ApplicationWindow {
     palette.windowText: Theme.text
     title: Qt.application.displayName
 
-    // The window itself is up first: what it takes to be filled, a library of any size may take.
-    Loader {
-        active: root.frame.shown
+    Screens {
         anchors.fill: parent
         focus: true
-        Component.onCompleted: setSource("Screens.qml", {"frame": root.frame})
+        frame: root.frame
     }
 }

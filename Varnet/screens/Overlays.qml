@@ -1,11 +1,18 @@
 import QtQuick
 import Varnet
 
-// What comes up over the page: dialogs, questions, and the place where files are dropped.
+// What the first frame does without: the keys, and what comes up over the page.
 Item {
     id: root
 
     required property MainWindow frame
+
+    Shortcuts {
+        commands: root.frame.commands
+        delegate: root.frame.delegate
+        pagesShown: !root.frame.onboarding.showing
+        router: root.frame.router
+    }
 
     HistoryDialog {
         commands: root.frame.commands

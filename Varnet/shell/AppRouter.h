@@ -10,16 +10,16 @@ class AppRouter : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("The application makes its one router")
-    Q_PROPERTY(Page page READ page WRITE setPage NOTIFY pageChanged)
-    Q_PROPERTY(bool showingLibrary READ showingLibrary NOTIFY pageChanged)
-    Q_PROPERTY(bool showingMeeting READ showingMeeting NOTIFY pageChanged)
-    Q_PROPERTY(bool showingDeleted READ showingDeleted NOTIFY pageChanged)
-    Q_PROPERTY(bool historyOpen READ historyOpen WRITE setHistoryOpen NOTIFY historyOpenChanged)
-    Q_PROPERTY(bool importing READ importing WRITE setImporting NOTIFY importingChanged)
-    Q_PROPERTY(bool exporting READ exporting WRITE setExporting NOTIFY exportingChanged)
-    Q_PROPERTY(bool settingsOpen READ settingsOpen WRITE setSettingsOpen NOTIFY settingsOpenChanged)
-    Q_PROPERTY(QString retrying READ retrying WRITE setRetrying NOTIFY retryingChanged)
-    Q_PROPERTY(int searchFocusRequest READ searchFocusRequest NOTIFY searchFocusRequestChanged)
+    Q_PROPERTY(Page page READ page WRITE setPage NOTIFY pageChanged FINAL)
+    Q_PROPERTY(bool showingLibrary READ showingLibrary NOTIFY pageChanged FINAL)
+    Q_PROPERTY(bool showingMeeting READ showingMeeting NOTIFY pageChanged FINAL)
+    Q_PROPERTY(bool showingDeleted READ showingDeleted NOTIFY pageChanged FINAL)
+    Q_PROPERTY(bool historyOpen READ historyOpen WRITE setHistoryOpen NOTIFY historyOpenChanged FINAL)
+    Q_PROPERTY(bool importing READ importing WRITE setImporting NOTIFY importingChanged FINAL)
+    Q_PROPERTY(bool exporting READ exporting WRITE setExporting NOTIFY exportingChanged FINAL)
+    Q_PROPERTY(bool settingsOpen READ settingsOpen WRITE setSettingsOpen NOTIFY settingsOpenChanged FINAL)
+    Q_PROPERTY(QString retrying READ retrying WRITE setRetrying NOTIFY retryingChanged FINAL)
+    Q_PROPERTY(int searchFocusRequest READ searchFocusRequest NOTIFY searchFocusRequestChanged FINAL)
 
 public:
     enum class Page { library, deleted, meeting };

@@ -2,6 +2,7 @@
 
 #include "Varnet/models/Theme.h"
 #include "Varnet/platform/WindowActivation.h"
+#include "Varnet/shell/SymbolImages.h"
 #include "Varnet/shell/VarnetApp.h"
 
 #include <QEvent>
@@ -35,8 +36,8 @@ constexpr QSize usualSize{1280, 820};
 constexpr std::chrono::seconds longestWaitForFrame{3}; // a window that nobody sees yet may get none
 constexpr auto closeNoticeKey = "CloseNoticeShown";
 
-QUrl mainScreen() {
-    return QUrl(QStringLiteral("qrc:/qt/qml/Varnet/screens/Main.qml"));
+QUrl screen(const char* file) {
+    return QUrl(QStringLiteral("qrc:/qt/qml/Varnet/screens/") + QLatin1String(file));
 }
 
 /// The module's types are registered by a static object that only a mention brings into the program.
@@ -46,18 +47,20 @@ void registerScreens() {
 
 } // namespace
 
-std::unique_ptr<QQmlApplicationEngine> MainWindow::loadScreens() {
+std::unique_ptr<QQmlEngine> MainWindow::loadScreens() {
     registerScreens();
-    Theme::shared(); // asks for the desktop's preferences, which come while the screens are being read
     if (QQuickStyle::name().isEmpty())
         QQuickStyle::setStyle(QStringLiteral("Basic"));
-    auto engine = std::make_unique<QQmlApplicationEngine>();
+    auto engine = std::make_unique<QQmlEngine>();
     engine->addImportPath(QStringLiteral("qrc:/qt/qml"));
-    const QQmlComponent known(engine.get(), mainScreen()); // the engine keeps the types that it has seen
+    engine->addImageProvider(QStringLiteral("symbols"), new SymbolImages);
+    for (const auto* file : {"Main.qml", "library/LibraryScreen.qml"}) // the second while the first is being made
+        new QQmlComponent(engine.get(), screen(file), QQmlComponent::Asynchronous, engine.get());
+    Theme::shared(); // asks for the desktop's preferences, which come while the screens are being read
     return engine;
 }
 
-MainWindow::MainWindow(VarnetApp& app, std::unique_ptr<QQmlApplicationEngine> screens, QObject* parent)
+MainWindow::MainWindow(VarnetApp& app, std::unique_ptr<QQmlEngine> screens, QObject* parent)
     : QObject(parent),
       m_app(app),
       m_clock(app.store()),
@@ -120,27 +123,28 @@ Onboarding* MainWindow::onboarding() const {
 
 bool MainWindow::open() {
     Theme::shared().takePreferences();
-    m_engine->setInitialProperties({{QStringLiteral("frame"), QVariant::fromValue(this)}});
-    m_engine->load(mainScreen());
-    if (m_engine->rootObjects().isEmpty())
+    QQmlComponent screens(m_engine.get(), screen("Main.qml"));
+    auto root = std::unique_ptr<QObject>(
+        screens.createWithInitialProperties({{QStringLiteral("frame"), QVariant::fromValue(this)}}));
+    if (!qobject_cast<QQuickWindow*>(root.get())) {
+        qWarning("The screens could not be loaded: %s", qUtf8Printable(screens.errorString()));
         return false;
-    m_window = qobject_cast<QQuickWindow*>(m_engine->rootObjects().constFirst());
-    if (!m_window)
-        return false;
+    }
+    m_window.reset(static_cast<QQuickWindow*>(root.release()));
     m_window->installEventFilter(this);
     restoreGeometry();
     for (const auto signal : {&Onboarding::doneChanged, &Onboarding::stepChanged})
         connect(&m_app.onboarding(), signal, this, &MainWindow::followOnboarding);
     connect(&m_app.store(), &MeetingStore::recordingChanged, this, &MainWindow::followOnboarding);
-    connect(m_window, &QWindow::visibilityChanged, this, &MainWindow::followOnboarding);
-    connect(m_window, &QWindow::visibleChanged, &m_playback, [this](bool visible) {
+    connect(m_window.get(), &QWindow::visibilityChanged, this, &MainWindow::followOnboarding);
+    connect(m_window.get(), &QWindow::visibleChanged, &m_playback, [this](bool visible) {
         if (!visible)
             m_playback.pause();
     });
     connect(
-        m_window, &QQuickWindow::frameSwapped, this,
+        m_window.get(), &QQuickWindow::frameSwapped, this,
         [this] {
-            logStart("first frame");
+            logStart("first screen");
             QMetaObject::invokeMethod(this, &MainWindow::finishLoading, Qt::QueuedConnection);
         },
         Qt::SingleShotConnection);
@@ -181,7 +185,7 @@ void MainWindow::cancelClosing() {
 }
 
 bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() != QEvent::Close || watched != m_window)
+    if (event->type() != QEvent::Close || watched != m_window.get())
         return QObject::eventFilter(watched, event);
     if (!m_app.settings().flag(closeNoticeKey).value_or(false)) {
         event->ignore();
@@ -206,7 +210,6 @@ void MainWindow::finishLoading() {
         return;
     m_shown = true;
     Q_EMIT shownChanged();
-    connect(m_window, &QQuickWindow::frameSwapped, this, [] { logStart("first screen"); }, Qt::SingleShotConnection);
 }
 
 void MainWindow::followHistory() {

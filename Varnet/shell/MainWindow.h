@@ -18,7 +18,8 @@
 #include "Varnet/shell/MeetingAppDelegate.h"
 
 #include <QObject>
-#include <QQmlApplicationEngine>
+#include <QLocale>
+#include <QQmlEngine>
 #include <QtQml/qqmlregistration.h>
 
 #include <memory>
@@ -36,31 +37,32 @@ class MainWindow : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("The application makes its one window")
-    Q_PROPERTY(varnet::AppCommands* commands READ commands CONSTANT)
-    Q_PROPERTY(varnet::AppRouter* router READ router CONSTANT)
-    Q_PROPERTY(varnet::MeetingAppDelegate* delegate READ delegate CONSTANT)
-    Q_PROPERTY(varnet::Onboarding* onboarding READ onboarding CONSTANT)
-    Q_PROPERTY(varnet::SoundCheck* soundCheck READ soundCheck CONSTANT)
-    Q_PROPERTY(varnet::LibraryModel* library READ library CONSTANT)
-    Q_PROPERTY(varnet::MeetingPage* meetingPage READ meetingPage CONSTANT)
-    Q_PROPERTY(varnet::AudioPlayback* playback READ playback CONSTANT)
-    Q_PROPERTY(varnet::DeletedModel* deleted READ deleted CONSTANT)
-    Q_PROPERTY(varnet::VersionHistory* history READ history CONSTANT)
-    Q_PROPERTY(varnet::UndoToast* toast READ toast CONSTANT)
-    Q_PROPERTY(varnet::SidebarState* sidebar READ sidebar CONSTANT)
-    Q_PROPERTY(varnet::SettingsState* settings READ settings CONSTANT)
-    Q_PROPERTY(varnet::ErrorBanner* banner READ banner CONSTANT)
-    Q_PROPERTY(varnet::WorkStatus* work READ work CONSTANT)
-    Q_PROPERTY(bool shown READ shown NOTIFY shownChanged)
-    Q_PROPERTY(bool askingToClose READ askingToClose NOTIFY askingToCloseChanged)
-    Q_PROPERTY(QString closeNotice READ closeNotice NOTIFY closeNoticeChanged)
+    Q_PROPERTY(varnet::AppCommands* commands READ commands CONSTANT FINAL)
+    Q_PROPERTY(varnet::AppRouter* router READ router CONSTANT FINAL)
+    Q_PROPERTY(varnet::MeetingAppDelegate* delegate READ delegate CONSTANT FINAL)
+    Q_PROPERTY(varnet::Onboarding* onboarding READ onboarding CONSTANT FINAL)
+    Q_PROPERTY(varnet::SoundCheck* soundCheck READ soundCheck CONSTANT FINAL)
+    Q_PROPERTY(varnet::LibraryModel* library READ library CONSTANT FINAL)
+    Q_PROPERTY(varnet::MeetingPage* meetingPage READ meetingPage CONSTANT FINAL)
+    Q_PROPERTY(varnet::AudioPlayback* playback READ playback CONSTANT FINAL)
+    Q_PROPERTY(varnet::DeletedModel* deleted READ deleted CONSTANT FINAL)
+    Q_PROPERTY(varnet::VersionHistory* history READ history CONSTANT FINAL)
+    Q_PROPERTY(varnet::UndoToast* toast READ toast CONSTANT FINAL)
+    Q_PROPERTY(varnet::SidebarState* sidebar READ sidebar CONSTANT FINAL)
+    Q_PROPERTY(varnet::SettingsState* settings READ settings CONSTANT FINAL)
+    Q_PROPERTY(varnet::ErrorBanner* banner READ banner CONSTANT FINAL)
+    Q_PROPERTY(varnet::WorkStatus* work READ work CONSTANT FINAL)
+    Q_PROPERTY(bool rightToLeft READ rightToLeft CONSTANT FINAL)
+    Q_PROPERTY(bool shown READ shown NOTIFY shownChanged FINAL)
+    Q_PROPERTY(bool askingToClose READ askingToClose NOTIFY askingToCloseChanged FINAL)
+    Q_PROPERTY(QString closeNotice READ closeNotice NOTIFY closeNoticeChanged FINAL)
 
 public:
-    /// An engine that knows the screens. It takes a while and needs nothing but the application object, so it can be
-    /// made while the library is being read.
-    static std::unique_ptr<QQmlApplicationEngine> loadScreens();
+    /// An engine that reads the screens on a thread of its own. That takes a while and needs nothing but the
+    /// application object, so that the rest of the program can be made meanwhile.
+    static std::unique_ptr<QQmlEngine> loadScreens();
 
-    explicit MainWindow(VarnetApp& app, std::unique_ptr<QQmlApplicationEngine> screens = {}, QObject* parent = nullptr);
+    explicit MainWindow(VarnetApp& app, std::unique_ptr<QQmlEngine> screens = {}, QObject* parent = nullptr);
     ~MainWindow() override;
 
     /// Loads the window at its last place and size. False when the screens could not be loaded; the log says why.
@@ -73,7 +75,7 @@ public:
     /// The program has an item in the tray, which the notice about going on in the background names.
     void setInTray(bool inTray);
 
-    QQuickWindow* window() const { return m_window; }
+    QQuickWindow* window() const { return m_window.get(); }
     const RecordingClock& clock() const { return m_clock; }
 
     AppCommands* commands() const;
@@ -92,6 +94,7 @@ public:
     ErrorBanner* banner() { return &m_banner; }
     WorkStatus* work() { return &m_work; }
 
+    bool rightToLeft() const { return QLocale().textDirection() == Qt::RightToLeft; } ///< how the locale is read
     bool shown() const { return m_shown; } ///< the first frame is up: the rest of the window can be made
     bool askingToClose() const { return m_askingToClose; } ///< the notice about going on in the background is up
     QString closeNotice() const;
@@ -131,8 +134,8 @@ private:
     bool m_unheard = false; ///< the store's error came while the window was closed
     bool m_askingToClose = false;
     bool m_inTray = false;
-    QQuickWindow* m_window = nullptr;
-    std::unique_ptr<QQmlApplicationEngine> m_engine; ///< last: its objects look at the others
+    std::unique_ptr<QQmlEngine> m_engine; ///< behind what its objects look at
+    std::unique_ptr<QQuickWindow> m_window;
 };
 
 } // namespace varnet

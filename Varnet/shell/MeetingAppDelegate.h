@@ -18,7 +18,7 @@ class MeetingAppDelegate : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("The application makes its one delegate")
-    Q_PROPERTY(bool askingToSave READ askingToSave NOTIFY askingToSaveChanged)
+    Q_PROPERTY(bool askingToSave READ askingToSave NOTIFY askingToSaveChanged FINAL)
 
 public:
     explicit MeetingAppDelegate(QObject* parent = nullptr);

@@ -1,14 +1,12 @@
 import QtQuick
-import QtQuick.Controls.impl
 import Varnet
 
 // One of the application's symbols, tinted.
-IconImage {
+Image {
     required property string symbol
+    property color color: Theme.text
 
-    color: Theme.text
-    height: sourceSize.height
-    source: symbol === "" ? "" : Qt.resolvedUrl("../icons/" + symbol + ".svg")
-    sourceSize: Qt.size(Theme.symbol, Theme.symbol)
-    width: sourceSize.width
+    source: symbol === "" ? "" : "image://symbols/" + symbol + color
+    sourceSize.height: Theme.symbol
+    sourceSize.width: Theme.symbol
 }

@@ -1,5 +1,5 @@
 import QtQuick
-import QtQuick.Controls.Basic
+import QtQuick.Templates as T
 import Varnet
 
 // A symbol that can be pressed. `text` says what it does, to screen readers and on hover.
@@ -9,9 +9,9 @@ ThemedButton {
     required property string symbol
 
     Accessible.name: text
-    ToolTip.delay: 600
-    ToolTip.text: text
-    ToolTip.visible: hovered && text !== ""
+    T.ToolTip.delay: 600
+    T.ToolTip.text: text
+    T.ToolTip.visible: hovered && text !== ""
     opacity: enabled ? 1 : 0.45
     horizontalPadding: padding
     padding: 2 * Theme.unit

@@ -1,5 +1,5 @@
 import QtQuick
-import QtQuick.Controls.Basic
+import QtQuick.Templates as T
 import Varnet
 
 // A view of what may be taller than its place. It keeps the control with the focus in view.
@@ -25,7 +25,7 @@ Flickable {
         scroll(Math.min(0, top - contentY) + Math.max(0, top + focused.height + 12 * Theme.unit - contentY - height))
     }
 
-    ScrollBar.vertical: ThemedScrollBar {
-        policy: root.telling ? ScrollBar.AlwaysOn : ScrollBar.AsNeeded
+    T.ScrollBar.vertical: ThemedScrollBar {
+        policy: root.telling ? T.ScrollBar.AlwaysOn : T.ScrollBar.AsNeeded
     }
 }

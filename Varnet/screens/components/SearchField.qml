@@ -1,9 +1,9 @@
 import QtQuick
-import QtQuick.Controls.Basic
+import QtQuick.Templates as T
 import Varnet
 
 // Words to look for, taken as they are typed. Escape and the button at its end empty it.
-TextField {
+T.TextField {
     id: root
 
     signal passedOn // the keyboard goes on to what was found
@@ -26,6 +26,7 @@ TextField {
     selectedTextColor: Theme.text
     selectionColor: Theme.selection
     topPadding: Theme.unit
+    verticalAlignment: TextInput.AlignVCenter
 
     Keys.onDownPressed: passedOn()
     Keys.onEscapePressed: {
@@ -35,6 +36,18 @@ TextField {
     Keys.onReturnPressed: passedOn()
     Keys.onEnterPressed: passedOn()
     Keys.onShortcutOverride: event => event.accepted = event.key === Qt.Key_Escape
+
+    ThemedText {
+        Accessible.ignored: true
+        anchors.left: parent.left
+        anchors.leftMargin: root.leftPadding
+        anchors.right: parent.right
+        anchors.rightMargin: root.rightPadding
+        anchors.verticalCenter: parent.verticalCenter
+        color: root.placeholderTextColor
+        text: root.placeholderText
+        visible: root.length === 0 && root.preeditText === ""
+    }
 
     background: Rectangle {
         border.color: root.activeFocus ? Theme.accent : Theme.line

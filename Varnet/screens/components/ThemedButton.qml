@@ -1,9 +1,9 @@
 import QtQuick
-import QtQuick.Controls.Basic
+import QtQuick.Templates as T
 
 // What all buttons have in common: Enter presses them, as Space does, and so do screen readers. Qt 6.4 does not
 // tell them by itself that a control is disabled.
-Button {
+T.Button {
     id: root
 
     function press() {
@@ -20,4 +20,6 @@ Button {
     Keys.onEnterPressed: event => { if (!event.isAutoRepeat) press() }
     Keys.onReturnPressed: event => { if (!event.isAutoRepeat) press() }
     focusPolicy: enabled ? Qt.StrongFocus : Qt.NoFocus
+    implicitHeight: Math.max(implicitBackgroundHeight, implicitContentHeight + topPadding + bottomPadding)
+    implicitWidth: Math.max(implicitBackgroundWidth, implicitContentWidth + leftPadding + rightPadding)
 }

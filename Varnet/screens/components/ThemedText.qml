@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Controls.Basic
 import Varnet
 
 // Text in one step of the type scale. What does not fit is cut off with an ellipsis and shown whole on hover. Screen
@@ -7,14 +6,12 @@ import Varnet
 Text {
     id: root
 
-    property var type: Theme.body
+    property typeStyle type: Theme.body
+    property HoverHandler tip
 
     Accessible.ignored: text === ""
     Accessible.name: text
     Accessible.role: Accessible.StaticText
-    ToolTip.delay: 600
-    ToolTip.text: text
-    ToolTip.visible: hover.hovered && truncated
     color: Theme.text
     elide: Text.ElideRight
     font: type.font
@@ -23,9 +20,5 @@ Text {
     textFormat: Text.PlainText
     verticalAlignment: Text.AlignVCenter
 
-    HoverHandler {
-        id: hover
-
-        enabled: root.truncated
-    }
+    onTruncatedChanged: if (truncated && !tip) tip = Tips.tip.createObject(root)
 }

@@ -7,17 +7,15 @@ import Varnet
 Rectangle {
     id: root
 
+    required property AppCommands commands
     required property UndoToast toast
 
-    signal undo
     signal focusLeft // its button had the focus when it went
 
     Accessible.description: qsTr("Ctrl+Z undoes it")
     Accessible.name: toast.text
     Accessible.role: Accessible.AlertMessage
-    border.color: Theme.accent
-    border.width: 1
-    color: Theme.selection
+    color: Theme.text // the other way round than the page, which it lies over
     implicitHeight: row.implicitHeight + 4 * Theme.unit
     implicitWidth: row.implicitWidth + 6 * Theme.unit
     opacity: toast.showing ? 1 : 0
@@ -58,6 +56,7 @@ Rectangle {
         ThemedText {
             Accessible.ignored: true
             Layout.fillWidth: true
+            color: Theme.surface
             text: root.toast.text
         }
 
@@ -66,7 +65,7 @@ Rectangle {
 
             objectName: "undoDelete"
             text: qsTr("Undo")
-            onClicked: root.undo()
+            onClicked: root.commands.undoDelete()
         }
     }
 }

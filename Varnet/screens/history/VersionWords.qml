@@ -22,7 +22,6 @@ Item {
             background: null
             color: Theme.text
             font: Theme.body.font
-            leftPadding: padding
             padding: 3 * Theme.unit
             readOnly: true
             selectByMouse: true
@@ -31,7 +30,6 @@ Item {
             text: root.text
             textFormat: TextEdit.PlainText
             wrapMode: TextEdit.Wrap
-            onTextChanged: EditorLines.setHeight(textDocument, Theme.body.lineHeight)
         }
     }
 

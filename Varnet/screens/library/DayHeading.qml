@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Layouts
 import Varnet
 
 // The name of a day above its meetings.
@@ -11,33 +10,29 @@ Item {
 
     Accessible.name: day + ", " + detail
     Accessible.role: Accessible.Heading
-    implicitHeight: row.implicitHeight + 8 * Theme.unit
+    implicitHeight: name.height + 8 * Theme.unit
 
-    RowLayout {
-        id: row
+    ThemedText {
+        id: name
 
+        Accessible.ignored: true
         anchors.bottom: parent.bottom
         anchors.bottomMargin: 2 * Theme.unit
         anchors.left: parent.left
         anchors.leftMargin: 4 * Theme.unit
+        text: root.day
+        type: Theme.emphasis
+        width: Math.min(implicitWidth, root.width - 8 * Theme.unit)
+    }
+
+    ThemedText {
+        Accessible.ignored: true
+        anchors.left: name.right
+        anchors.leftMargin: 2 * Theme.unit
         anchors.right: parent.right
         anchors.rightMargin: 4 * Theme.unit
-        spacing: 2 * Theme.unit
-
-        ThemedText {
-            Accessible.ignored: true
-            Layout.alignment: Qt.AlignBaseline
-            text: root.day
-            type: Theme.emphasis
-        }
-
-        ThemedText {
-            Accessible.ignored: true
-            Layout.alignment: Qt.AlignBaseline
-            Layout.fillWidth: true
-            color: Theme.faint
-            text: root.detail
-            type: Theme.body
-        }
+        anchors.top: name.top
+        color: Theme.faint
+        text: root.detail
     }
 }

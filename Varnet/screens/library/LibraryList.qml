@@ -1,5 +1,5 @@
 import QtQuick
-import QtQuick.Controls.Basic
+import QtQuick.Templates as T
 import Varnet
 
 // The rows of the library. Arrows move the selection, Shift extends it, Ctrl with Space takes rows in and out.
@@ -10,9 +10,9 @@ ListView {
     required property AppRouter router
     required property LibraryModel library
 
-    function showMenu(row, x, y) {
+    function loadedMenu() {
         menu.active = true
-        menu.item.popup(row, x, y)
+        return menu.item
     }
 
     Accessible.name: qsTr("Meetings")
@@ -40,7 +40,7 @@ ListView {
     Keys.onSpacePressed: event => library.clickRow(currentIndex, event.modifiers)
     Keys.onUpPressed: event => library.moveBy(-1, event.modifiers)
 
-    ScrollBar.vertical: ThemedScrollBar {}
+    T.ScrollBar.vertical: ThemedScrollBar {}
     delegate: MeetingRow {
         id: row
 
@@ -57,7 +57,7 @@ ListView {
         onMenuAsked: (x, y) => {
             root.forceActiveFocus()
             root.library.selectForMenu(index)
-            root.showMenu(row, x, y)
+            root.loadedMenu().popup(row, x, y)
         }
         onRenameEnded: {
             const focused = root.activeFocus
@@ -80,7 +80,7 @@ ListView {
 
     Shortcut {
         enabled: root.activeFocus
-        sequences: [StandardKey.SelectAll]
+        sequence: ShortcutKeys.selectAll
         onActivated: root.library.selectAll()
     }
 
@@ -95,7 +95,7 @@ ListView {
         sequences: ["Menu", "Shift+F10"]
         onActivated: {
             root.library.selectForMenu(root.currentIndex)
-            root.showMenu(root.currentItem, 8 * Theme.unit, root.currentItem.height - 2 * Theme.unit)
+            root.loadedMenu().popupAtFirst(root.currentItem, 8 * Theme.unit, root.currentItem.height - 2 * Theme.unit)
         }
     }
 
@@ -103,10 +103,10 @@ ListView {
         id: menu
 
         active: false
-        sourceComponent: RowMenu {
-            commands: root.commands
-            library: root.library
-            router: root.router
-        }
+        Component.onCompleted: setSource("RowMenu.qml", {
+            "commands": root.commands,
+            "library": root.library,
+            "router": root.router
+        })
     }
 }

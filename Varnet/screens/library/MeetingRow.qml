@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Layouts
 import Varnet
 
 // One meeting of the library; the first of a day carries the day's heading.
@@ -55,92 +54,111 @@ Column {
         border.color: root.current && root.focused ? Theme.accent : Theme.line
         border.width: root.current && root.focused || root.selected && Theme.highContrast ? 1 : 0
         color: root.selected ? Theme.selection : pointer.containsMouse ? Theme.raised : "transparent"
-        implicitHeight: words.implicitHeight + 5 * Theme.unit
+        height: words.height + 5 * Theme.unit
         radius: Theme.cardRadius
         width: root.width
 
         MouseArea {
             id: pointer
 
-            acceptedButtons: Qt.LeftButton | Qt.RightButton
+            acceptedButtons: Qt.AllButtons
             anchors.fill: parent
             hoverEnabled: true
             onClicked: mouse => {
                 const place = mapToItem(root, mouse.x, mouse.y)
                 if (mouse.button === Qt.RightButton)
                     root.menuAsked(place.x, place.y)
-                else
+                else if (mouse.button === Qt.LeftButton)
                     root.chosen(mouse.modifiers)
             }
         }
 
-        ColumnLayout {
+        Column {
             id: words
 
             anchors.left: parent.left
             anchors.leftMargin: 4 * Theme.unit
-            anchors.right: parent.right
+            anchors.right: root.narrow ? times.left : badge.left
             anchors.rightMargin: 4 * Theme.unit
-            anchors.verticalCenter: parent.verticalCenter
-            spacing: 0
+            y: 2.5 * Theme.unit
 
-            GridLayout {
-                Layout.fillWidth: true
-                columnSpacing: 4 * Theme.unit
-                rowSpacing: 0
+            RowTitle {
+                renaming: root.renaming
+                title: root.title
+                width: parent.width
+                onRenameEnded: root.renameEnded()
+                onRenamed: title => root.renamed(title)
+            }
 
-                ColumnLayout {
-                    Layout.fillWidth: true
-                    spacing: 0
+            ThemedText {
+                Accessible.ignored: true
+                color: Theme.secondary
+                horizontalAlignment: Text.AlignLeft
+                text: root.subtitle
+                type: Theme.caption
+                width: parent.width
+            }
 
-                    RowTitle {
-                        Layout.fillWidth: true
-                        renaming: root.renaming
-                        title: root.title
-                        onRenameEnded: root.renameEnded()
-                        onRenamed: title => root.renamed(title)
-                    }
+            Item { // the badge's place where there is none beside the words
+                id: below
 
-                    ThemedText {
-                        Accessible.ignored: true
-                        Layout.fillWidth: true
-                        color: Theme.secondary
-                        horizontalAlignment: Text.AlignLeft
-                        text: root.subtitle
-                        type: Theme.caption
-                    }
-                }
-
-                Badge {
-                    Accessible.ignored: true
-                    Layout.column: root.narrow ? 0 : 1
-                    Layout.row: root.narrow ? 1 : 0
-                    marked: root.badgeMarked
-                    text: root.badgeText
-                    tone: root.badgeTone
-                }
-
-                RowTimes {
-                    Layout.column: 2
-                    Layout.rowSpan: root.narrow ? 2 : 1
-                    Layout.minimumWidth: 20 * Theme.unit
-                    duration: root.duration
-                    time: root.time
-                }
+                height: badge.height
+                visible: root.narrow
+                width: parent.width
             }
 
             Loader {
-                Layout.fillWidth: true
-                Layout.topMargin: Theme.unit
                 active: root.snippet !== ""
                 visible: active
+                width: parent.width
 
                 sourceComponent: ThemedText {
                     Accessible.ignored: true
                     color: Theme.secondary
                     text: root.snippet
                     textFormat: Text.StyledText
+                    topPadding: Theme.unit
                 }
+            }
+        }
+
+        Badge {
+            id: badge
+
+            Accessible.ignored: true
+            anchors.left: root.narrow ? words.left : undefined
+            anchors.right: root.narrow ? undefined : times.left
+            anchors.rightMargin: 4 * Theme.unit
+            marked: root.badgeMarked
+            text: root.badgeText
+            tone: root.badgeTone
+            y: root.narrow ? words.y + below.y : times.y + (times.height - height) / 2
+        }
+
+        Column {
+            id: times
+
+            anchors.right: parent.right
+            anchors.rightMargin: 4 * Theme.unit
+            width: Math.max(20 * Theme.unit, clock.implicitWidth, length.implicitWidth)
+            y: words.y
+
+            ThemedText {
+                id: clock
+
+                Accessible.ignored: true
+                anchors.right: parent.right
+                text: root.time
+            }
+
+            ThemedText {
+                id: length
+
+                Accessible.ignored: true
+                anchors.right: parent.right
+                color: Theme.faint
+                text: root.duration
+                type: Theme.caption
             }
         }
     }

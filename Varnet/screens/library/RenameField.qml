@@ -1,9 +1,9 @@
 import QtQuick
-import QtQuick.Controls.Basic
+import QtQuick.Templates as T
 import Varnet
 
 // A title edited in its row: Enter or leaving it keeps the new words, Escape the old ones.
-TextField {
+T.TextField {
     id: root
 
     required property string title
@@ -21,6 +21,7 @@ TextField {
     selectedTextColor: Theme.text
     selectionColor: Theme.selection
     topPadding: 0
+    verticalAlignment: TextInput.AlignVCenter
 
     Component.onCompleted: {
         text = title

@@ -11,7 +11,7 @@ Item {
     signal renamed(string title)
     signal renameEnded
 
-    implicitHeight: words.implicitHeight
+    implicitHeight: words.implicitHeight + (renaming ? Theme.unit : 0)
 
     ThemedText {
         id: words
@@ -27,7 +27,7 @@ Item {
     Loader {
         active: root.renaming
         anchors.fill: parent
-        anchors.bottomMargin: -0.5 * Theme.unit
+        anchors.bottomMargin: 0.5 * Theme.unit
         anchors.leftMargin: -2 * Theme.unit
         anchors.topMargin: -0.5 * Theme.unit
         sourceComponent: RenameField {

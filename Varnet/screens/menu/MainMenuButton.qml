@@ -8,11 +8,12 @@ IconButton {
     required property MainWindow frame
 
     function show() {
-        menu.popupAtFirst(root, 0, height)
+        menu.active = true
+        menu.item.popupAtFirst(root, 0, height)
     }
 
     Accessible.role: Accessible.ButtonMenu
-    down: pressed || menu.visible
+    down: pressed || menu.item !== null && menu.item.visible
     symbol: "menu"
     text: qsTr("Main menu")
     onClicked: show()
@@ -23,14 +24,26 @@ IconButton {
         onActivated: root.show()
     }
 
-    MainMenu {
+    Loader {
         id: menu
 
-        frame: root.frame
-        onKeysWanted: keys.open()
+        active: false
+        Component.onCompleted: setSource("MainMenu.qml", {"frame": root.frame})
     }
 
-    KeysDialog {
+    Loader {
         id: keys
+
+        active: false
+        source: "KeysDialog.qml"
+    }
+
+    Connections {
+        function onKeysWanted() {
+            keys.active = true
+            keys.item.open()
+        }
+
+        target: menu.item
     }
 }

@@ -1,5 +1,5 @@
 import QtQuick
-import QtQuick.Controls.Basic
+import QtQuick.Templates as T
 import QtQuick.Layouts
 import Varnet
 
@@ -8,14 +8,14 @@ Item {
     id: root
 
     required property string name
-    required property var engine
+    required property engineLine engine
 
     Accessible.description: engine.detail
     Accessible.name: name + ": " + engine.words
     Accessible.role: Accessible.StaticText
-    ToolTip.delay: 400
-    ToolTip.text: engine.detail
-    ToolTip.visible: hover.hovered && engine.detail !== ""
+    T.ToolTip.delay: 400
+    T.ToolTip.text: engine.detail
+    T.ToolTip.visible: hover.hovered && engine.detail !== ""
     implicitHeight: row.implicitHeight
 
     HoverHandler {

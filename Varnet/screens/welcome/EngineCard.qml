@@ -7,7 +7,7 @@ Rectangle {
     id: root
 
     required property string name
-    required property var engine
+    required property engineLine engine
     required property string purpose
 
     Accessible.description: words.text
