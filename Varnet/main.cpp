@@ -10,17 +10,18 @@
 #include "Varnet/shell/Translations.h"
 #include "Varnet/shell/Tray.h"
 #include "Varnet/shell/VarnetApp.h"
-#include "Varnet/store/MeetingPresentation.h"
 #include "Varnet/shell/WindowExport.h"
+#include "Varnet/store/MeetingPresentation.h"
 
 #include <QFontMetrics>
 #include <QGuiApplication>
 #include <QIcon>
 #include <QSessionManager>
 
-#include <cstdio>
 #include <sys/resource.h>
 #include <unistd.h>
+
+#include <cstdio>
 #include <filesystem>
 #include <functional>
 #include <future>
@@ -39,20 +40,20 @@ int refuse(const SingleInstance::Refusal& refusal) {
 
 /// Reads the library on threads of its own while the window is being made; the result gives what was read.
 std::function<LoadedMeetings()> beginLoading(const std::filesystem::path& root) {
-    const auto records = std::make_shared<std::future<LoadedMeetings>>(std::async(
-        std::launch::async | std::launch::deferred, [root] {
+    const auto records =
+        std::make_shared<std::future<LoadedMeetings>>(std::async(std::launch::async | std::launch::deferred, [root] {
             ::setpriority(PRIO_PROCESS, static_cast<id_t>(::gettid()), 10); // the window comes first
-            auto loaded = MeetingRepository(root).loadRecovering();
-            if (!loaded.meetings.empty())
-                MeetingPresentation::dayHeading(loaded.meetings.front().createdAt); // reads the locale's dates
-            return loaded;
+            return MeetingRepository(root).loadRecovering();
         }));
     return [records] { return records->get(); };
 }
 
-/// Has the toolkit look for the fonts, which the first text would wait for.
-std::future<void> beginFindingFonts() {
-    return std::async(std::launch::async | std::launch::deferred, [] { QFontMetrics(QFont()).height(); });
+/// Has the fonts and the locale's dates looked up, which the first texts would wait for.
+std::future<void> beginLookingUp() {
+    return std::async(std::launch::async | std::launch::deferred, [] {
+        QFontMetrics(QFont()).height();
+        MeetingPresentation::dayHeading(Date::now());
+    });
 }
 
 int run(const CommandLine& commandLine, StorageLock* lock, std::function<LoadedMeetings()> load) {
@@ -127,15 +128,13 @@ int main(int argc, char** argv) {
     if (!commandLine.exportsWindow)
         lock.emplace(root);
     // Another process may still be writing to a library that is not locked yet.
-
-
     auto load = lock && lock->held() ? beginLoading(root) : nullptr;
     if (commandLine.exportScale && !qEnvironmentVariableIsSet("QT_SCALE_FACTOR")) // read when the application is made
         qputenv("QT_SCALE_FACTOR", QByteArray::number(*commandLine.exportScale));
     auto arguments = argumentsWithDesktopDialogs(argc, argv);
     int count = static_cast<int>(arguments.size()) - 1;
     QGuiApplication application(count, arguments.data());
-    const auto fonts = beginFindingFonts();
+    const auto lookedUp = beginLookingUp();
     installTranslations();
     commandLine.takeFiles({arguments.data(), arguments.data() + count}); // what the toolkit has left
     QGuiApplication::setApplicationName(QStringLiteral("Varnet"));
@@ -143,6 +142,5 @@ int main(int argc, char** argv) {
     QGuiApplication::setApplicationVersion(QString::fromStdString(AppInfo::version()));
     QGuiApplication::setDesktopFileName(QString::fromStdString(AppInfo::identifier()));
     QGuiApplication::setQuitOnLastWindowClosed(false);
-
     return run(commandLine, lock ? &*lock : nullptr, std::move(load));
 }

@@ -1,6 +1,6 @@
 #include "Varnet/models/EditorText.h"
 
-#include <QQuickTextDocument>
+#include <QTextCursor>
 #include <QTextDocument>
 
 namespace varnet {
@@ -12,6 +12,16 @@ QString editorText(const QQuickTextDocument* document) {
     text.replace(QChar::ParagraphSeparator, u'\n');
     text.replace(QChar::LineSeparator, u'\n');
     return text;
+}
+
+void EditorLines::setHeight(QQuickTextDocument* document, qreal height) {
+    QTextBlockFormat format;
+    format.setLineHeight(height, QTextBlockFormat::FixedHeight);
+    QTextCursor cursor(document->textDocument());
+    if (cursor.blockFormat() == format) // the change would be told, and lead here again
+        return;
+    cursor.select(QTextCursor::Document);
+    cursor.setBlockFormat(format);
 }
 
 } // namespace varnet

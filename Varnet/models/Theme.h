@@ -146,7 +146,7 @@ private:
     std::optional<Appearance> m_appearance;
     QFont m_ownFont; ///< the application's before the desktop named one
     DesktopPreferences m_preferences;
-    DesktopPreferences::Values m_followed; ///< what the window looks like now
+    DesktopPreferences::Values m_followed;    ///< what the window looks like now
     mutable std::optional<TypeScale> m_scale; ///< of the application's font, once it has been asked for
 };
 

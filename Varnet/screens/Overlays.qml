@@ -1,18 +1,11 @@
 import QtQuick
 import Varnet
 
-// What the first frame does without: the keys, and what comes up over the page.
+// What comes up over the page: dialogs, questions, and the place where files are dropped.
 Item {
     id: root
 
     required property MainWindow frame
-
-    Shortcuts {
-        commands: root.frame.commands
-        delegate: root.frame.delegate
-        pagesShown: !root.frame.onboarding.showing
-        router: root.frame.router
-    }
 
     HistoryDialog {
         commands: root.frame.commands

@@ -14,6 +14,13 @@ Item {
         value: Theme.body.font
     }
 
+    Shortcuts {
+        commands: root.frame.commands
+        delegate: root.frame.delegate
+        pagesShown: !root.frame.onboarding.showing
+        router: root.frame.router
+    }
+
     // Made once, when it is first shown, and kept.
     Loader {
         active: false

@@ -69,7 +69,7 @@ Item {
 
     Shortcut {
         enabled: root.pagesShown && root.router.showingMeeting
-        sequences: [StandardKey.Cancel]
+        sequence: "Esc"
         onActivated: root.commands.showLibrary()
     }
 

@@ -144,7 +144,7 @@ bool MainWindow::open() {
     connect(
         m_window.get(), &QQuickWindow::frameSwapped, this,
         [this] {
-            logStart("first screen");
+            logStart("first frame");
             QMetaObject::invokeMethod(this, &MainWindow::finishLoading, Qt::QueuedConnection);
         },
         Qt::SingleShotConnection);

@@ -17,8 +17,8 @@
 #include "Varnet/shell/AppRouter.h"
 #include "Varnet/shell/MeetingAppDelegate.h"
 
-#include <QObject>
 #include <QLocale>
+#include <QObject>
 #include <QQmlEngine>
 #include <QtQml/qqmlregistration.h>
 

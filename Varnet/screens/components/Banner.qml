@@ -42,20 +42,12 @@ Rectangle {
             symbol: "warning"
         }
 
-        TextEdit {
+        SelectableText {
+            Accessible.ignored: true
             Layout.columnSpan: row.narrow ? 2 : 1
             Layout.fillWidth: true
-            Accessible.ignored: true
             activeFocusOnTab: false
-            color: Theme.text
-            font: Theme.body.font
-            readOnly: true
-            selectByMouse: true
-            selectedTextColor: Theme.text
-            selectionColor: Theme.selection
             text: root.message
-            textFormat: TextEdit.PlainText
-            wrapMode: TextEdit.Wrap
         }
 
         PlainButton {

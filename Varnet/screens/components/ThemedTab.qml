@@ -26,13 +26,15 @@ TabButton {
             anchors.bottom: parent.bottom
             color: Theme.accent
             height: 2
-            visible: root.checked
+            visible: root.checked && !root.visualFocus
             width: parent.width
         }
 
         FocusRing {
             control: root
             anchors.fill: parent
+            anchors.margins: 0
+            radius: Theme.controlRadius
         }
     }
     contentItem: ThemedText {

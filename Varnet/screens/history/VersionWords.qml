@@ -22,6 +22,7 @@ Item {
             background: null
             color: Theme.text
             font: Theme.body.font
+            leftPadding: padding
             padding: 3 * Theme.unit
             readOnly: true
             selectByMouse: true
@@ -30,6 +31,7 @@ Item {
             text: root.text
             textFormat: TextEdit.PlainText
             wrapMode: TextEdit.Wrap
+            onTextChanged: EditorLines.setHeight(textDocument, Theme.body.lineHeight)
         }
     }
 

@@ -37,19 +37,21 @@ FocusScope {
 
     Loader {
         active: root.library.empty
-        anchors.centerIn: parent
+        anchors.horizontalCenter: parent.horizontalCenter
+        y: Math.max(list.y, (parent.height - height) / 2)
         sourceComponent: EmptyLibrary {
             commands: root.commands
-            width: Math.min(130 * Theme.unit, root.width - 16 * Theme.unit)
+            width: Math.min(26 * Theme.body.lineHeight, root.width - 16 * Theme.unit)
         }
     }
 
     Loader {
         active: root.library.noResults
-        anchors.centerIn: parent
+        anchors.horizontalCenter: parent.horizontalCenter
+        y: Math.max(list.y, (parent.height - height) / 2)
         sourceComponent: NoResults {
             query: root.library.query
-            width: Math.min(130 * Theme.unit, root.width - 16 * Theme.unit)
+            width: Math.min(26 * Theme.body.lineHeight, root.width - 16 * Theme.unit)
             onCleared: {
                 root.library.query = ""
                 header.search()
@@ -70,5 +72,15 @@ FocusScope {
         router: root.router
         visible: count > 0
         width: Math.min(240 * Theme.unit, root.width - 8 * Theme.unit)
+    }
+
+    // What is scrolled away lies behind the search.
+    Rectangle {
+        anchors.left: list.left
+        anchors.right: list.right
+        anchors.top: list.top
+        color: Theme.line
+        height: 1
+        visible: list.visible && list.contentY > list.originY
     }
 }

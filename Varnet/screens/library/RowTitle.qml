@@ -11,10 +11,10 @@ Item {
     signal renamed(string title)
     signal renameEnded
 
-    implicitHeight: words.implicitHeight + (renaming ? Theme.unit : 0)
+    implicitHeight: label.implicitHeight + (renaming ? Theme.unit : 0)
 
     ThemedText {
-        id: words
+        id: label
 
         Accessible.ignored: true
         horizontalAlignment: Text.AlignLeft // in every script: titles stand below each other
@@ -22,6 +22,10 @@ Item {
         type: Theme.emphasis
         visible: !root.renaming
         width: parent.width
+
+        transform: Lift {
+            words: label
+        }
     }
 
     Loader {
