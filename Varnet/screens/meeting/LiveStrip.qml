@@ -30,7 +30,7 @@ Rectangle {
         LevelMeter {
             id: microphone
 
-            level: root.page.microphoneLevel
+            level: root.visible ? root.page.microphoneLevel : 0 // a page that is not up asks for no frames
             longest: row.longest
             name: qsTr("Microphone")
             nameWidth: row.below && call.visible ? call.ownNameWidth : 0
@@ -42,7 +42,7 @@ Rectangle {
 
             Layout.column: 1 - row.below
             Layout.row: row.below
-            level: root.page.callLevel
+            level: root.visible ? root.page.callLevel : 0
             longest: row.longest
             name: qsTr("Call")
             nameWidth: row.below ? microphone.ownNameWidth : 0
