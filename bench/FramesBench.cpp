@@ -246,13 +246,13 @@ void live(Frames& frames, VarnetApp& app, MainWindow& frame) {
         store.receive(heard("completed", turn, turn.originalText.size()), id);
         frames.next();
     }
+    frames.print("a live transcript of four hours"); // those of the wait below are idle
     frames.settle();
     const auto* list = listOf(*frame.window(), "TurnList");
     const double below = list->property("originY").toDouble() + list->property("contentHeight").toDouble() -
                          list->property("contentY").toDouble() - list->height();
     if (list->property("count").toInt() != turnCount || below > 1)
         fail("the transcript was not followed");
-    frames.print("a live transcript of four hours");
     tasks.spawn(store.stopRecording());
     while (store.recording() || store.busy())
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
