@@ -18,9 +18,6 @@
 #include <QIcon>
 #include <QSessionManager>
 
-#include <sys/resource.h>
-#include <unistd.h>
-
 #include <cstdio>
 #include <filesystem>
 #include <functional>
@@ -40,11 +37,8 @@ int refuse(const SingleInstance::Refusal& refusal) {
 
 /// Reads the library on threads of its own while the window is being made; the result gives what was read.
 std::function<LoadedMeetings()> beginLoading(const std::filesystem::path& root) {
-    const auto records =
-        std::make_shared<std::future<LoadedMeetings>>(std::async(std::launch::async | std::launch::deferred, [root] {
-            ::setpriority(PRIO_PROCESS, static_cast<id_t>(::gettid()), 10); // the window comes first
-            return MeetingRepository(root).loadRecovering();
-        }));
+    const auto records = std::make_shared<std::future<LoadedMeetings>>(std::async(
+        std::launch::async | std::launch::deferred, [root] { return MeetingRepository(root).loadRecovering(); }));
     return [records] { return records->get(); };
 }
 
@@ -60,12 +54,17 @@ int run(const CommandLine& commandLine, StorageLock* lock, std::function<LoadedM
     QList<QUrl> files;
     for (const auto& file : commandLine.files)
         files << ImportQueue::address(file);
+    const auto refusal = [&] {
+        return lock ? SingleInstance::settle(*lock, VarnetApp::storageRoot(commandLine), files) : std::nullopt;
+    };
     if (lock && !lock->held()) {
-        if (const auto refusal = SingleInstance::settle(*lock, VarnetApp::storageRoot(commandLine), files))
-            return refuse(*refusal);
+        if (const auto refused = refusal())
+            return refuse(*refused);
     }
 
     auto screens = MainWindow::loadScreens();
+    if (const auto refused = refusal()) // asks the bus, now that the screens are being read
+        return refuse(*refused);
     VarnetApp app(commandLine, std::move(load));
     MainWindow window(app, std::move(screens));
     TerminationSignals signals;
@@ -85,6 +84,7 @@ int run(const CommandLine& commandLine, StorageLock* lock, std::function<LoadedM
         },
         Qt::DirectConnection);
 
+    app.tieTogether();
     ApplicationBus bus({.show = [&window](const QString& token) { window.show(token); },
                         .importFiles = [&app](const QList<QUrl>& addresses) { app.commands().importFiles(addresses); },
                         .newRecording = [&app] { app.commands().newRecording(); },
@@ -96,12 +96,12 @@ int run(const CommandLine& commandLine, StorageLock* lock, std::function<LoadedM
 
     if (!window.open())
         return 1;
-    QObject::connect(&window, &MainWindow::shownChanged, &app, [&app] {
+    WindowExport windowExport(app, window);
+    QObject::connect(&window, &MainWindow::shownChanged, &app, [&] {
         QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/qt/qml/Varnet/screens/icons/app.svg")));
         app.windowAppeared();
+        windowExport.exportWindowIfRequested();
     });
-    WindowExport windowExport(app, window);
-    windowExport.exportWindowIfRequested();
 
     std::unique_ptr<Tray> tray;
     if (!commandLine.exportsWindow)

@@ -55,6 +55,7 @@ Item {
                         "library": root.frame.library,
                         "router": root.frame.router
                     })
+                    onLoaded: item.covered = Qt.binding(() => root.frame.toast.showing && toast.item ? toast.item.height + 6 * Theme.unit : 0)
                 }
 
                 Later {
@@ -70,6 +71,8 @@ Item {
                 }
 
                 Later {
+                    id: meeting
+
                     focus: visible
                     frame: root.frame
                     part: Qt.resolvedUrl("meeting/MeetingScreen.qml")
@@ -92,7 +95,7 @@ Item {
         readonly property real room: root.width - sidebar.width - 12 * Theme.unit
 
         anchors.bottom: parent.bottom
-        anchors.bottomMargin: root.frame.router.showingMeeting ? 6 * Theme.body.lineHeight : 6 * Theme.unit // over the player
+        anchors.bottomMargin: 6 * Theme.unit + (root.frame.router.showingMeeting && meeting.item ? meeting.item.footing : 0)
         anchors.horizontalCenter: parent.horizontalCenter
         anchors.horizontalCenterOffset: sidebar.width / 2
         frame: root.frame

@@ -11,6 +11,7 @@ T.ApplicationWindow {
     LayoutMirroring.childrenInherit: true
     LayoutMirroring.enabled: frame.rightToLeft
     color: Theme.surface
+    font: Theme.body.font
     minimumHeight: 600
     minimumWidth: 900
     palette.alternateBase: Theme.raised

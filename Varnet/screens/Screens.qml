@@ -7,13 +7,6 @@ Item {
 
     required property MainWindow frame
 
-    // Text comes with the screens, and with it the search for fonts.
-    Binding {
-        property: "font"
-        target: root.Window.window
-        value: Theme.body.font
-    }
-
     Shortcuts {
         commands: root.frame.commands
         delegate: root.frame.delegate

@@ -131,6 +131,7 @@ bool MainWindow::open() {
         return false;
     }
     m_window.reset(static_cast<QQuickWindow*>(root.release()));
+    m_engine->setIncubationController(m_window->incubationController()); // makes what may come later piece by piece
     m_window->installEventFilter(this);
     restoreGeometry();
     for (const auto signal : {&Onboarding::doneChanged, &Onboarding::stepChanged})

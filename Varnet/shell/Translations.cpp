@@ -1,6 +1,7 @@
 #include "Varnet/shell/Translations.h"
 
 #include <QCoreApplication>
+#include <QLibraryInfo>
 #include <QLocale>
 #include <QTranslator>
 
@@ -9,9 +10,9 @@ namespace varnet {
 namespace {
 
 /// The one that is installed last is asked first.
-void install(const QLocale& locale) {
+void install(const QLocale& locale, const QString& name, const QString& folder) {
     auto* translator = new QTranslator(QCoreApplication::instance());
-    if (translator->load(locale, QStringLiteral("varnet"), QStringLiteral("_"), QStringLiteral(":/qt/qml/Varnet/i18n")))
+    if (translator->load(locale, name, QStringLiteral("_"), folder))
         QCoreApplication::installTranslator(translator);
     else
         delete translator;
@@ -20,9 +21,12 @@ void install(const QLocale& locale) {
 } // namespace
 
 void installTranslations() {
-    install(QLocale(QLocale::English));
-    if (QLocale().language() != QLocale::English)
-        install(QLocale());
+    const auto name = QStringLiteral("varnet"), folder = QStringLiteral(":/qt/qml/Varnet/i18n");
+    install(QLocale(QLocale::English), name, folder);
+    if (QLocale().language() == QLocale::English)
+        return;
+    install(QLocale(), QStringLiteral("qt"), QLibraryInfo::path(QLibraryInfo::TranslationsPath)); // names of keys
+    install(QLocale(), name, folder);
 }
 
 } // namespace varnet

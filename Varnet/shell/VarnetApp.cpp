@@ -36,9 +36,7 @@ std::filesystem::path VarnetApp::storageRoot(const CommandLine& commandLine) {
     return commandLine.storageRoot.value_or(Paths::applicationSupport() / "Varnet" / "meetings");
 }
 
-void VarnetApp::windowAppeared() {
-    if (std::exchange(m_appeared, true))
-        return;
+void VarnetApp::tieTogether() {
     m_delegate.adopt(&m_store, &m_engines);
     if (m_commandLine.appearance)
         Theme::shared().setAppearance(*m_commandLine.appearance == "dark" ? Theme::Appearance::dark
@@ -48,6 +46,11 @@ void VarnetApp::windowAppeared() {
     connect(&m_store, &MeetingStore::recordingChanged, this, &VarnetApp::followRecording);
     connect(&m_store, &MeetingStore::busyChanged, this, &VarnetApp::endWelcome);
     connect(&m_delegate, &MeetingAppDelegate::terminating, &m_commands.imports(), &ImportQueue::clear);
+}
+
+void VarnetApp::windowAppeared() {
+    if (std::exchange(m_appeared, true))
+        return;
     m_tasks.spawn(m_engines.startSpeech());
     m_tasks.spawn(checkOnce(this, m_tasks.stopToken()));
     m_tasks.spawn(poll(this, m_tasks.stopToken()));

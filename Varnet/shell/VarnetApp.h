@@ -30,7 +30,10 @@ public:
     /// The library that a command line names: its own or the user's.
     static std::filesystem::path storageRoot(const CommandLine& commandLine);
 
-    /// Ties the objects, starts the speech engine and the poll of both engines. Once, when the window first appears.
+    /// Ties the objects and takes the user's choices; before anybody can ask for anything.
+    void tieTogether();
+
+    /// Starts the speech engine and the poll of both engines. Once, when the window has first appeared.
     void windowAppeared();
 
     const CommandLine& commandLine() const { return m_commandLine; }

@@ -5,6 +5,8 @@ import Varnet
 ThemedButton {
     id: root
 
+    property color ring: Theme.accent // of the focus
+
     bottomPadding: Theme.unit
     implicitWidth: Math.ceil(implicitContentWidth) + leftPadding + rightPadding
     leftPadding: 3 * Theme.unit
@@ -20,6 +22,7 @@ ThemedButton {
 
         FocusRing {
             control: root
+            ink: root.ring
             anchors.fill: parent
         }
     }

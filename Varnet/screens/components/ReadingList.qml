@@ -23,7 +23,7 @@ ListView {
             positionViewAtBeginning() // what stands above the rows
         else
             positionViewAtIndex(currentIndex, ListView.Contain)
-        if (currentIndex === count - 1)
+        if (currentIndex === count - 1 && currentIndex > 0)
             contentY = Math.max(contentY, Math.min(currentItem.y, endY())) // what stands below them
         looked()
     }
@@ -54,7 +54,7 @@ ListView {
     }
 
     Accessible.role: Accessible.List
-    bottomMargin: 8 * Theme.unit
+    bottomMargin: Math.min(8 * Theme.unit, height / 8)
     boundsBehavior: Flickable.StopAtBounds
     clip: true
     highlightFollowsCurrentItem: false

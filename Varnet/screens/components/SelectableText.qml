@@ -5,7 +5,7 @@ import Varnet
 TextEdit {
     id: root
 
-    property var type: Theme.body
+    property typeStyle type: Theme.body
 
     bottomPadding: type.richTextDrop
     color: Theme.text

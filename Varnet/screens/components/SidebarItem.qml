@@ -45,9 +45,11 @@ ThemedButton {
 
         ThemedText {
             Accessible.ignored: true
+            Layout.leftMargin: -Theme.unit
             color: Theme.secondary
             text: root.detail
             type: Theme.caption
+            visible: text !== ""
         }
     }
 }

@@ -42,6 +42,7 @@ CheckBox {
             Layout.preferredWidth: 0
             color: root.enabled ? Theme.secondary : Theme.faint
             text: root.detail
+            visible: root.width >= 16 * Theme.body.lineHeight
             wrapMode: Text.Wrap
         }
     }

@@ -9,9 +9,10 @@ Menu {
     // For who asks by the keyboard, which is in the first entry then.
     function popupAtFirst(item, x, y) {
         popup(item, x, y)
-        currentIndex = 0
-        while (currentIndex < count - 1 && !(itemAt(currentIndex).visible && itemAt(currentIndex).enabled))
-            ++currentIndex
+        let row = 0
+        while (row < count && !(itemAt(row) instanceof MenuItem && itemAt(row).visible && itemAt(row).enabled))
+            ++row
+        currentIndex = row < count ? row : -1
     }
 
     margins: 2 * Theme.unit

@@ -7,7 +7,7 @@ Text {
     id: root
 
     property typeStyle type: Theme.body
-    property HoverHandler tip
+    property Item tip
 
     Accessible.ignored: text === ""
     Accessible.name: text

@@ -64,6 +64,7 @@ Rectangle {
             id: button
 
             objectName: "undoDelete"
+            ring: Theme.surface
             text: qsTr("Undo")
             onClicked: root.commands.undoDelete()
         }

@@ -54,7 +54,7 @@ ColumnLayout {
     ThemedText {
         Layout.fillWidth: true
         color: Theme.secondary
-        text: qsTr("Deleted meetings stay in Recently deleted for 30 days, then their audio, transcript and notes are erased from this computer.")
+        text: qsTr("Deleted meetings stay in Recently deleted for 30 days, then their audio, transcript and notes are erased from this Mac.")
         wrapMode: Text.Wrap
     }
 }

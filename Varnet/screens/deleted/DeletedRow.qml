@@ -73,9 +73,8 @@ Rectangle {
                 text: root.title
                 type: Theme.emphasis
 
-                // Letters of a taller font stand as high as others.
-                transform: Translate {
-                    y: Math.min(0, Math.round(title.type.ascent - title.baselineOffset))
+                transform: Lift {
+                    words: title
                 }
             }
 

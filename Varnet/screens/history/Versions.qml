@@ -51,14 +51,14 @@ FocusScope {
                     id: side
 
                     height: parent.height
-                    spacing: 3 * Theme.unit
+                    spacing: 0
                     width: parent.width
 
                     VersionPreview {
                         Layout.fillHeight: true
                         Layout.fillWidth: true
                         Layout.leftMargin: 3 * Theme.unit
-                        Layout.minimumHeight: 7 * Theme.body.lineHeight
+                        Layout.minimumHeight: 5 * Theme.body.lineHeight
                         Layout.rightMargin: 3 * Theme.unit
                         Layout.topMargin: 2 * Theme.unit
                         history: root.history
@@ -74,6 +74,7 @@ FocusScope {
                         Layout.fillWidth: true
                         Layout.leftMargin: 6 * Theme.unit
                         Layout.rightMargin: 6 * Theme.unit
+                        Layout.topMargin: 3 * Theme.unit
                         history: root.history
                     }
                 }

@@ -18,7 +18,6 @@ ListView {
     Accessible.name: qsTr("Meetings")
     Accessible.role: Accessible.List
     activeFocusOnTab: true
-    bottomMargin: 6 * Theme.unit
     boundsBehavior: Flickable.StopAtBounds
     clip: true
     currentIndex: library.currentRow
@@ -26,6 +25,9 @@ ListView {
     keyNavigationEnabled: false
     model: library
     reuseItems: true
+    // What comes to lie over the end leaves the current row in view.
+    onBottomMarginChanged: if (currentItem)
+        contentY = Math.max(contentY, currentItem.y + currentItem.height + bottomMargin - height)
 
     Keys.onDeletePressed: commands.deleteSelected()
     Keys.onDownPressed: event => library.moveBy(1, event.modifiers)

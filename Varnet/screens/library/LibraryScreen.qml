@@ -8,6 +8,7 @@ FocusScope {
     required property AppCommands commands
     required property AppRouter router
     required property LibraryModel library
+    property real covered: 0 // at the bottom, by what lies over it for a while
 
     Connections {
         function onSearchFocusRequestChanged() {
@@ -66,6 +67,7 @@ FocusScope {
         anchors.horizontalCenter: parent.horizontalCenter
         anchors.top: header.bottom
         anchors.topMargin: 2 * Theme.unit
+        bottomMargin: 6 * Theme.unit + root.covered
         commands: root.commands
         focus: true
         library: root.library
@@ -74,7 +76,7 @@ FocusScope {
         width: Math.min(240 * Theme.unit, root.width - 8 * Theme.unit)
     }
 
-    // What is scrolled away lies behind the search.
+    // While rows are scrolled away above.
     Rectangle {
         anchors.left: list.left
         anchors.right: list.right

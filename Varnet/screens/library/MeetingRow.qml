@@ -54,7 +54,7 @@ Column {
         border.color: root.current && root.focused ? Theme.accent : Theme.line
         border.width: root.current && root.focused || root.selected && Theme.highContrast ? 1 : 0
         color: root.selected ? Theme.selection : pointer.containsMouse ? Theme.raised : "transparent"
-        height: words.height + 5 * Theme.unit
+        height: words.height + found.height + (root.renaming ? 4 : 5) * Theme.unit
         radius: Theme.cardRadius
         width: root.width
 
@@ -80,6 +80,7 @@ Column {
             anchors.leftMargin: 4 * Theme.unit
             anchors.right: root.narrow ? times.left : badge.left
             anchors.rightMargin: 4 * Theme.unit
+            bottomPadding: root.narrow ? badge.height : 0 // the badge stands below where there is no room beside
             y: 2.5 * Theme.unit
 
             RowTitle {
@@ -98,28 +99,6 @@ Column {
                 type: Theme.caption
                 width: parent.width
             }
-
-            Item { // the badge's place where there is none beside the words
-                id: below
-
-                height: badge.height
-                visible: root.narrow
-                width: parent.width
-            }
-
-            Loader {
-                active: root.snippet !== ""
-                visible: active
-                width: parent.width
-
-                sourceComponent: ThemedText {
-                    Accessible.ignored: true
-                    color: Theme.secondary
-                    text: root.snippet
-                    textFormat: Text.StyledText
-                    topPadding: Theme.unit
-                }
-            }
         }
 
         Badge {
@@ -132,34 +111,38 @@ Column {
             marked: root.badgeMarked
             text: root.badgeText
             tone: root.badgeTone
-            y: root.narrow ? words.y + below.y : times.y + (times.height - height) / 2
+            y: words.y + (words.height - height) / (root.narrow ? 1 : 2)
         }
 
-        Column {
+        Loader {
+            id: found
+
+            active: root.snippet !== ""
+            anchors.left: words.left
+            anchors.right: times.right
+            anchors.top: words.bottom
+            height: active ? implicitHeight : 0
+
+            sourceComponent: ThemedText {
+                Accessible.ignored: true
+                color: Theme.secondary
+                maximumLineCount: root.narrow ? 2 : 1
+                text: root.snippet
+                textFormat: Text.StyledText
+                topPadding: Theme.unit
+                wrapMode: Text.Wrap
+            }
+        }
+
+        RowTimes {
             id: times
 
             anchors.right: parent.right
             anchors.rightMargin: 4 * Theme.unit
-            width: Math.max(20 * Theme.unit, clock.implicitWidth, length.implicitWidth)
+            duration: root.duration
+            lowered: root.renaming
+            time: root.time
             y: words.y
-
-            ThemedText {
-                id: clock
-
-                Accessible.ignored: true
-                anchors.right: parent.right
-                text: root.time
-            }
-
-            ThemedText {
-                id: length
-
-                Accessible.ignored: true
-                anchors.right: parent.right
-                color: Theme.faint
-                text: root.duration
-                type: Theme.caption
-            }
         }
     }
 }

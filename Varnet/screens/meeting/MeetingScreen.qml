@@ -10,6 +10,7 @@ FocusScope {
     required property AppRouter router
     required property MeetingPage page
     required property AudioPlayback playback
+    readonly property real footing: player.height // what stands below the words
     readonly property Item typing: Window.activeFocusItem
     readonly property bool live: page.live
 
@@ -25,7 +26,7 @@ FocusScope {
     Keys.onSpacePressed: playback.toggle()
 
     Shortcut {
-        enabled: root.visible
+        enabled: root.visible && root.present
         sequence: "Ctrl+Shift+F"
         onActivated: {
             tabs.currentIndex = 0
@@ -55,7 +56,7 @@ FocusScope {
         anchors.horizontalCenter: parent.horizontalCenter
         anchors.top: parent.top
         anchors.topMargin: (head.narrow ? 3 : 6) * Theme.unit
-        spacing: 3 * Theme.unit
+        spacing: (head.narrow ? 2 : 3) * Theme.unit
         width: Math.min(220 * Theme.unit, root.width - (head.narrow ? 8 : 16) * Theme.unit)
 
         MeetingHead {
@@ -111,7 +112,7 @@ FocusScope {
         }
 
         StackLayout {
-            Layout.topMargin: -3 * Theme.unit
+            Layout.topMargin: -content.spacing
             currentIndex: tabs.currentIndex
 
             TranscriptView {

@@ -64,9 +64,11 @@ TextField {
         id: beginning
 
         Accessible.ignored: true
-        anchors.fill: parent
+        anchors.left: parent.left
         anchors.leftMargin: root.leftPadding
+        anchors.right: parent.right
         anchors.rightMargin: root.rightPadding
+        anchors.verticalCenter: parent.verticalCenter
         horizontalAlignment: Text.AlignLeft
         text: root.text
         type: Theme.title

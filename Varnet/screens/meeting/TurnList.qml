@@ -32,7 +32,7 @@ ReadingList {
 
     // Shows the newest turn. The keyboard goes along if it was there.
     function showNewest() {
-        if (currentIndex === newest && !cards.menuOpen)
+        if (count > 0 && currentIndex === newest && !cards.menuOpen)
             currentIndex = count - 1
         newest = Math.max(0, count - 1)
         showEnd()

@@ -26,6 +26,7 @@ ColumnLayout {
     }
 
     PlainButton {
+        enabled: !root.settings.recording // whose clock and end it would cover
         text: qsTr("Show welcome again")
         onClicked: {
             root.commands.closeSettings()

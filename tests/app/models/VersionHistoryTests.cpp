@@ -30,7 +30,8 @@ TEST_F(Versions, WhatIsChosenComesBackAndWhatWasThereIsAVersion) {
     history.open();
     ASSERT_TRUE(eventually([&] { return !history.loading(); }));
     ASSERT_EQ(history.count(), 1);
-    EXPECT_EQ(history.data(history.index(0), VersionHistory::DifferenceRole), "1 turn fewer than now\u00A0· Personal notes differ");
+    EXPECT_EQ(history.data(history.index(0), VersionHistory::DifferenceRole),
+              "1 turn fewer than now\u00A0· Personal notes differ");
     EXPECT_FALSE(history.restoreEnabled());
     history.takePersonalNotes(true);
     history.restore();

@@ -283,6 +283,32 @@ TEST_F(Window, SettingsAreChosenByTheKeyboardAndGiveTheFocusBack) {
     EXPECT_EQ(frame->window()->activeFocusItem(), before);
 }
 
+TEST_F(Window, ATitleThatIsCutOffIsShownWholeUnderThePointer) {
+    const std::string title(400, 'w');
+    auto meeting = Meeting::make(title);
+    meeting.source = MeetingSource();
+    ASSERT_TRUE(app->store().saveImported(meeting));
+    open(AppRouter::Page::library);
+    const auto shown = [&](bool whole) {
+        QQuickItem* found = nullptr;
+        const auto find = [&](const auto& self, QQuickItem* item) -> void {
+            if (item->isVisible() && item->property("text").toString().toStdString() == title &&
+                item->property("truncated").isValid() && item->property("truncated").toBool() != whole)
+                found = item;
+            for (auto* child : item->childItems())
+                self(self, child);
+        };
+        find(find, frame->window()->contentItem());
+        return found;
+    };
+    ASSERT_TRUE(eventually([&] { return shown(false) != nullptr; }));
+    EXPECT_FALSE(shown(true));
+    QTest::mouseMove(frame->window(), shown(false)->mapToScene({20, 8}).toPoint());
+    EXPECT_TRUE(eventually([&] { return shown(true) != nullptr; }));
+    QTest::mouseMove(frame->window(), QPoint(4, 4));
+    EXPECT_TRUE(eventually([&] { return !shown(true); }));
+}
+
 TEST_F(Window, TheMainMenuIsWorkedByTheKeyboard) {
     open(AppRouter::Page::library);
     const auto choose = [this](int below) {
