@@ -65,6 +65,7 @@ int run(const CommandLine& commandLine, StorageLock* lock, std::function<LoadedM
     auto screens = MainWindow::loadScreens();
     if (const auto refused = refusal()) // asks the bus, now that the screens are being read
         return refuse(*refused);
+    MainWindow::awaitScreens(*screens);
     VarnetApp app(commandLine, std::move(load));
     MainWindow window(app, std::move(screens));
     TerminationSignals signals;

@@ -60,6 +60,10 @@ std::unique_ptr<QQmlEngine> MainWindow::loadScreens() {
     return engine;
 }
 
+void MainWindow::awaitScreens(QQmlEngine& engine) {
+    const QQmlComponent read(&engine, screen("Main.qml"));
+}
+
 MainWindow::MainWindow(VarnetApp& app, std::unique_ptr<QQmlEngine> screens, QObject* parent)
     : QObject(parent),
       m_app(app),

@@ -62,6 +62,9 @@ public:
     /// application object, so that the rest of the program can be made meanwhile.
     static std::unique_ptr<QQmlEngine> loadScreens();
 
+    /// Waits for that. Now and then the reading needs the main thread, which must not wait for anything else meanwhile.
+    static void awaitScreens(QQmlEngine& engine);
+
     explicit MainWindow(VarnetApp& app, std::unique_ptr<QQmlEngine> screens = {}, QObject* parent = nullptr);
     ~MainWindow() override;
 
