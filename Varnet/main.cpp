@@ -143,5 +143,7 @@ int main(int argc, char** argv) {
     QGuiApplication::setApplicationVersion(QString::fromStdString(AppInfo::version()));
     QGuiApplication::setDesktopFileName(QString::fromStdString(AppInfo::identifier()));
     QGuiApplication::setQuitOnLastWindowClosed(false);
-    return run(commandLine, lock ? &*lock : nullptr, std::move(load));
+    const int exitCode = run(commandLine, lock ? &*lock : nullptr, std::move(load));
+    lookedUp.wait(); // it uses the application object
+    return exitCode;
 }
