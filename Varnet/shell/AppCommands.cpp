@@ -44,6 +44,7 @@ AppCommands::AppCommands(MeetingStore& store, EngineSupervisor& engines, AppRout
         connect(&store, signal, this, &AppCommands::notesChanged);
     }
     connect(&store, &MeetingStore::meetingChanged, this, &AppCommands::transcribeAgainChanged);
+    connect(&store, &MeetingStore::turnsAppended, this, &AppCommands::transcribeAgainChanged);
     connect(&store, &MeetingStore::meetingChanged, this, &AppCommands::notesChanged);
     connect(&m_notes, &NotesCoordinator::changed, this, &AppCommands::notesChanged);
     connect(&m_notes, &NotesCoordinator::aboutToWrite, this, &AppCommands::aboutToAct);
