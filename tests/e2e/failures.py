@@ -74,7 +74,8 @@ def folder_read_only(program):
     application.action("toggle-recording")
     driver.wait_for("the failed save", lambda: logged("A meeting was not saved"))
     assert logged("Capture stopped with an error. Saved audio remains available: "), "the diagnostics failed"
-    run("umount", str(folder))
+    unmount = ["umount", str(folder)]  # busy for as long as the program reads the audio that was kept
+    driver.wait_for("the folder to be left", lambda: subprocess.run(unmount).returncode == 0)
     assert application.quit() == 0, "the edits could be saved again, so the program must quit"
     assert status() == ["Capture incomplete · check saved audio"], status()
     lengths = {driver.wav_samples(folder / track) for track in TRACKS}
