@@ -97,6 +97,8 @@ void TrayItem::askForHost() {
     connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
         answer->deleteLater();
         const QDBusPendingReply<QDBusVariant> reply = *answer;
+        if (!reply.isValid())
+            qWarning("The tray did not tell whether it is seen: %s", qUtf8Printable(reply.error().message()));
         setPresent(reply.isValid() && reply.value().variant().toBool());
     });
 }
