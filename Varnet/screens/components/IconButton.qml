@@ -32,6 +32,7 @@ ThemedButton {
         Icon {
             anchors.centerIn: parent
             color: Theme.secondary
+            mirror: root.mirrored && root.symbol === "back"
             symbol: root.symbol
         }
     }

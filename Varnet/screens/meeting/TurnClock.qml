@@ -18,10 +18,10 @@ Item {
     implicitHeight: words.implicitHeight
     implicitWidth: words.implicitWidth + (playable ? mark.width + Theme.unit : 0)
 
-    ThemedText {
+    BareText {
         id: words
 
-        Accessible.ignored: true
+        anchors.left: parent.left
         color: hover.hovered ? Theme.accent : Theme.faint
         text: root.clock
         type: Theme.caption

@@ -61,12 +61,13 @@ Item {
     }
 
     Rectangle {
+        anchors.left: parent.left
+        anchors.leftMargin: -2 * Theme.unit
         color: Theme.accent
         height: parent.height - 4 * Theme.unit
         radius: 1.5
         visible: root.playing
         width: 3
-        x: -2 * Theme.unit
         y: 2 * Theme.unit
     }
 
@@ -91,10 +92,12 @@ Item {
     Column {
         id: who
 
+        anchors.left: parent.left
         width: root.narrow ? root.width : Math.max(6 * Theme.body.lineHeight, Math.min(8 * Theme.body.lineHeight, Math.round(root.width / 5)))
         y: 2 * Theme.unit
 
         SpeakerName {
+            anchors.left: parent.left
             hue: root.hue
             speaker: root.speaker
             usable: !root.tentative
@@ -104,6 +107,7 @@ Item {
         }
 
         Row {
+            anchors.left: parent.left
             spacing: 2 * Theme.unit
 
             TurnClock {
@@ -126,13 +130,14 @@ Item {
     TurnWords {
         id: text
 
+        anchors.left: root.narrow ? parent.left : who.right
+        anchors.leftMargin: root.narrow ? 0 : 4 * Theme.unit
+        anchors.right: parent.right
         hit: root.hit
         ink: root.tentative ? Theme.faint : Theme.text
         marked: root.marked
         visible: !editing.active
-        width: root.width - x
         words: root.words
-        x: root.narrow ? 0 : who.width + 4 * Theme.unit
         y: root.narrow ? who.y + who.height + Theme.unit : 1.5 * Theme.unit
     }
 
@@ -140,9 +145,11 @@ Item {
         id: editing
 
         active: root.editor !== null
+        anchors.left: text.left
+        anchors.leftMargin: -2 * Theme.unit
+        anchors.right: parent.right
+        anchors.rightMargin: -2 * Theme.unit
         sourceComponent: root.editor
-        width: root.width - x + 2 * Theme.unit
-        x: text.x - 2 * Theme.unit
         y: text.y - Theme.unit
     }
 }
