@@ -46,7 +46,8 @@ std::function<LoadedMeetings()> beginLoading(const std::filesystem::path& root) 
 std::future<void> beginLookingUp() {
     return std::async(std::launch::async | std::launch::deferred, [] {
         QFontMetrics(QFont()).height();
-        MeetingPresentation::dayHeading(Date::now());
+        for (const auto date : {Date::now(), Date()}) // today's words, and those of older days
+            MeetingPresentation::dayHeading(date);
     });
 }
 
@@ -98,7 +99,7 @@ int run(const CommandLine& commandLine, StorageLock* lock, std::function<LoadedM
     if (!window.open())
         return 1;
     WindowExport windowExport(app, window);
-    QObject::connect(&window, &MainWindow::shownChanged, &app, [&] {
+    QObject::connect(&window, &MainWindow::completeChanged, &app, [&] {
         QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/qt/qml/Varnet/screens/icons/app.svg")));
         app.windowAppeared();
         windowExport.exportWindowIfRequested();
@@ -106,7 +107,7 @@ int run(const CommandLine& commandLine, StorageLock* lock, std::function<LoadedM
 
     std::unique_ptr<Tray> tray;
     if (!commandLine.exportsWindow)
-        QObject::connect(&window, &MainWindow::shownChanged, &app, [&] {
+        QObject::connect(&window, &MainWindow::completeChanged, &app, [&] {
             tray = std::make_unique<Tray>(app, window.clock());
             QObject::connect(tray.get(), &Tray::presentChanged, &window, [&] { window.setInTray(tray->present()); });
         });
@@ -114,7 +115,7 @@ int run(const CommandLine& commandLine, StorageLock* lock, std::function<LoadedM
     MediaPlayer2 player(*window.playback(),
                         {.raise = [&window] { window.show(); }, .quit = [&delegate] { delegate.quit(); }});
     if (!commandLine.exportsWindow)
-        QObject::connect(&window, &MainWindow::shownChanged, &player, &MediaPlayer2::start);
+        QObject::connect(&window, &MainWindow::completeChanged, &player, &MediaPlayer2::start);
     if (!files.isEmpty())
         app.commands().importFiles(files);
     return QCoreApplication::exec();

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Layouts
 import Varnet
 
 // The sidebar and the page that is up.
@@ -7,85 +6,99 @@ Item {
     id: root
 
     required property MainWindow frame
+    readonly property Item page: frame.router.showingLibrary ? library : frame.router.showingDeleted ? deleted : meeting
 
-    RowLayout {
-        anchors.fill: parent
-        spacing: 0
+    Rectangle {
+        id: sidebar
 
-        Sidebar {
-            id: sidebar
+        anchors.bottom: parent.bottom
+        anchors.left: parent.left
+        anchors.top: parent.top
+        color: Theme.window
+        width: Math.min(12 * Theme.body.lineHeight, root.width * 0.36) // 240; large words leave the content its room
 
-            Layout.fillHeight: true
-            Layout.preferredWidth: Math.min(implicitWidth, root.width * 0.36) // large words leave the content its room
+        Loader {
+            active: root.frame.shown
+            anchors.fill: parent
+            Component.onCompleted: setSource("sidebar/Sidebar.qml", {"frame": root.frame})
+        }
+    }
+
+    Rectangle {
+        id: line
+
+        anchors.bottom: parent.bottom
+        anchors.left: sidebar.right
+        anchors.top: parent.top
+        color: Theme.line
+        width: 1
+    }
+
+    Later {
+        id: banners
+
+        anchors.left: line.right
+        anchors.right: parent.right
+        frame: root.frame
+        height: visible ? implicitHeight : 0
+        part: Qt.resolvedUrl("Banners.qml")
+        properties: ({
+            "banner": root.frame.banner,
+            "commands": root.frame.commands,
+            "work": root.frame.work
+        })
+        visible: wanted
+        wanted: root.frame.banner.message !== "" || root.frame.banner.saveMessage !== "" || root.frame.work.showing
+    }
+
+    Item {
+        anchors.bottom: parent.bottom
+        anchors.left: line.right
+        anchors.right: parent.right
+        anchors.top: banners.bottom
+
+        LibraryScreen {
+            id: library
+
+            anchors.fill: parent
+            covered: root.frame.toast.showing && toast.item ? toast.item.height + 6 * Theme.unit : 0
+            focus: visible
             frame: root.frame
+            visible: root.frame.router.showingLibrary
         }
 
-        Rectangle {
-            Layout.fillHeight: true
-            color: Theme.line
-            implicitWidth: 1
+        Later {
+            id: deleted
+
+            anchors.fill: parent
+            focus: visible
+            frame: root.frame
+            part: Qt.resolvedUrl("deleted/DeletedScreen.qml")
+            properties: ({
+                "commands": root.frame.commands,
+                "deleted": root.frame.deleted,
+                "focus": true
+            })
+            visible: root.frame.router.showingDeleted
+            wanted: visible
         }
 
-        ColumnLayout {
-            spacing: 0
+        Later {
+            id: meeting
 
-            Later {
-                Layout.fillWidth: true
-                frame: root.frame
-                part: Qt.resolvedUrl("Banners.qml")
-                properties: ({
-                    "banner": root.frame.banner,
-                    "commands": root.frame.commands,
-                    "work": root.frame.work
-                })
-                visible: wanted
-                wanted: root.frame.banner.message !== "" || root.frame.banner.saveMessage !== "" || root.frame.work.showing
-            }
-
-            StackLayout {
-                id: pages
-
-                currentIndex: root.frame.router.page
-
-                Loader {
-                    focus: visible
-                    Component.onCompleted: setSource("library/LibraryScreen.qml", {
-                        "commands": root.frame.commands,
-                        "focus": true,
-                        "library": root.frame.library,
-                        "router": root.frame.router
-                    })
-                    onLoaded: item.covered = Qt.binding(() => root.frame.toast.showing && toast.item ? toast.item.height + 6 * Theme.unit : 0)
-                }
-
-                Later {
-                    focus: visible
-                    frame: root.frame
-                    part: Qt.resolvedUrl("deleted/DeletedScreen.qml")
-                    properties: ({
-                        "commands": root.frame.commands,
-                        "deleted": root.frame.deleted,
-                        "focus": true
-                    })
-                    wanted: visible
-                }
-
-                Later {
-                    id: meeting
-
-                    focus: visible
-                    frame: root.frame
-                    part: Qt.resolvedUrl("meeting/MeetingScreen.qml")
-                    properties: ({
-                        "commands": root.frame.commands,
-                        "focus": true,
-                        "page": root.frame.meetingPage,
-                        "playback": root.frame.playback,
-                        "router": root.frame.router
-                    })
-                    wanted: visible
-                }
-            }
+            anchors.fill: parent
+            focus: visible
+            frame: root.frame
+            part: Qt.resolvedUrl("meeting/MeetingScreen.qml")
+            properties: ({
+                "commands": root.frame.commands,
+                "focus": true,
+                "page": root.frame.meetingPage,
+                "playback": root.frame.playback,
+                "router": root.frame.router
+            })
+            visible: root.frame.router.showingMeeting
+            wanted: visible
         }
     }
 
@@ -106,7 +119,7 @@ Item {
 
     Connections {
         function onFocusLeft() {
-            pages.children[pages.currentIndex].forceActiveFocus()
+            root.page.forceActiveFocus()
         }
 
         target: toast.item

@@ -2,16 +2,19 @@ import QtQuick
 import Varnet
 
 // Everything in the window.
-Item {
+FocusScope {
     id: root
 
     required property MainWindow frame
 
-    Shortcuts {
-        commands: root.frame.commands
-        delegate: root.frame.delegate
-        pagesShown: !root.frame.onboarding.showing
-        router: root.frame.router
+    LayoutMirroring.childrenInherit: true
+    LayoutMirroring.enabled: frame.rightToLeft
+    anchors.fill: parent
+    focus: true
+
+    Loader {
+        active: root.frame.shown
+        Component.onCompleted: setSource("Shortcuts.qml", {"frame": root.frame})
     }
 
     // Made once, when it is first shown, and kept.

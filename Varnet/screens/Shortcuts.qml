@@ -1,4 +1,5 @@
 import QtQuick
+import QtQuick.Templates // which has keys that are made after it stop at a question
 import Varnet
 
 // The keys that work wherever the focus is. A question over the window has the keys for itself, apart from those of the
@@ -6,10 +7,10 @@ import Varnet
 Item {
     id: root
 
-    required property AppCommands commands
-    required property AppRouter router
-    required property MeetingAppDelegate delegate
-    required property bool pagesShown
+    required property MainWindow frame
+    readonly property AppCommands commands: frame.commands
+    readonly property AppRouter router: frame.router
+    readonly property bool pagesShown: !frame.onboarding.showing
 
     Shortcut {
         autoRepeat: false // a key that is held down must not end what it has begun
@@ -76,7 +77,7 @@ Item {
     Shortcut {
         context: Qt.ApplicationShortcut
         sequence: ShortcutKeys.quit
-        onActivated: root.delegate.quit()
+        onActivated: root.frame.delegate.quit()
     }
 
     Shortcut {

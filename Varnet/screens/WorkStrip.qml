@@ -50,8 +50,7 @@ Rectangle {
                     visible: text !== ""
                 }
 
-                ThemedText {
-                    Accessible.ignored: true
+                BareText {
                     Layout.maximumWidth: parent.width
                     text: root.work.progress
                     type: Theme.caption

@@ -5,10 +5,13 @@
 #include "Varnet/shell/SymbolImages.h"
 #include "Varnet/shell/VarnetApp.h"
 
+#include <QAccessible>
 #include <QEvent>
+#include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QLoggingCategory>
 #include <QQmlComponent>
+#include <QQuickItem>
 #include <QQuickStyle>
 #include <QQuickWindow>
 #include <QScreen>
@@ -33,6 +36,7 @@ void logStart(const char* moment) {
 }
 
 constexpr QSize usualSize{1280, 820};
+constexpr QSize leastSize{900, 600};
 constexpr std::chrono::seconds longestWaitForFrame{3}; // a window that nobody sees yet may get none
 constexpr auto closeNoticeKey = "CloseNoticeShown";
 
@@ -54,14 +58,20 @@ std::unique_ptr<QQmlEngine> MainWindow::loadScreens() {
     auto engine = std::make_unique<QQmlEngine>();
     engine->addImportPath(QStringLiteral("qrc:/qt/qml"));
     engine->addImageProvider(QStringLiteral("symbols"), new SymbolImages);
-    for (const auto* file : {"Main.qml", "library/LibraryScreen.qml"}) // the second while the first is being made
-        new QQmlComponent(engine.get(), screen(file), QQmlComponent::Asynchronous, engine.get());
+    new QQmlComponent(engine.get(), screen("Screens.qml"), QQmlComponent::Asynchronous, engine.get());
     Theme::shared(); // asks for the desktop's preferences, which come while the screens are being read
     return engine;
 }
 
 void MainWindow::awaitScreens(QQmlEngine& engine) {
-    const QQmlComponent read(&engine, screen("Main.qml"));
+    auto& theme = Theme::shared();
+    theme.takePreferences();
+    for (const auto* style : {&theme.body(), &theme.emphasis(), &theme.caption(), &theme.title()}) {
+        QFontMetricsF(style->font).horizontalAdvance(QGuiApplication::applicationDisplayName()); // opens the font
+        QCoreApplication::sendPostedEvents(); // what the reading asks for
+    }
+    QAccessible::isActive(); // asks for screen readers
+    const QQmlComponent read(&engine, screen("Screens.qml"));
 }
 
 MainWindow::MainWindow(VarnetApp& app, std::unique_ptr<QQmlEngine> screens, QObject* parent)
@@ -126,18 +136,30 @@ Onboarding* MainWindow::onboarding() const {
 }
 
 bool MainWindow::open() {
-    Theme::shared().takePreferences();
-    QQmlComponent screens(m_engine.get(), screen("Main.qml"));
-    auto root = std::unique_ptr<QObject>(
-        screens.createWithInitialProperties({{QStringLiteral("frame"), QVariant::fromValue(this)}}));
-    if (!qobject_cast<QQuickWindow*>(root.get())) {
+    auto& theme = Theme::shared();
+    theme.takePreferences();
+    m_window = std::make_unique<QQuickWindow>();
+    m_window->setTitle(QGuiApplication::applicationDisplayName());
+    m_window->setMinimumSize(leastSize);
+    const auto colour = [this] { m_window->setColor(Theme::shared().surface()); };
+    connect(&theme, &Theme::appearanceChanged, m_window.get(), colour);
+    colour();
+    restoreGeometry();
+    m_engine->setIncubationController(m_window->incubationController()); // makes what may come later piece by piece
+    QQmlComponent screens(m_engine.get(), screen("Screens.qml"));
+    const auto place = QVariant::fromValue(m_window->contentItem());
+    auto* root = qobject_cast<QQuickItem*>(screens.createWithInitialProperties(
+        {{QStringLiteral("frame"), QVariant::fromValue(this)}, {QStringLiteral("parent"), place}}));
+    if (!root) {
         qWarning("The screens could not be loaded: %s", qUtf8Printable(screens.errorString()));
         return false;
     }
-    m_window.reset(static_cast<QQuickWindow*>(root.release()));
-    m_engine->setIncubationController(m_window->incubationController()); // makes what may come later piece by piece
+    root->setParent(m_window->contentItem());
+    connect(m_window.get(), &QQuickWindow::activeFocusItemChanged, root, [this, root] {
+        if (m_window->activeFocusItem() == m_window->contentItem()) // a popup that had the focus has gone
+            root->setFocus(true);
+    });
     m_window->installEventFilter(this);
-    restoreGeometry();
     for (const auto signal : {&Onboarding::doneChanged, &Onboarding::stepChanged})
         connect(&m_app.onboarding(), signal, this, &MainWindow::followOnboarding);
     connect(&m_app.store(), &MeetingStore::recordingChanged, this, &MainWindow::followOnboarding);
@@ -146,14 +168,7 @@ bool MainWindow::open() {
         if (!visible)
             m_playback.pause();
     });
-    connect(
-        m_window.get(), &QQuickWindow::frameSwapped, this,
-        [this] {
-            logStart("first frame");
-            QMetaObject::invokeMethod(this, &MainWindow::finishLoading, Qt::QueuedConnection);
-        },
-        Qt::SingleShotConnection);
-    QTimer::singleShot(longestWaitForFrame, this, &MainWindow::finishLoading);
+    afterNextFrame("first frame", &MainWindow::makeSurroundings);
     m_window->show();
     return true;
 }
@@ -210,11 +225,29 @@ void MainWindow::tellUnheard() {
     show();
 }
 
-void MainWindow::finishLoading() {
-    if (m_shown)
+/// Where no frame comes it is called after a while.
+void MainWindow::afterNextFrame(const char* moment, void (MainWindow::*next)()) {
+    connect(
+        m_window.get(), &QQuickWindow::frameSwapped, this,
+        [this, moment, next] {
+            logStart(moment);
+            QMetaObject::invokeMethod(this, next, Qt::QueuedConnection);
+        },
+        Qt::SingleShotConnection);
+    QTimer::singleShot(longestWaitForFrame, this, next);
+}
+
+void MainWindow::makeSurroundings() {
+    if (std::exchange(m_shown, true))
         return;
-    m_shown = true;
+    afterNextFrame("whole window", &MainWindow::makeRest);
     Q_EMIT shownChanged();
+}
+
+void MainWindow::makeRest() {
+    if (std::exchange(m_complete, true))
+        return;
+    Q_EMIT completeChanged();
 }
 
 void MainWindow::followHistory() {

@@ -54,6 +54,7 @@ class MainWindow : public QObject {
     Q_PROPERTY(varnet::WorkStatus* work READ work CONSTANT FINAL)
     Q_PROPERTY(bool rightToLeft READ rightToLeft CONSTANT FINAL)
     Q_PROPERTY(bool shown READ shown NOTIFY shownChanged FINAL)
+    Q_PROPERTY(bool complete READ complete NOTIFY completeChanged FINAL)
     Q_PROPERTY(bool askingToClose READ askingToClose NOTIFY askingToCloseChanged FINAL)
     Q_PROPERTY(QString closeNotice READ closeNotice NOTIFY closeNoticeChanged FINAL)
 
@@ -62,13 +63,15 @@ public:
     /// application object, so that the rest of the program can be made meanwhile.
     static std::unique_ptr<QQmlEngine> loadScreens();
 
-    /// Waits for that. Now and then the reading needs the main thread, which must not wait for anything else meanwhile.
+    /// Waits for that, and prepares the first texts meanwhile. Now and then the reading needs the main thread, which
+    /// must not wait for anything else.
     static void awaitScreens(QQmlEngine& engine);
 
     explicit MainWindow(VarnetApp& app, std::unique_ptr<QQmlEngine> screens = {}, QObject* parent = nullptr);
     ~MainWindow() override;
 
-    /// Loads the window at its last place and size. False when the screens could not be loaded; the log says why.
+    /// Shows the window at its last place and size: first the meetings, with the next frame all that stands around
+    /// them, and what is not seen at first after that. False when the screens could not be loaded; the log says why.
     bool open();
 
     /// Brings the window up and forward. `token` is the leave to come to the front (xdg-activation token or startup
@@ -98,7 +101,10 @@ public:
     WorkStatus* work() { return &m_work; }
 
     bool rightToLeft() const { return QLocale().textDirection() == Qt::RightToLeft; } ///< how the locale is read
-    bool shown() const { return m_shown; } ///< the first frame is up: the rest of the window can be made
+    bool shown() const {
+        return m_shown;
+    } ///< the first frame, with the meetings, is up: what stands around them is made
+    bool complete() const { return m_complete; }           ///< that is up, too: what is not seen at first can be made
     bool askingToClose() const { return m_askingToClose; } ///< the notice about going on in the background is up
     QString closeNotice() const;
     Q_INVOKABLE void close();         ///< the notice has been read: the window goes
@@ -108,12 +114,15 @@ public:
 
 Q_SIGNALS:
     void shownChanged();
+    void completeChanged();
     void askingToCloseChanged();
     void closeNoticeChanged();
 
 private:
     void tellUnheard();
-    void finishLoading();
+    void afterNextFrame(const char* moment, void (MainWindow::*next)());
+    void makeSurroundings();
+    void makeRest();
     void followHistory();
     void followOnboarding();
     void restoreGeometry();
@@ -134,6 +143,7 @@ private:
     ErrorBanner m_banner;
     WorkStatus m_work;
     bool m_shown = false;
+    bool m_complete = false;
     bool m_unheard = false; ///< the store's error came while the window was closed
     bool m_askingToClose = false;
     bool m_inTray = false;

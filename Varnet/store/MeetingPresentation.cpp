@@ -17,9 +17,11 @@
 #include <clocale>
 #include <cmath>
 #include <cstdio>
+#include <map>
 #include <memory>
 #include <set>
 #include <string_view>
+#include <utility>
 
 namespace varnet {
 
@@ -75,13 +77,17 @@ std::string userLocale() {
 
 /// A date in the words of a locale; `skeleton` names the parts, the locale orders them.
 std::string formatted(Date date, const char* skeleton, const std::string& localeName) {
-    UErrorCode status = U_ZERO_ERROR;
-    const auto locale = icu::Locale::createCanonical(localeName.c_str());
-    const std::unique_ptr<icu::DateFormat> format(
-        icu::DateFormat::createInstanceForSkeleton(icu::UnicodeString(skeleton), locale, status));
-    if (U_FAILURE(status) || !format) {
-        qWarning("No date format for locale %s: %s", localeName.c_str(), u_errorName(status));
-        return {};
+    // A format takes far longer to make than to use. It is not for several threads at once.
+    thread_local std::map<std::pair<std::string_view, std::string>, std::unique_ptr<icu::DateFormat>> formats;
+    auto& format = formats[{skeleton, localeName}];
+    if (!format) {
+        UErrorCode status = U_ZERO_ERROR;
+        const auto locale = icu::Locale::createCanonical(localeName.c_str());
+        format.reset(icu::DateFormat::createInstanceForSkeleton(icu::UnicodeString(skeleton), locale, status));
+        if (U_FAILURE(status) || !format) {
+            qWarning("No date format for locale %s: %s", localeName.c_str(), u_errorName(status));
+            return {};
+        }
     }
     icu::UnicodeString text;
     format->format(date.toUnix() * 1000, text);

@@ -2,26 +2,29 @@ import QtQuick
 import Varnet
 
 // The state of a meeting in a word or two.
-Row {
+Item {
+    id: root
+
     property alias text: words.text
     property bool marked: false
     property int tone: 3
 
-    Accessible.name: text
-    Accessible.role: Accessible.StaticText
-    spacing: 1.5 * Theme.unit
+    implicitHeight: words.height
+    implicitWidth: words.anchors.leftMargin + words.width
 
     StatusDot {
+        anchors.left: parent.left
         anchors.verticalCenter: parent.verticalCenter
-        tone: parent.tone
-        visible: parent.marked
+        tone: root.tone
+        visible: root.marked
     }
 
-    ThemedText {
+    BareText {
         id: words
 
-        Accessible.ignored: true
-        color: Theme.tones[parent.tone]
+        anchors.left: parent.left
+        anchors.leftMargin: root.marked ? Theme.symbol / 2 + 1.5 * Theme.unit : 0
+        color: Theme.tones[root.tone]
         type: Theme.caption
     }
 }

@@ -3,7 +3,6 @@ import Varnet
 
 // Two offset bars, a long and a short one: two tracks.
 Item {
-    Accessible.ignored: true
     LayoutMirroring.childrenInherit: true
     LayoutMirroring.enabled: false
     implicitHeight: Theme.symbol

@@ -1,7 +1,7 @@
 import QtQuick
 import Varnet
 
-// A part of the window that the first frame does without. It is made piece by piece once that frame is up, or at once
+// A part of the window that is not there at first. It is made piece by piece once what is seen at first is up, or at once
 // when it is wanted, and it stays.
 Loader {
     id: root
@@ -10,15 +10,15 @@ Loader {
     required property url part // its file
     property var properties: ({})
     property bool wanted: false
-    property bool complete: false // before, neither `properties` nor whether it is visible is settled
+    property bool made: false // before, neither `properties` nor whether it is visible is settled
 
     function load() {
-        if (complete && source.toString() === "")
+        if (made && source.toString() === "")
             setSource(part, properties)
     }
 
     function loadAtOnce() {
-        if (!complete || status === Loader.Ready)
+        if (!made || status === Loader.Ready)
             return
         if (progress < 1)
             source = "" // a file that is still being read would be made without its properties
@@ -29,16 +29,16 @@ Loader {
     asynchronous: true
 
     Component.onCompleted: {
-        complete = true
+        made = true
         if (wanted)
             loadAtOnce()
-        else if (frame.shown)
+        else if (frame.complete)
             load()
     }
     onWantedChanged: if (wanted) loadAtOnce()
 
     Connections {
-        function onShownChanged() {
+        function onCompleteChanged() {
             root.load()
         }
 

@@ -21,10 +21,9 @@ RowLayout {
         symbol: root.symbol
     }
 
-    ThemedText {
+    BareText {
         id: words
 
-        Accessible.ignored: true
         Layout.minimumWidth: root.nameWidth
         color: Theme.secondary
         text: root.name

@@ -31,8 +31,7 @@ ThemedButton {
             symbol: root.symbol
         }
 
-        ThemedText {
-            Accessible.ignored: true
+        BareText {
             color: Theme.onAccent
             text: root.text
             type: Theme.emphasis

@@ -26,8 +26,7 @@ ThemedButton {
             anchors.fill: parent
         }
     }
-    contentItem: ThemedText {
-        Accessible.ignored: true
+    contentItem: BareText {
         horizontalAlignment: Text.AlignHCenter
         text: root.text
         type: Theme.emphasis

@@ -52,20 +52,18 @@ ThemedButton {
             columns: width < words.implicitWidth + clock.implicitWidth + columnSpacing ? 1 : 2
             rowSpacing: 0
 
-            ThemedText {
+            BareText {
                 id: words
 
-                Accessible.ignored: true
                 Layout.fillWidth: true
                 color: root.ink
                 text: root.text
                 type: Theme.emphasis
             }
 
-            ThemedText {
+            BareText {
                 id: clock
 
-                Accessible.ignored: true
                 color: root.ink
                 text: root.detail
                 type: Theme.caption

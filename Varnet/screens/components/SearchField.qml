@@ -37,8 +37,7 @@ T.TextField {
     Keys.onEnterPressed: passedOn()
     Keys.onShortcutOverride: event => event.accepted = event.key === Qt.Key_Escape
 
-    ThemedText {
-        Accessible.ignored: true
+    BareText {
         anchors.left: parent.left
         anchors.leftMargin: root.leftPadding
         anchors.right: parent.right

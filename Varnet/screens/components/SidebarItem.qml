@@ -36,15 +36,13 @@ ThemedButton {
             symbol: root.symbol
         }
 
-        ThemedText {
-            Accessible.ignored: true
+        BareText {
             Layout.fillWidth: true
             text: root.text
             type: root.current ? Theme.emphasis : Theme.body
         }
 
-        ThemedText {
-            Accessible.ignored: true
+        BareText {
             Layout.leftMargin: -Theme.unit
             color: Theme.secondary
             text: root.detail

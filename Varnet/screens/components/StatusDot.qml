@@ -5,7 +5,6 @@ import Varnet
 Rectangle {
     property int tone: 3
 
-    Accessible.ignored: true
     color: Theme.tones[tone]
     implicitHeight: Theme.symbol / 2
     implicitWidth: Theme.symbol / 2

@@ -28,16 +28,14 @@ CheckBox {
     contentItem: RowLayout {
         spacing: 3 * Theme.unit
 
-        ThemedText {
-            Accessible.ignored: true
+        BareText {
             Layout.leftMargin: root.indicator.width + root.spacing
             Layout.preferredWidth: 6 * Theme.body.lineHeight
             color: root.enabled ? Theme.text : Theme.faint
             text: root.text
         }
 
-        ThemedText {
-            Accessible.ignored: true
+        BareText {
             Layout.fillWidth: true
             Layout.preferredWidth: 0
             color: root.enabled ? Theme.secondary : Theme.faint

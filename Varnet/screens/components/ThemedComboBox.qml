@@ -57,8 +57,7 @@ ComboBox {
         font: Theme.body.font
         text: root.displayText
 
-        ThemedText {
-            Accessible.ignored: true
+        BareText {
             anchors.fill: parent
             text: root.displayText
         }
@@ -87,8 +86,7 @@ ComboBox {
         contentItem: RowLayout {
             spacing: 2 * Theme.unit
 
-            ThemedText {
-                Accessible.ignored: true
+            BareText {
                 Layout.fillWidth: true
                 text: item.text
             }

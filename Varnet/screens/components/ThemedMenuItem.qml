@@ -35,14 +35,12 @@ MenuItem {
         opacity: root.enabled ? 1 : 0.45
         spacing: 4 * Theme.unit
 
-        ThemedText {
-            Accessible.ignored: true
+        BareText {
             Layout.fillWidth: true
             text: root.text
         }
 
-        ThemedText {
-            Accessible.ignored: true
+        BareText {
             color: Theme.faint
             text: root.keys
             type: Theme.caption

@@ -33,16 +33,14 @@ Switch {
         opacity: root.enabled ? 1 : 0.45
         spacing: 0
 
-        ThemedText {
-            Accessible.ignored: true
+        BareText {
             Layout.fillWidth: true
             Layout.rightMargin: root.indicator.width + root.spacing
             text: root.text
             wrapMode: Text.Wrap
         }
 
-        ThemedText {
-            Accessible.ignored: true
+        BareText {
             Layout.fillWidth: true
             Layout.rightMargin: root.indicator.width + root.spacing
             color: Theme.secondary

@@ -37,8 +37,7 @@ TabButton {
             radius: Theme.controlRadius
         }
     }
-    contentItem: ThemedText {
-        Accessible.ignored: true
+    contentItem: BareText {
         color: root.checked ? Theme.text : Theme.secondary
         horizontalAlignment: Text.AlignHCenter
         text: root.text

@@ -53,8 +53,7 @@ Rectangle {
         anchors.rightMargin: 2 * Theme.unit
         spacing: 4 * Theme.unit
 
-        ThemedText {
-            Accessible.ignored: true
+        BareText {
             Layout.fillWidth: true
             color: Theme.surface
             text: root.toast.text

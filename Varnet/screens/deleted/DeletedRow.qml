@@ -64,10 +64,9 @@ Rectangle {
             Layout.fillWidth: true
             spacing: 0
 
-            ThemedText {
+            BareText {
                 id: title
 
-                Accessible.ignored: true
                 Layout.fillWidth: true
                 horizontalAlignment: Text.AlignLeft
                 text: root.title
@@ -78,8 +77,7 @@ Rectangle {
                 }
             }
 
-            ThemedText {
-                Accessible.ignored: true
+            BareText {
                 Layout.fillWidth: true
                 color: Theme.secondary
                 horizontalAlignment: Text.AlignLeft
@@ -94,16 +92,14 @@ Rectangle {
             Layout.row: root.narrow ? 1 : 0
             spacing: 0
 
-            ThemedText {
-                Accessible.ignored: true
+            BareText {
                 Layout.fillWidth: true
                 horizontalAlignment: root.narrow ? Text.AlignLeft : Text.AlignRight
                 color: root.urgent ? Theme.amber : Theme.text
                 text: root.erased
             }
 
-            ThemedText {
-                Accessible.ignored: true
+            BareText {
                 Layout.fillWidth: true
                 color: Theme.faint
                 horizontalAlignment: root.narrow ? Text.AlignLeft : Text.AlignRight

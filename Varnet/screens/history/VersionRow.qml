@@ -41,15 +41,13 @@ Rectangle {
         anchors.right: parent.right
         anchors.verticalCenter: parent.verticalCenter
 
-        ThemedText {
-            Accessible.ignored: true
+        BareText {
             text: root.when
             type: Theme.emphasis
             width: parent.width
         }
 
-        ThemedText {
-            Accessible.ignored: true
+        BareText {
             color: Theme.secondary
             maximumLineCount: 4
             text: root.difference

@@ -36,16 +36,14 @@ Rectangle {
             spacing: 2 * Theme.unit
             width: parent.width
 
-            ThemedText {
-                Accessible.ignored: true
+            BareText {
                 Layout.maximumWidth: Math.ceil(implicitWidth)
                 color: root.hue < 0 ? Theme.faint : Theme.speakers[root.hue]
                 text: root.speaker
                 type: Theme.emphasis
             }
 
-            ThemedText {
-                Accessible.ignored: true
+            BareText {
                 Layout.fillWidth: true
                 color: Theme.faint
                 horizontalAlignment: Text.AlignLeft
@@ -55,10 +53,9 @@ Rectangle {
             }
         }
 
-        ThemedText {
+        BareText {
             id: said
 
-            Accessible.ignored: true
             text: root.words
             width: column.width
             wrapMode: Text.Wrap

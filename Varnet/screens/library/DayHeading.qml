@@ -12,10 +12,9 @@ Item {
     Accessible.role: Accessible.Heading
     implicitHeight: name.height + 8 * Theme.unit
 
-    ThemedText {
+    BareText {
         id: name
 
-        Accessible.ignored: true
         anchors.bottom: parent.bottom
         anchors.bottomMargin: 2 * Theme.unit
         anchors.left: parent.left
@@ -25,14 +24,12 @@ Item {
         width: Math.min(implicitWidth, root.width - 8 * Theme.unit)
     }
 
-    ThemedText {
-        Accessible.ignored: true
+    BareText {
         anchors.left: name.right
         anchors.leftMargin: 2 * Theme.unit
-        anchors.right: parent.right
-        anchors.rightMargin: 4 * Theme.unit
         anchors.top: name.top
         color: Theme.faint
         text: root.detail
+        width: Math.min(implicitWidth, root.width - name.width - 10 * Theme.unit)
     }
 }

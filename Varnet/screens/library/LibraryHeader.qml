@@ -1,88 +1,64 @@
 import QtQuick
-import QtQuick.Layouts
 import Varnet
 
-// The name of the page, how much is selected or found, and the search, which stands below where the words are large.
-GridLayout {
+// The name of the page, how much is selected or found, and what can be done here, which stands below where the words are
+// large and comes with the second frame.
+Item {
     id: root
 
-    required property AppCommands commands
-    required property LibraryModel library
+    required property MainWindow frame
     readonly property bool narrow: width < 26 * Theme.body.lineHeight
+    readonly property real gap: 3 * Theme.unit
+    readonly property real toolsHeight: Theme.body.lineHeight + 2 * Theme.unit
+    readonly property real room: width - summary.width - gap // of the name and the tools beside it
 
     signal passedOn
 
     function search() {
-        field.begin()
+        if (tools.item)
+            tools.item.search()
     }
 
-    columnSpacing: 3 * Theme.unit
-    rowSpacing: 2 * Theme.unit
+    implicitHeight: narrow && tools.visible ? name.implicitHeight + 2 * Theme.unit + toolsHeight : Math.max(name.implicitHeight, toolsHeight)
 
-    RowLayout {
-        Layout.columnSpan: root.narrow ? 2 : 1
-        spacing: 3 * Theme.unit
+    ThemedText {
+        id: name
 
-        ThemedText {
-            Accessible.role: Accessible.Heading
-            Layout.alignment: Qt.AlignBaseline
-            Layout.fillWidth: true
-            Layout.maximumWidth: Math.ceil(implicitWidth)
-            Layout.minimumWidth: Math.min(implicitWidth, root.width * 0.29)
-            text: qsTr("All Meetings")
-            type: Theme.title
-        }
-
-        ThemedText {
-            Layout.alignment: Qt.AlignBaseline
-            Layout.fillWidth: true
-            Layout.minimumWidth: Math.ceil(implicitWidth)
-            color: Theme.secondary
-            text: root.library.summary
-        }
+        Accessible.role: Accessible.Heading
+        anchors.left: parent.left
+        height: root.narrow ? implicitHeight : root.height
+        text: qsTr("All Meetings")
+        type: Theme.title
+        width: Math.min(Math.ceil(implicitWidth), Math.max(root.width * 0.29, root.room - (root.narrow ? 0 : tools.width + root.gap)))
     }
 
-    SearchField {
-        id: field
+    ThemedText {
+        id: summary
 
-        Accessible.name: qsTr("Search titles and transcripts")
-        Layout.column: root.narrow ? 0 : 1
-        Layout.fillWidth: true
-        Layout.maximumWidth: root.narrow ? root.width : 70 * Theme.unit
-        Layout.minimumWidth: 30 * Theme.unit
-        Layout.preferredWidth: 70 * Theme.unit
-        Layout.row: root.narrow ? 1 : 0
-        placeholderText: hint.advanceWidth < width - leftPadding - rightPadding ? hint.text : qsTr("Search")
-        visible: !root.library.empty
-        onActiveFocusChanged: if (activeFocus) root.library.prepareSearch()
-        onPassedOn: root.passedOn()
-        onTextChanged: root.library.query = text
-
-        TextMetrics {
-            id: hint
-
-            font: field.font
-            text: field.Accessible.name
-        }
-
-        Connections {
-            function onQueryChanged() {
-                field.text = root.library.query
-            }
-
-            target: root.library
-        }
+        anchors.baseline: name.baseline
+        anchors.left: name.right
+        anchors.leftMargin: root.gap
+        color: Theme.secondary
+        text: root.frame.library.summary
     }
 
-    PlainButton {
-        Layout.column: root.narrow ? 1 : 2
-        Layout.fillWidth: true
-        Layout.maximumWidth: implicitWidth
-        Layout.minimumWidth: Math.min(implicitWidth, root.width * (root.narrow ? 0.5 : 0.24))
-        Layout.row: root.narrow ? 1 : 0
-        enabled: root.commands.importEnabled
-        text: qsTr("Import Audio…")
-        visible: !root.library.empty
-        onClicked: root.commands.importAudio()
+    Loader {
+        id: tools
+
+        active: root.frame.shown
+        anchors.right: parent.right
+        height: root.toolsHeight
+        visible: !root.frame.library.empty
+        y: (root.height - height) / (root.narrow ? 1 : 2)
+        width: root.narrow ? root.width : Math.min(implicitWidth, root.room - name.implicitWidth - root.gap)
+        Component.onCompleted: setSource("LibraryTools.qml", {"commands": root.frame.commands, "library": root.frame.library})
+    }
+
+    Connections {
+        function onPassedOn() {
+            root.passedOn()
+        }
+
+        target: tools.item
     }
 }

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Templates as T
 import Varnet
 
 // The rows of the library. Arrows move the selection, Shift extends it, Ctrl with Space takes rows in and out.
@@ -13,6 +12,14 @@ ListView {
     function loadedMenu() {
         menu.active = true
         return menu.item
+    }
+
+    // As the keyboard asks for it: at the current row, with the first command chosen.
+    function showMenu() {
+        if (!currentItem)
+            return
+        library.selectForMenu(currentIndex)
+        loadedMenu().popupAtFirst(currentItem, 8 * Theme.unit, currentItem.height - 2 * Theme.unit)
     }
 
     Accessible.name: qsTr("Meetings")
@@ -34,15 +41,22 @@ ListView {
     Keys.onEnterPressed: commands.openSelected()
     Keys.onPressed: event => {
         const rows = ({ [Qt.Key_PageDown]: 10, [Qt.Key_PageUp]: -10, [Qt.Key_End]: count, [Qt.Key_Home]: -count })
-        event.accepted = event.key in rows
-        if (event.accepted)
+        event.accepted = true
+        if (event.key in rows)
             library.moveBy(rows[event.key], event.modifiers)
+        else if (event.matches(StandardKey.SelectAll))
+            library.selectAll()
+        else if (event.key === Qt.Key_F2 && library.currentRow >= 0)
+            library.beginRename()
+        else if (event.key === Qt.Key_Menu || event.key === Qt.Key_F10 && event.modifiers & Qt.ShiftModifier)
+            showMenu()
+        else
+            event.accepted = false
     }
     Keys.onReturnPressed: commands.openSelected()
     Keys.onSpacePressed: event => library.clickRow(currentIndex, event.modifiers)
     Keys.onUpPressed: event => library.moveBy(-1, event.modifiers)
 
-    T.ScrollBar.vertical: ThemedScrollBar {}
     delegate: MeetingRow {
         id: row
 
@@ -78,27 +92,6 @@ ListView {
         }
 
         target: root.commands
-    }
-
-    Shortcut {
-        enabled: root.activeFocus
-        sequence: ShortcutKeys.selectAll
-        onActivated: root.library.selectAll()
-    }
-
-    Shortcut {
-        enabled: root.activeFocus && root.library.currentRow >= 0
-        sequence: "F2"
-        onActivated: root.library.beginRename()
-    }
-
-    Shortcut {
-        enabled: root.activeFocus && root.currentItem
-        sequences: ["Menu", "Shift+F10"]
-        onActivated: {
-            root.library.selectForMenu(root.currentIndex)
-            root.loadedMenu().popupAtFirst(root.currentItem, 8 * Theme.unit, root.currentItem.height - 2 * Theme.unit)
-        }
     }
 
     Loader {

@@ -5,9 +5,10 @@ import Varnet
 FocusScope {
     id: root
 
-    required property AppCommands commands
-    required property AppRouter router
-    required property LibraryModel library
+    required property MainWindow frame
+    readonly property AppCommands commands: frame.commands
+    readonly property AppRouter router: frame.router
+    readonly property LibraryModel library: frame.library
     property real covered: 0 // at the bottom, by what lies over it for a while
 
     Connections {
@@ -27,8 +28,7 @@ FocusScope {
         anchors.rightMargin: 4 * Theme.unit
         anchors.top: parent.top
         anchors.topMargin: 7 * Theme.unit
-        commands: root.commands
-        library: root.library
+        frame: root.frame
         onPassedOn: {
             list.forceActiveFocus(Qt.TabFocusReason)
             if (root.library.currentRow < 0)
@@ -39,25 +39,28 @@ FocusScope {
     Loader {
         active: root.library.empty
         anchors.horizontalCenter: parent.horizontalCenter
+        width: Math.min(26 * Theme.body.lineHeight, root.width - 16 * Theme.unit)
         y: Math.max(list.y, (parent.height - height) / 2)
-        sourceComponent: EmptyLibrary {
-            commands: root.commands
-            width: Math.min(26 * Theme.body.lineHeight, root.width - 16 * Theme.unit)
-        }
+        Component.onCompleted: setSource("EmptyLibrary.qml", {"commands": root.commands})
     }
 
     Loader {
+        id: noResults
+
         active: root.library.noResults
         anchors.horizontalCenter: parent.horizontalCenter
+        width: Math.min(26 * Theme.body.lineHeight, root.width - 16 * Theme.unit)
         y: Math.max(list.y, (parent.height - height) / 2)
-        sourceComponent: NoResults {
-            query: root.library.query
-            width: Math.min(26 * Theme.body.lineHeight, root.width - 16 * Theme.unit)
-            onCleared: {
-                root.library.query = ""
-                header.search()
-            }
+        Component.onCompleted: setSource("NoResults.qml", {"library": root.library})
+    }
+
+    Connections {
+        function onCleared() {
+            root.library.query = ""
+            header.search()
         }
+
+        target: noResults.item
     }
 
     LibraryList {
@@ -74,6 +77,12 @@ FocusScope {
         router: root.router
         visible: count > 0
         width: Math.min(240 * Theme.unit, root.width - 8 * Theme.unit)
+    }
+
+    Later {
+        frame: root.frame
+        part: Qt.resolvedUrl("../components/ScrollBarOf.qml")
+        properties: ({ "view": list })
     }
 
     // While rows are scrolled away above.

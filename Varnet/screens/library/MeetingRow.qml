@@ -2,7 +2,7 @@ import QtQuick
 import Varnet
 
 // One meeting of the library; the first of a day carries the day's heading.
-Column {
+Item {
     id: root
 
     required property string title
@@ -37,13 +37,14 @@ Column {
     Accessible.selected: selected
     ListView.onPooled: pooled = true
     ListView.onReused: pooled = false
+    implicitHeight: card.y + card.height
     visible: !pooled
 
     Loader {
-        active: root.startsDay
-        visible: active
-        width: root.width
+        id: heading
 
+        active: root.startsDay
+        width: root.width
         sourceComponent: DayHeading {
             day: root.day
             detail: root.dayDetail
@@ -51,12 +52,15 @@ Column {
     }
 
     Rectangle {
+        id: card
+
         border.color: root.current && root.focused ? Theme.accent : Theme.line
         border.width: root.current && root.focused || root.selected && Theme.highContrast ? 1 : 0
         color: root.selected ? Theme.selection : pointer.containsMouse ? Theme.raised : "transparent"
-        height: words.height + found.height + (root.renaming ? 4 : 5) * Theme.unit
+        height: found.y + found.height + (root.renaming ? 1.5 : 2.5) * Theme.unit
         radius: Theme.cardRadius
         width: root.width
+        y: root.startsDay ? heading.height : 0
 
         MouseArea {
             id: pointer
@@ -73,58 +77,54 @@ Column {
             }
         }
 
-        Column {
-            id: words
+        RowTitle {
+            id: name
 
             anchors.left: parent.left
             anchors.leftMargin: 4 * Theme.unit
             anchors.right: root.narrow ? times.left : badge.left
             anchors.rightMargin: 4 * Theme.unit
-            bottomPadding: root.narrow ? badge.height : 0 // the badge stands below where there is no room beside
+            renaming: root.renaming
+            title: root.title
             y: 2.5 * Theme.unit
-
-            RowTitle {
-                renaming: root.renaming
-                title: root.title
-                width: parent.width
-                onRenameEnded: root.renameEnded()
-                onRenamed: title => root.renamed(title)
-            }
-
-            ThemedText {
-                Accessible.ignored: true
-                color: Theme.secondary
-                horizontalAlignment: Text.AlignLeft
-                text: root.subtitle
-                type: Theme.caption
-                width: parent.width
-            }
+            onRenameEnded: root.renameEnded()
+            onRenamed: title => root.renamed(title)
         }
 
+        BareText {
+            id: more
+
+            anchors.left: name.left
+            anchors.right: name.right
+            anchors.top: name.bottom
+            color: Theme.secondary
+            horizontalAlignment: Text.AlignLeft
+            text: root.subtitle
+            type: Theme.caption
+        }
+
+        // Below the words where there is no room beside them.
         Badge {
             id: badge
 
-            Accessible.ignored: true
-            anchors.left: root.narrow ? words.left : undefined
+            anchors.left: root.narrow ? name.left : undefined
             anchors.right: root.narrow ? undefined : times.left
             anchors.rightMargin: 4 * Theme.unit
             marked: root.badgeMarked
             text: root.badgeText
             tone: root.badgeTone
-            y: words.y + (words.height - height) / (root.narrow ? 1 : 2)
+            y: root.narrow ? more.y + more.height : name.y + (name.height + more.height - height) / 2
         }
 
         Loader {
             id: found
 
             active: root.snippet !== ""
-            anchors.left: words.left
+            anchors.left: name.left
             anchors.right: times.right
-            anchors.top: words.bottom
+            anchors.top: root.narrow ? badge.bottom : more.bottom
             height: active ? implicitHeight : 0
-
-            sourceComponent: ThemedText {
-                Accessible.ignored: true
+            sourceComponent: BareText {
                 color: Theme.secondary
                 maximumLineCount: root.narrow ? 2 : 1
                 text: root.snippet
@@ -142,7 +142,7 @@ Column {
             duration: root.duration
             lowered: root.renaming
             time: root.time
-            y: words.y
+            y: name.y
         }
     }
 }

@@ -6,7 +6,7 @@ import Varnet
 ColumnLayout {
     id: root
 
-    required property string query
+    required property LibraryModel library
 
     signal cleared
 
@@ -16,7 +16,7 @@ ColumnLayout {
         Layout.fillWidth: true
         horizontalAlignment: Text.AlignHCenter
         maximumLineCount: 3
-        text: qsTr("Nothing found for “%1”").arg(root.query)
+        text: qsTr("Nothing found for “%1”").arg(root.library.query)
         type: Theme.heading
         wrapMode: Text.Wrap
     }

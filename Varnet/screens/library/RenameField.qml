@@ -6,10 +6,14 @@ import Varnet
 T.TextField {
     id: root
 
-    required property string title
-
     signal renamed(string title)
     signal ended
+
+    function begin(title) {
+        text = title
+        forceActiveFocus()
+        selectAll()
+    }
 
     Accessible.name: qsTr("Title")
     bottomPadding: 0
@@ -23,11 +27,6 @@ T.TextField {
     topPadding: 0
     verticalAlignment: TextInput.AlignVCenter
 
-    Component.onCompleted: {
-        text = title
-        forceActiveFocus()
-        selectAll()
-    }
     Keys.onEscapePressed: ended()
     Keys.onShortcutOverride: event => event.accepted = event.key === Qt.Key_Escape
     onEditingFinished: {

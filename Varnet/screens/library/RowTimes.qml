@@ -2,31 +2,29 @@ import QtQuick
 import Varnet
 
 // When a meeting began and how long it was.
-Column {
+Item {
     id: root
 
     required property string time
     required property string duration
     required property bool lowered // the line beside which the duration stands makes room for a field
 
-    width: Math.max(20 * Theme.unit, clock.implicitWidth, length.implicitWidth)
+    implicitWidth: Math.max(20 * Theme.unit, clock.implicitWidth, length.implicitWidth)
 
-    ThemedText {
+    BareText {
         id: clock
 
-        Accessible.ignored: true
         anchors.right: parent.right
         text: root.time
     }
 
-    ThemedText {
+    BareText {
         id: length
 
-        Accessible.ignored: true
         anchors.right: parent.right
         color: Theme.faint
         text: root.duration
-        topPadding: root.lowered ? Theme.unit : 0
         type: Theme.caption
+        y: clock.height + (root.lowered ? Theme.unit : 0)
     }
 }

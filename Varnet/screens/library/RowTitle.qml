@@ -13,10 +13,9 @@ Item {
 
     implicitHeight: label.implicitHeight + (renaming ? Theme.unit : 0)
 
-    ThemedText {
+    BareText {
         id: label
 
-        Accessible.ignored: true
         horizontalAlignment: Text.AlignLeft // in every script: titles stand below each other
         text: root.title
         type: Theme.emphasis
@@ -34,10 +33,11 @@ Item {
         anchors.bottomMargin: 0.5 * Theme.unit
         anchors.leftMargin: -2 * Theme.unit
         anchors.topMargin: -0.5 * Theme.unit
-        sourceComponent: RenameField {
-            title: root.title
-            onEnded: root.renameEnded()
-            onRenamed: title => root.renamed(title)
+        source: "RenameField.qml"
+        onLoaded: {
+            item.ended.connect(root.renameEnded)
+            item.renamed.connect(root.renamed)
+            item.begin(root.title)
         }
     }
 }

@@ -81,8 +81,7 @@ Column {
             width: parent.width - anchors.leftMargin - (root.playable ? play.width : 0)
             y: Theme.unit
 
-            ThemedText {
-                Accessible.ignored: true
+            BareText {
                 color: root.quote ? Theme.secondary : Theme.text
                 text: root.words
                 type: root.quote ? Theme.body : Theme.reading
@@ -90,8 +89,7 @@ Column {
                 wrapMode: Text.Wrap
             }
 
-            ThemedText {
-                Accessible.ignored: true
+            BareText {
                 color: root.quote ? Theme.faint : Theme.secondary
                 text: root.detail
                 type: root.quote ? Theme.caption : Theme.emphasis

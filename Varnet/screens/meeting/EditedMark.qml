@@ -21,8 +21,7 @@ ThemedButton {
     background: FocusRing {
         control: root
     }
-    contentItem: ThemedText {
-        Accessible.ignored: true
+    contentItem: BareText {
         color: root.hovered || root.visualFocus ? Theme.text : Theme.faint
         text: root.text
         type: Theme.caption

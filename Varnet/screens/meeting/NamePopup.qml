@@ -43,8 +43,7 @@ Popover {
     contentItem: Column {
         spacing: 2 * Theme.unit
 
-        ThemedText {
-            Accessible.ignored: true
+        BareText {
             text: root.title
             type: Theme.emphasis
             width: parent.width
@@ -81,10 +80,9 @@ Popover {
             }
         }
 
-        ThemedText {
+        BareText {
             id: hint
 
-            Accessible.ignored: true
             color: Theme.secondary
             text: qsTr("For every turn of this speaker. Without a name it is “%1” again.").arg(root.label)
             type: Theme.caption

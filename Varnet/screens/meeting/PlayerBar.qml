@@ -52,8 +52,7 @@ Rectangle {
                 onClicked: root.playback.skip(5)
             }
 
-            ThemedText {
-                Accessible.ignored: true
+            BareText {
                 Layout.leftMargin: 2 * Theme.unit
                 Layout.preferredWidth: length.implicitWidth + Theme.unit // it grows, and nothing moves
                 horizontalAlignment: Text.AlignRight

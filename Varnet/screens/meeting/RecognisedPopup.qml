@@ -32,8 +32,7 @@ Popover {
     contentItem: ColumnLayout {
         spacing: 2 * Theme.unit
 
-        ThemedText {
-            Accessible.ignored: true
+        BareText {
             Layout.fillWidth: true
             text: root.title
             type: Theme.emphasis

@@ -48,8 +48,7 @@ Column {
             contentItem: Row {
                 spacing: Theme.unit
 
-                ThemedText {
-                    Accessible.ignored: true
+                BareText {
                     color: why.hovered || why.visualFocus ? Theme.text : Theme.accent
                     text: why.text
                 }

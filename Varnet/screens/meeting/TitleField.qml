@@ -60,10 +60,9 @@ TextField {
     }
 
     // A field cannot end in an ellipsis.
-    ThemedText {
+    BareText {
         id: beginning
 
-        Accessible.ignored: true
         anchors.left: parent.left
         anchors.leftMargin: root.leftPadding
         anchors.right: parent.right

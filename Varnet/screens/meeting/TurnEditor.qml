@@ -102,10 +102,9 @@ Column {
         }
     }
 
-    ThemedText {
+    BareText {
         id: hint
 
-        Accessible.ignored: true
         color: Theme.faint
         leftPadding: 2 * Theme.unit
         text: qsTr("Enter keeps the words, Shift+Enter begins a new line, Escape leaves them as they were.")

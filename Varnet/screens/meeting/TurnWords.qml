@@ -3,7 +3,7 @@ import Varnet
 
 // The words of a turn, with what was found in them marked. Only rich text knows the ground on which the current hit
 // stands out, and it takes long: it lies over the plain words, which keep the place.
-ThemedText {
+BareText {
     id: root
 
     required property string words
@@ -11,7 +11,6 @@ ThemedText {
     required property bool hit
     property color ink: Theme.text
 
-    Accessible.ignored: true
     color: rich.active ? "transparent" : ink
     text: marked === "" || hit ? words : marked
     textFormat: marked === "" || hit ? Text.PlainText : Text.StyledText

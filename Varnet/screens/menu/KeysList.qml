@@ -49,16 +49,14 @@ ReadingList {
             anchors.rightMargin: 4 * Theme.unit
             spacing: 4 * Theme.unit
 
-            ThemedText {
-                Accessible.ignored: true
+            BareText {
                 Layout.fillWidth: true
                 text: row.modelData[0]
                 type: row.heading ? Theme.emphasis : Theme.body
                 wrapMode: Text.Wrap
             }
 
-            ThemedText {
-                Accessible.ignored: true
+            BareText {
                 color: Theme.secondary
                 text: row.modelData[1]
                 visible: text !== ""

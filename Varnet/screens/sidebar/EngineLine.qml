@@ -32,16 +32,14 @@ Item {
             tone: root.engine.tone
         }
 
-        ThemedText {
-            Accessible.ignored: true
+        BareText {
             Layout.fillWidth: true
             color: Theme.secondary
             text: root.name
             type: Theme.caption
         }
 
-        ThemedText {
-            Accessible.ignored: true
+        BareText {
             color: Theme.secondary
             text: root.engine.words
             type: Theme.caption

@@ -3,107 +3,99 @@ import QtQuick.Layouts
 import Varnet
 
 // What there is and what can be begun. It scrolls where large words leave too little room.
-Rectangle {
+ScrollArea {
     id: root
 
     required property MainWindow frame
     readonly property AppCommands commands: frame.commands
 
-    color: Theme.window
-    implicitWidth: 12 * Theme.body.lineHeight // 240; wider with larger words
+    contentHeight: content.height + 6 * Theme.unit
+    interactive: contentHeight > height
 
-    ScrollArea {
-        id: view
+    ColumnLayout {
+        id: content
 
-        anchors.fill: parent
-        contentHeight: content.height + 6 * Theme.unit
-        interactive: contentHeight > height
+        height: Math.max(implicitHeight, root.height - 6 * Theme.unit)
+        spacing: Theme.unit
+        width: root.width - 6 * Theme.unit
+        x: 3 * Theme.unit
+        y: 3 * Theme.unit
 
-        ColumnLayout {
-            id: content
+        RowLayout {
+            Layout.bottomMargin: 4 * Theme.unit
+            Layout.leftMargin: Theme.unit
+            Layout.topMargin: 2 * Theme.unit
+            spacing: 2 * Theme.unit
 
-            height: Math.max(implicitHeight, view.height - 6 * Theme.unit)
-            spacing: Theme.unit
-            width: view.width - 6 * Theme.unit
-            x: 3 * Theme.unit
-            y: 3 * Theme.unit
+            BrandMark {}
 
-            RowLayout {
-                Layout.bottomMargin: 4 * Theme.unit
-                Layout.leftMargin: Theme.unit
-                Layout.topMargin: 2 * Theme.unit
-                spacing: 2 * Theme.unit
-
-                BrandMark {}
-
-                ThemedText {
-                    Layout.fillWidth: true
-                    text: Qt.application.displayName
-                    type: Theme.heading
-                }
-
-                MainMenuButton {
-                    frame: root.frame
-                }
-            }
-
-            PrimaryButton {
-                Layout.bottomMargin: 3 * Theme.unit
+            ThemedText {
                 Layout.fillWidth: true
-                detail: root.frame.sidebar.elapsed
-                enabled: root.commands.recordEnabled
-                ground: root.commands.stops ? Theme.rec : Theme.accent
-                ink: root.commands.stops ? Theme.onRec : Theme.onAccent
-                symbol: root.commands.stops ? "stop" : "record"
-                text: root.commands.recordTitle
-                onClicked: root.commands.toggleRecording()
+                text: Qt.application.displayName
+                type: Theme.heading
             }
 
-            SidebarItem {
-                Layout.fillWidth: true
-                current: root.frame.router.showingLibrary
-                detail: root.frame.sidebar.meetingCount
-                symbol: "meetings"
-                text: qsTr("All Meetings")
-                onClicked: root.commands.showLibrary()
+            MainMenuButton {
+                frame: root.frame
             }
+        }
 
-            SidebarItem {
-                Layout.fillWidth: true
-                current: root.frame.router.showingDeleted
-                detail: root.frame.sidebar.deletedCount
-                symbol: "deleted"
-                text: qsTr("Recently Deleted")
-                onClicked: root.commands.showDeleted()
-            }
+        PrimaryButton {
+            Layout.bottomMargin: 3 * Theme.unit
+            Layout.fillWidth: true
+            detail: root.frame.sidebar.elapsed
+            enabled: root.commands.recordEnabled
+            ground: root.commands.stops ? Theme.rec : Theme.accent
+            ink: root.commands.stops ? Theme.onRec : Theme.onAccent
+            symbol: root.commands.stops ? "stop" : "record"
+            text: root.commands.recordTitle
+            onClicked: root.commands.toggleRecording()
+        }
 
-            Item {
-                Layout.fillHeight: true
-            }
+        SidebarItem {
+            Layout.fillWidth: true
+            current: root.frame.router.showingLibrary
+            detail: root.frame.sidebar.meetingCount
+            symbol: "meetings"
+            text: qsTr("All Meetings")
+            onClicked: root.commands.showLibrary()
+        }
 
-            EngineLine {
-                Layout.fillWidth: true
-                Layout.leftMargin: Theme.unit
-                Layout.rightMargin: Theme.unit
-                engine: root.frame.sidebar.speech
-                name: qsTr("Speech engine")
-            }
+        SidebarItem {
+            Layout.fillWidth: true
+            current: root.frame.router.showingDeleted
+            detail: root.frame.sidebar.deletedCount
+            symbol: "deleted"
+            text: qsTr("Recently Deleted")
+            onClicked: root.commands.showDeleted()
+        }
 
-            EngineLine {
-                Layout.fillWidth: true
-                Layout.leftMargin: Theme.unit
-                Layout.rightMargin: Theme.unit
-                engine: root.frame.sidebar.notes
-                name: qsTr("Notes engine")
-            }
+        Item {
+            Layout.fillHeight: true
+        }
 
-            SidebarItem {
-                Layout.fillWidth: true
-                Layout.topMargin: 2 * Theme.unit
-                symbol: "settings"
-                text: qsTr("Settings")
-                onClicked: root.commands.showSettings()
-            }
+        EngineLine {
+            Layout.fillWidth: true
+            Layout.leftMargin: Theme.unit
+            Layout.rightMargin: Theme.unit
+            engine: root.frame.sidebar.speech
+            name: qsTr("Speech engine")
+        }
+
+        EngineLine {
+            Layout.fillWidth: true
+            Layout.leftMargin: Theme.unit
+            Layout.rightMargin: Theme.unit
+            engine: root.frame.sidebar.notes
+            name: qsTr("Notes engine")
+        }
+
+        SidebarItem {
+            Layout.fillWidth: true
+            Layout.topMargin: 2 * Theme.unit
+            symbol: "settings"
+            text: qsTr("Settings")
+            onClicked: root.commands.showSettings()
         }
     }
 }

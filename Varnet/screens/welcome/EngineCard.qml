@@ -33,24 +33,21 @@ Rectangle {
                 tone: root.engine.tone
             }
 
-            ThemedText {
-                Accessible.ignored: true
+            BareText {
                 Layout.fillWidth: true
                 text: root.name
                 type: Theme.emphasis
             }
 
-            ThemedText {
-                Accessible.ignored: true
+            BareText {
                 color: Theme.secondary
                 text: root.engine.words
             }
         }
 
-        ThemedText {
+        BareText {
             id: words
 
-            Accessible.ignored: true
             Layout.fillWidth: true
             Layout.leftMargin: Theme.symbol / 2 + 2 * Theme.unit // below the name
             color: Theme.secondary

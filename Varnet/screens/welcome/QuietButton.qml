@@ -19,8 +19,7 @@ ThemedButton {
             anchors.fill: parent
         }
     }
-    contentItem: ThemedText {
-        Accessible.ignored: true
+    contentItem: BareText {
         color: Theme.secondary
         horizontalAlignment: Text.AlignHCenter
         text: root.text

@@ -45,8 +45,7 @@ Rectangle {
                 tone: root.check.tone
             }
 
-            ThemedText {
-                Accessible.ignored: true
+            BareText {
                 Layout.fillWidth: true
                 text: root.check.words
                 wrapMode: Text.Wrap

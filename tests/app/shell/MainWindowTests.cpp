@@ -281,6 +281,13 @@ TEST_F(Window, SettingsAreChosenByTheKeyboardAndGiveTheFocusBack) {
     press(Qt::Key_Escape);
     EXPECT_FALSE(app->router().settingsOpen());
     EXPECT_EQ(frame->window()->activeFocusItem(), before);
+
+    app->store().setSelectedID(app->store().meetings().front().id);
+    app->router().setPage(AppRouter::Page::meeting);
+    press(Qt::Key_Comma, Qt::ControlModifier);
+    press(Qt::Key_Escape);
+    EXPECT_FALSE(app->router().settingsOpen());
+    EXPECT_TRUE(app->router().showingMeeting()) << "the keys are the dialog's, not also the page's";
 }
 
 TEST_F(Window, ATitleThatIsCutOffIsShownWholeUnderThePointer) {

@@ -1,0 +1,22 @@
+import QtQuick
+import Varnet
+
+// Text in one step of the type scale, part of a control that tells screen readers itself. What does not fit is cut off
+// with an ellipsis and shown whole on hover.
+Text {
+    id: root
+
+    property typeStyle type: Theme.body
+    property Item tip
+
+    color: Theme.text
+    elide: Text.ElideRight
+    font: type.font
+    lineHeight: type.lineHeight
+    lineHeightMode: Text.FixedHeight
+    textFormat: Text.PlainText
+    verticalAlignment: Text.AlignVCenter
+
+    // Without a width it is not placed yet.
+    onTruncatedChanged: if (truncated && width > 0 && !tip) tip = Tips.tip.createObject(root)
+}

@@ -1,0 +1,14 @@
+import QtQuick
+import QtQuick.Templates
+import Varnet
+
+// Gives a view its scroll bar.
+Item {
+    required property Flickable view
+
+    Component.onCompleted: view.ScrollBar.vertical = bar
+
+    ThemedScrollBar {
+        id: bar
+    }
+}
