@@ -8,6 +8,7 @@
 #include "tests/support/TemporaryFolder.h"
 
 #include <QAccessible>
+#include <QFile>
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QSignalSpy>
@@ -126,6 +127,17 @@ QQuickItem* Window::control(const QString& name) {
 }
 
 } // namespace
+
+TEST_F(Window, TheMeetingsDoNotWaitForTheModuleOfTheControls) {
+    const auto read = [] {
+        QFile libraries(QStringLiteral("/proc/self/maps"));
+        return libraries.open(QFile::ReadOnly) && libraries.readAll().contains("qtquicktemplates2plugin");
+    };
+    ASSERT_TRUE(frame->open());
+    EXPECT_FALSE(read()) << "nothing that is on the first frame may name it: it takes a third of the start";
+    ASSERT_TRUE(QTest::qWaitFor([&] { return frame->complete(); }));
+    EXPECT_TRUE(read());
+}
 
 TEST_F(Window, ADeleteIsUndoneByTheKeyboardAndErasingIsAskedFirst) {
     open(AppRouter::Page::library);
