@@ -7,6 +7,8 @@ Item {
 
     required property MainWindow frame
 
+    WindowPalette {}
+
     HistoryDialog {
         commands: root.frame.commands
         history: root.frame.history

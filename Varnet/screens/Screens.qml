@@ -7,10 +7,14 @@ FocusScope {
 
     required property MainWindow frame
 
-    LayoutMirroring.childrenInherit: true
-    LayoutMirroring.enabled: frame.rightToLeft
     anchors.fill: parent
     focus: true
+
+    // Of the whole window: dialogs and menus lie beside this.
+    Component.onCompleted: {
+        parent.LayoutMirroring.childrenInherit = true
+        parent.LayoutMirroring.enabled = frame.rightToLeft
+    }
 
     Loader {
         active: root.frame.shown

@@ -1,5 +1,5 @@
 import QtQuick
-import QtQuick.Templates // which has keys that are made after it stop at a question
+import QtQuick.Templates // its plugin has keys stop at a question, those that are made after it
 import Varnet
 
 // The keys that work wherever the focus is. A question over the window has the keys for itself, apart from those of the

@@ -66,9 +66,10 @@ std::unique_ptr<QQmlEngine> MainWindow::loadScreens() {
 void MainWindow::awaitScreens(QQmlEngine& engine) {
     auto& theme = Theme::shared();
     theme.takePreferences();
-    for (const auto* style : {&theme.body(), &theme.emphasis(), &theme.caption(), &theme.title()}) {
-        QFontMetricsF(style->font).horizontalAdvance(QGuiApplication::applicationDisplayName()); // opens the font
-        QCoreApplication::sendPostedEvents(); // what the reading asks for
+    for (const auto style : {&Theme::body, &Theme::emphasis, &Theme::caption, &Theme::title}) {
+        QFontMetricsF((theme.*style)().font)
+            .horizontalAdvance(QGuiApplication::applicationDisplayName()); // opens the font
+        QCoreApplication::sendPostedEvents();                              // what the reading asks for
     }
     QAccessible::isActive(); // asks for screen readers
     const QQmlComponent read(&engine, screen("Screens.qml"));
@@ -155,10 +156,12 @@ bool MainWindow::open() {
         return false;
     }
     root->setParent(m_window->contentItem());
-    connect(m_window.get(), &QQuickWindow::activeFocusItemChanged, root, [this, root] {
-        if (m_window->activeFocusItem() == m_window->contentItem()) // a popup that had the focus has gone
-            root->setFocus(true);
-    });
+    // Once a popup has gone and no other has taken the focus, the page has it again.
+    const auto giveFocus = [this, root] {
+        if (m_window->activeFocusItem() == m_window->contentItem())
+            root->setFocus(true, Qt::PopupFocusReason);
+    };
+    connect(m_window.get(), &QQuickWindow::activeFocusItemChanged, root, giveFocus, Qt::QueuedConnection);
     m_window->installEventFilter(this);
     for (const auto signal : {&Onboarding::doneChanged, &Onboarding::stepChanged})
         connect(&m_app.onboarding(), signal, this, &MainWindow::followOnboarding);
@@ -168,7 +171,9 @@ bool MainWindow::open() {
         if (!visible)
             m_playback.pause();
     });
-    afterNextFrame("first frame", &MainWindow::makeSurroundings);
+    afterNextFrame("first frame", &MainWindow::announceShown);
+    QTimer::singleShot(longestWaitForFrame, this, &MainWindow::announceShown);
+    QTimer::singleShot(longestWaitForFrame, this, &MainWindow::announceComplete);
     m_window->show();
     return true;
 }
@@ -225,7 +230,6 @@ void MainWindow::tellUnheard() {
     show();
 }
 
-/// Where no frame comes it is called after a while.
 void MainWindow::afterNextFrame(const char* moment, void (MainWindow::*next)()) {
     connect(
         m_window.get(), &QQuickWindow::frameSwapped, this,
@@ -234,17 +238,16 @@ void MainWindow::afterNextFrame(const char* moment, void (MainWindow::*next)()) 
             QMetaObject::invokeMethod(this, next, Qt::QueuedConnection);
         },
         Qt::SingleShotConnection);
-    QTimer::singleShot(longestWaitForFrame, this, next);
 }
 
-void MainWindow::makeSurroundings() {
+void MainWindow::announceShown() {
     if (std::exchange(m_shown, true))
         return;
-    afterNextFrame("whole window", &MainWindow::makeRest);
+    afterNextFrame("whole window", &MainWindow::announceComplete);
     Q_EMIT shownChanged();
 }
 
-void MainWindow::makeRest() {
+void MainWindow::announceComplete() {
     if (std::exchange(m_complete, true))
         return;
     Q_EMIT completeChanged();

@@ -101,10 +101,10 @@ public:
     WorkStatus* work() { return &m_work; }
 
     bool rightToLeft() const { return QLocale().textDirection() == Qt::RightToLeft; } ///< how the locale is read
-    bool shown() const {
-        return m_shown;
-    } ///< the first frame, with the meetings, is up: what stands around them is made
-    bool complete() const { return m_complete; }           ///< that is up, too: what is not seen at first can be made
+    /// The first frame, with the meetings, is up: what stands around them is made.
+    bool shown() const { return m_shown; }
+    /// That is up, too: what is not seen at first can be made.
+    bool complete() const { return m_complete; }
     bool askingToClose() const { return m_askingToClose; } ///< the notice about going on in the background is up
     QString closeNotice() const;
     Q_INVOKABLE void close();         ///< the notice has been read: the window goes
@@ -121,8 +121,8 @@ Q_SIGNALS:
 private:
     void tellUnheard();
     void afterNextFrame(const char* moment, void (MainWindow::*next)());
-    void makeSurroundings();
-    void makeRest();
+    void announceShown();
+    void announceComplete();
     void followHistory();
     void followOnboarding();
     void restoreGeometry();

@@ -8,6 +8,7 @@ Text {
 
     property typeStyle type: Theme.body
     property Item tip
+    readonly property bool cut: truncated && width > 0 // without a width it is not placed yet
 
     color: Theme.text
     elide: Text.ElideRight
@@ -17,6 +18,5 @@ Text {
     textFormat: Text.PlainText
     verticalAlignment: Text.AlignVCenter
 
-    // Without a width it is not placed yet.
-    onTruncatedChanged: if (truncated && width > 0 && !tip) tip = Tips.tip.createObject(root)
+    onCutChanged: if (cut && !tip) tip = Tips.tip.createObject(root)
 }

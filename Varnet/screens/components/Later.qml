@@ -1,8 +1,8 @@
 import QtQuick
 import Varnet
 
-// A part of the window that is not there at first. It is made piece by piece once what is seen at first is up, or at once
-// when it is wanted, and it stays.
+// A part of the window that is not there at first. It is made piece by piece once what is seen at first is up, or at
+// once when it is wanted, and it stays.
 Loader {
     id: root
 
@@ -10,15 +10,15 @@ Loader {
     required property url part // its file
     property var properties: ({})
     property bool wanted: false
-    property bool made: false // before, neither `properties` nor whether it is visible is settled
+    property bool settled: false // before, neither `properties` nor whether it is visible is settled
 
     function load() {
-        if (made && source.toString() === "")
+        if (settled && source.toString() === "")
             setSource(part, properties)
     }
 
     function loadAtOnce() {
-        if (!made || status === Loader.Ready)
+        if (!settled || status === Loader.Ready)
             return
         if (progress < 1)
             source = "" // a file that is still being read would be made without its properties
@@ -29,7 +29,7 @@ Loader {
     asynchronous: true
 
     Component.onCompleted: {
-        made = true
+        settled = true
         if (wanted)
             loadAtOnce()
         else if (frame.complete)

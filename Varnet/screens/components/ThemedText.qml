@@ -1,6 +1,6 @@
 import QtQuick
 
-// Text that stands by itself.
+// Text that stands by itself: screen readers are told it.
 BareText {
     Accessible.ignored: text === ""
     Accessible.name: text

@@ -1,12 +1,13 @@
 import QtQuick
 import QtQuick.Templates as T
 
-// The whole of the text that it lies in, once that is under the pointer for a moment.
+// The whole of a text, above it.
 Item {
+    required property Text words
     property bool shown: false
 
     T.ToolTip.delay: 600
-    T.ToolTip.text: parent.text
+    T.ToolTip.text: words.text
     T.ToolTip.visible: shown
     anchors.fill: parent
 }

@@ -12,9 +12,9 @@ QtObject {
         anchors.fill: parent
 
         HoverHandler {
-            enabled: root.parent.truncated
+            enabled: root.parent.cut
             onHoveredChanged: {
-                root.bubble = root.bubble ?? Qt.createComponent("Tip.qml").createObject(root.parent)
+                root.bubble = root.bubble ?? Qt.createComponent("Tip.qml").createObject(root, {"words": root.parent})
                 root.bubble.shown = hovered
             }
         }

@@ -1,8 +1,8 @@
 import QtQuick
 import Varnet
 
-// The name of the page, how much is selected or found, and what can be done here, which stands below where the words are
-// large and comes with the second frame.
+// The name of the page, how much is selected or found, and what can be done here, which stands below where the words
+// are large and comes with the second frame.
 Item {
     id: root
 
@@ -19,7 +19,7 @@ Item {
             tools.item.search()
     }
 
-    implicitHeight: narrow && tools.visible ? name.implicitHeight + 2 * Theme.unit + toolsHeight : Math.max(name.implicitHeight, toolsHeight)
+    implicitHeight: narrow && !frame.library.empty ? name.implicitHeight + 2 * Theme.unit + toolsHeight : Math.max(name.implicitHeight, toolsHeight)
 
     ThemedText {
         id: name

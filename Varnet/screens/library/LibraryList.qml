@@ -46,7 +46,7 @@ ListView {
             library.moveBy(rows[event.key], event.modifiers)
         else if (event.matches(StandardKey.SelectAll))
             library.selectAll()
-        else if (event.key === Qt.Key_F2 && library.currentRow >= 0)
+        else if (event.key === Qt.Key_F2 && event.modifiers === Qt.NoModifier && library.currentRow >= 0)
             library.beginRename()
         else if (event.key === Qt.Key_Menu || event.key === Qt.Key_F10 && event.modifiers & Qt.ShiftModifier)
             showMenu()

@@ -9,6 +9,7 @@ Item {
     required property string duration
     required property bool lowered // the line beside which the duration stands makes room for a field
 
+    implicitHeight: length.y + length.height
     implicitWidth: Math.max(20 * Theme.unit, clock.implicitWidth, length.implicitWidth)
 
     BareText {

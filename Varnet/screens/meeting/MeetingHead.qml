@@ -47,6 +47,8 @@ ColumnLayout {
         }
 
         Badge {
+            Accessible.name: text
+            Accessible.role: Accessible.StaticText
             Layout.column: root.narrow ? 1 : 2
             Layout.leftMargin: (root.narrow ? 2 : 4) * Theme.unit
             Layout.row: root.narrow ? 1 : 0

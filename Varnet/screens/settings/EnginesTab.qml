@@ -16,6 +16,8 @@ ColumnLayout {
         text: qsTr("Speech engine")
 
         Badge {
+            Accessible.name: text
+            Accessible.role: Accessible.StaticText
             marked: true
             text: root.settings.speech.words
             tone: root.settings.speech.tone
@@ -28,6 +30,8 @@ ColumnLayout {
         text: qsTr("Notes engine")
 
         Badge {
+            Accessible.name: text
+            Accessible.role: Accessible.StaticText
             marked: true
             text: root.settings.notes.words
             tone: root.settings.notes.tone

@@ -1,6 +1,7 @@
 #include "MeetingCore/audio/DurableWAV.h"
 #include "MeetingCore/records/MeetingRepository.h"
 #include "Varnet/capture/CaptureLevels.h"
+#include "Varnet/models/Theme.h"
 #include "Varnet/shell/MainWindow.h"
 #include "Varnet/shell/VarnetApp.h"
 #include "tests/support/Await.h"
@@ -137,6 +138,19 @@ TEST_F(Window, TheMeetingsDoNotWaitForTheModuleOfTheControls) {
     EXPECT_FALSE(read()) << "nothing that is on the first frame may name it: it takes a third of the start";
     ASSERT_TRUE(QTest::qWaitFor([&] { return frame->complete(); }));
     EXPECT_TRUE(read());
+}
+
+TEST_F(Window, WhatQtDrawsByItselfHasTheColoursOfTheTheme) {
+    open(AppRouter::Page::library);
+    const auto ground = [&] {
+        return frame->window()->property("palette").value<QObject*>()->property("toolTipBase").value<QColor>();
+    };
+    auto& theme = Theme::shared();
+    for (const auto appearance : {Theme::Appearance::dark, Theme::Appearance::light}) {
+        theme.setAppearance(appearance);
+        EXPECT_TRUE(eventually([&] { return ground() == theme.raised(); })) << theme.dark();
+    }
+    theme.setAppearance({});
 }
 
 TEST_F(Window, ADeleteIsUndoneByTheKeyboardAndErasingIsAskedFirst) {
