@@ -9,7 +9,7 @@ Item {
     property bool marked: false
     property int tone: 3
 
-    implicitHeight: words.height
+    implicitHeight: text === "" ? 0 : words.height
     implicitWidth: words.anchors.leftMargin + words.width
 
     StatusDot {
