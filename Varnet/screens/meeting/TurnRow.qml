@@ -60,15 +60,8 @@ Item {
         sourceComponent: TurnFlash {}
     }
 
-    Rectangle {
-        anchors.left: parent.left
-        anchors.leftMargin: -2 * Theme.unit
-        color: Theme.accent
-        height: parent.height - 4 * Theme.unit
-        radius: 1.5
+    PlayingMark {
         visible: root.playing
-        width: 3
-        y: 2 * Theme.unit
     }
 
     HoverHandler {
